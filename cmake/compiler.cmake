@@ -1,0 +1,42 @@
+# What every target is compiled and linked with: the target formula_options.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# -O2 in every optimised build: the kernels that want more say so.
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG")
+
+add_library(formula_options INTERFACE)
+target_include_directories(formula_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(formula_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
+  # The contract fixes results to the last bit: no fused multiply-add, on any processor.
+  -ffp-contract=off
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+if(FORMULA_WARNINGS_AS_ERRORS)
+  target_compile_options(formula_options INTERFACE -Werror)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # A unique symbol would keep the plug-in loaded behind the host's back.
+  target_compile_options(formula_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
+endif()
+
+if(FORMULA_SANITIZERS)
+  target_compile_options(formula_options INTERFACE
+    -fsanitize=${FORMULA_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(formula_options INTERFACE -fsanitize=${FORMULA_SANITIZERS})
+endif()
+
+if(WIN32)
+  # Each module carries its C++ runtime, and the same sources link to the same bytes anywhere.
+  target_link_options(formula_options INTERFACE
+    -static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base)
+else()
+  target_link_options(formula_options INTERFACE -Wl,-z,defs -Wl,-z,now)
+endif()

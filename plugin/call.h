@@ -1,0 +1,48 @@
+// Call: one execution of an instruction, with its values and the host's services.
+#pragma once
+
+#include <cstdint>
+
+#include "host/context.h"
+#include "host/integer.h"
+#include "plugin/instr_plugin.h"
+
+namespace formula {
+
+/// What Run works with. Inputs and results go by their position in the Definition; inputs behind
+/// the last go on where that one is repeatable. Reading never changes an input.
+class Call {
+ public:
+  explicit Call(IXInstrContext& context)
+      : context_(context), inputs_(context.InputValues()), results_(context.ResultValues()) {}
+
+  /// How many inputs the host gave.
+  std::int32_t Count() const { return context_.InputCount(); }
+
+  double Number(std::int32_t input) const { return static_cast<double>(*inputs_[input]); }
+  bool Boolean(std::int32_t input) const { return static_cast<bool>(*inputs_[input]); }
+  /// A number as the host converts it to a 32-bit integer.
+  std::int32_t Integer(std::int32_t input) const { return static_cast<int>(*inputs_[input]); }
+  const CNuvDoubleVector& Numbers(std::int32_t input) const {
+    return static_cast<const CNuvDoubleVector&>(Input(input));
+  }
+  /// The value itself, whatever it holds.
+  const CNuvObject& Input(std::int32_t input) const { return *inputs_[input]; }
+
+  /// Each writes a result and gives success, so that a Run may end with it.
+  template <class Value>
+  Status Set(std::int32_t result, const Value& value) {
+    *results_[result] = value;
+    return Status::kSuccess;
+  }
+
+  /// Reports an error to the user and gives failure.
+  Status Fail(const char* source, const char* text);
+
+ private:
+  IXInstrContext& context_;
+  CNuvObject** inputs_;
+  CNuvObject** results_;
+};
+
+}  // namespace formula

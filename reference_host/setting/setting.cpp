@@ -1,0 +1,24 @@
+#include "host/setting.h"
+
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+
+bool InDegrees() noexcept {
+  return CNuvSetting::Inst().GetAngleUnit() == NuvAngleUnit::kDegrees;
+}
+
+}  // namespace
+
+CNuvSetting& CNuvSetting::Inst() noexcept {
+  static constinit CNuvSetting settings;
+  return settings;
+}
+
+double CNuvAngleTr::ToRad(double angle) noexcept {
+  return InDegrees() ? angle * kPi / 180.0 : angle;
+}
+
+double CNuvAngleTr::ToPrefs(double angle, bool /*flag*/) noexcept {
+  return InDegrees() ? angle * 180.0 / kPi : angle;
+}
