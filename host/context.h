@@ -10,21 +10,21 @@
 /// by instructions.
 class IXInstrContext {
  public:
-  virtual void* DeletingDestructor(std::uint32_t flags) = 0;  //  0
-  virtual void Reserved1() {}                                 //  1
-  virtual CNuvObject** ConstantValues() = 0;                  //  2
+  /* 0*/ virtual void* DeletingDestructor(std::uint32_t flags) = 0;
+  /* 1*/ virtual void Reserved1() {}
+  /* 2*/ virtual CNuvObject** ConstantValues() = 0;
   /// One entry for every given input, where the last input repeats.
-  virtual CNuvObject** InputValues() = 0;                     //  3
-  virtual std::int32_t InputCount() = 0;                      //  4
-  virtual CNuvObject** ResultValues() = 0;                    //  5
-  virtual CNuvObject* ConstantValue(std::int32_t index) = 0;  //  6
-  virtual void Reserved7() {}                                 //  7
-  virtual CNuvObject* ResultValue(std::int32_t index) = 0;    //  8
-  virtual void Reserved9() {}                                 //  9
+  /* 3*/ virtual CNuvObject** InputValues() = 0;
+  /* 4*/ virtual std::int32_t InputCount() = 0;
+  /* 5*/ virtual CNuvObject** ResultValues() = 0;
+  /* 6*/ virtual CNuvObject* ConstantValue(std::int32_t index) = 0;
+  /* 7*/ virtual void Reserved7() {}
+  /* 8*/ virtual CNuvObject* ResultValue(std::int32_t index) = 0;
+  /* 9*/ virtual void Reserved9() {}
   /// Sets a display attribute of a result.
-  virtual void MarkResult(std::int32_t index, std::int32_t value) = 0;  // 10
+  /*10*/ virtual void MarkResult(std::int32_t index, std::int32_t value) = 0;
   /// A service by its number (NuvService).
-  virtual void* Service(std::int32_t number) = 0;  // 11
+  /*11*/ virtual void* Service(std::int32_t number) = 0;
 
  protected:
   ~IXInstrContext() = default;

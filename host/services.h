@@ -26,12 +26,12 @@ enum NuvSeverity : std::int32_t {
 /// Service 4105: messages to the user and events to the controlling application.
 class IXMessageService {
  public:
-  virtual void* DeletingDestructor(std::uint32_t flags) = 0;                                   // 0
-  virtual void Report(std::int32_t severity, const CStdStr& source, const CStdStr& text) = 0;  // 1
-  virtual void Reserved2() {}                                                                  // 2
-  virtual void Reserved3() {}                                                                  // 3
-  virtual void Reserved4() {}                                                                  // 4
-  virtual void RaiseProgramEvent(std::int32_t code, std::int32_t value) = 0;                   // 5
+  /* 0*/ virtual void* DeletingDestructor(std::uint32_t flags) = 0;
+  /* 1*/ virtual void Report(std::int32_t severity, const CStdStr& source, const CStdStr& text) = 0;
+  /* 2*/ virtual void Reserved2() {}
+  /* 3*/ virtual void Reserved3() {}
+  /* 4*/ virtual void Reserved4() {}
+  /* 5*/ virtual void RaiseProgramEvent(std::int32_t code, std::int32_t value) = 0;
 
  protected:
   ~IXMessageService() = default;
@@ -40,10 +40,10 @@ class IXMessageService {
 /// Service 4102: pointers stored under names for the life of the host's program run.
 class IXNamedDataStore {
  public:
-  virtual void* DeletingDestructor(std::uint32_t flags) = 0;  // 0
+  /* 0*/ virtual void* DeletingDestructor(std::uint32_t flags) = 0;
   /// The pointer stored under the name; null when there is none.
-  virtual void* LookUp(const char* name) = 0;               // 1
-  virtual void Store(const char* name, void* pointer) = 0;  // 2
+  /* 1*/ virtual void* LookUp(const char* name) = 0;
+  /* 2*/ virtual void Store(const char* name, void* pointer) = 0;
 
  protected:
   ~IXNamedDataStore() = default;
@@ -53,28 +53,28 @@ class IXNamedDataStore {
 /// default; a label may be null. Instructions always pass the two last flags as true.
 class IXAnnotationService {
  public:
-  virtual void* DeletingDestructor(std::uint32_t flags) = 0;  // 0
-  virtual void DrawPoint(const char* label, const CNuvPoint& point, std::uint32_t color, bool flag1,
-                         bool flag2) = 0;  // 1
-  virtual void DrawSegment(const char* label, const CNuvPoint& start, const CNuvPoint& end,
-                           std::uint32_t color, bool flag1, bool flag2) = 0;  // 2
-  virtual void DrawLine(const char* label, const CNuvLine& line, std::uint32_t color, bool flag1,
-                        bool flag2) = 0;  // 3
-  virtual void DrawCircle(const char* label, const CNuvCircle& circle, std::uint32_t color,
-                          bool fill, bool flag1, bool flag2) = 0;  // 4
-  virtual void DrawCircles(const char* label, const CNuvPointVector& centers, double radius,
-                           std::uint32_t color, bool fill, bool flag1, bool flag2) = 0;  // 5
-  virtual void DrawRect(const char* label, const CNuvRect& rect, std::uint32_t color, bool fill,
-                        bool flag1, bool flag2) = 0;  // 6
-  virtual void DrawPoints(const char* label, const CNuvPointVector& points, std::uint32_t color,
-                          bool flag1, bool flag2) = 0;  // 7
-  virtual void DrawText(const CNuvPoint& location, const char* label, const char* font,
-                        std::uint32_t color, bool paint_background, bool flag1,
-                        bool flag2) = 0;  // 8
-  virtual void DrawPolyline(const char* label, const CNuvPointVector& points, std::uint32_t color,
-                            bool flag1, bool flag2) = 0;  // 9
-  virtual void DrawPixels(const char* label, const CNuvPointVector& pixels, std::uint32_t color,
-                          bool flag1, bool flag2) = 0;  // 10
+  /* 0*/ virtual void* DeletingDestructor(std::uint32_t flags) = 0;
+  /* 1*/ virtual void DrawPoint(const char* label, const CNuvPoint& point, std::uint32_t color,
+                                bool flag1, bool flag2) = 0;
+  /* 2*/ virtual void DrawSegment(const char* label, const CNuvPoint& start, const CNuvPoint& end,
+                                  std::uint32_t color, bool flag1, bool flag2) = 0;
+  /* 3*/ virtual void DrawLine(const char* label, const CNuvLine& line, std::uint32_t color,
+                               bool flag1, bool flag2) = 0;
+  /* 4*/ virtual void DrawCircle(const char* label, const CNuvCircle& circle, std::uint32_t color,
+                                 bool fill, bool flag1, bool flag2) = 0;
+  /* 5*/ virtual void DrawCircles(const char* label, const CNuvPointVector& centers, double radius,
+                                  std::uint32_t color, bool fill, bool flag1, bool flag2) = 0;
+  /* 6*/ virtual void DrawRect(const char* label, const CNuvRect& rect, std::uint32_t color,
+                               bool fill, bool flag1, bool flag2) = 0;
+  /* 7*/ virtual void DrawPoints(const char* label, const CNuvPointVector& points,
+                                 std::uint32_t color, bool flag1, bool flag2) = 0;
+  /* 8*/ virtual void DrawText(const CNuvPoint& location, const char* label, const char* font,
+                               std::uint32_t color, bool paint_background, bool flag1,
+                               bool flag2) = 0;
+  /* 9*/ virtual void DrawPolyline(const char* label, const CNuvPointVector& points,
+                                   std::uint32_t color, bool flag1, bool flag2) = 0;
+  /*10*/ virtual void DrawPixels(const char* label, const CNuvPointVector& pixels,
+                                 std::uint32_t color, bool flag1, bool flag2) = 0;
 
  protected:
   ~IXAnnotationService() = default;

@@ -19,29 +19,29 @@ enum class Status : std::int32_t {
 class IXInstrPlugin {
  public:
   /// Destroys the object, frees it when bit 0 of `flags` is set, and returns its address.
-  virtual void* DeletingDestructor(std::uint32_t flags) = 0;  //  0
+  /* 0*/ virtual void* DeletingDestructor(std::uint32_t flags) = 0;
   /// Fills the class's descriptor, once more if it is filled; without memory it stays as it was.
-  virtual void BuildDescriptor() {}  //  1
+  /* 1*/ virtual void BuildDescriptor() {}
   /// Empties the class's descriptor: its records go, its texts and numbers stay.
-  virtual void ClearDescriptor() {}  //  2
-  virtual void Reserved3() {}        //  3
+  /* 2*/ virtual void ClearDescriptor() {}
+  /* 3*/ virtual void Reserved3() {}
   /// The class's descriptor, built or not.
-  virtual DescriptorRecord* GetDescriptor() = 0;                                    //  4
-  virtual Status Execute(IXInstrContext* /*context*/) { return Status::kSuccess; }  //  5
+  /* 4*/ virtual DescriptorRecord* GetDescriptor() = 0;
+  /* 5*/ virtual Status Execute(IXInstrContext* /*context*/) { return Status::kSuccess; }
   /// A new object of the same class, to be given to Destroy; null when memory is short.
-  virtual IXInstrPlugin* Create() = 0;  //  6
+  /* 6*/ virtual IXInstrPlugin* Create() = 0;
   /// Destroys and frees its argument, not this object; null is allowed.
-  virtual void Destroy(IXInstrPlugin* instruction) {  //  7
+  /* 7*/ virtual void Destroy(IXInstrPlugin* instruction) {
     if (instruction != nullptr) instruction->DeletingDestructor(1);
   }
-  virtual bool Reserved8() { return false; }   //  8
-  virtual void Reserved9() {}                  //  9
-  virtual void Reserved10() {}                 // 10
-  virtual void Reserved11() {}                 // 11
-  virtual bool Reserved12() { return false; }  // 12
-  virtual bool Reserved13() { return false; }  // 13
-  virtual bool Reserved14() { return false; }  // 14
-  virtual bool Reserved15() { return false; }  // 15
+  /* 8*/ virtual bool Reserved8() { return false; }
+  /* 9*/ virtual void Reserved9() {}
+  /*10*/ virtual void Reserved10() {}
+  /*11*/ virtual void Reserved11() {}
+  /*12*/ virtual bool Reserved12() { return false; }
+  /*13*/ virtual bool Reserved13() { return false; }
+  /*14*/ virtual bool Reserved14() { return false; }
+  /*15*/ virtual bool Reserved15() { return false; }
 
  protected:
   ~IXInstrPlugin() = default;

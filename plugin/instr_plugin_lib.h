@@ -21,18 +21,18 @@ static_assert(sizeof(LibraryInfo) == 16);
 class IXInstrPluginLib {
  public:
   /// Releases the prototypes and their array; the library object itself is static and stays.
-  virtual void* DeletingDestructor(std::uint32_t flags) = 0;  // 0
-  virtual const LibraryInfo* GetLibInfo() = 0;                // 1
+  /* 0*/ virtual void* DeletingDestructor(std::uint32_t flags) = 0;
+  /* 1*/ virtual const LibraryInfo* GetLibInfo() = 0;
   /// The prototypes, in catalogue order; null when there never were any.
-  virtual IXInstrPlugin** GetPlugins() = 0;    // 2
-  virtual std::uint64_t GetPluginCount() = 0;  // 3
+  /* 2*/ virtual IXInstrPlugin** GetPlugins() = 0;
+  /* 3*/ virtual std::uint64_t GetPluginCount() = 0;
   /// Builds every prototype's descriptor; returns how many prototypes it visited.
-  virtual std::uint64_t InitPlugins() = 0;  // 4
+  /* 4*/ virtual std::uint64_t InitPlugins() = 0;
   /// Empties every descriptor, then destroys the prototypes.
-  virtual void ReleasePlugins() = 0;  // 5
+  /* 5*/ virtual void ReleasePlugins() = 0;
   /// Constructs an empty value at `result` and returns it: the host's compiler returns a class
   /// by value through just such a pointer.
-  virtual CNuvObject* GetEmptyObject(CNuvObject* result) {  // 6
+  /* 6*/ virtual CNuvObject* GetEmptyObject(CNuvObject* result) {
     return new (result) CNuvObject(NUV_OBJ_EMPTY);
   }
 

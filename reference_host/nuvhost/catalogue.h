@@ -1,0 +1,56 @@
+// Catalogue: the instructions of a loaded plug-in, found by the names that people and programs
+// use.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reference_host/nuvhost/plugin_library.h"
+
+namespace nuvhost {
+
+/// One instruction: its prototype, and its descriptor once built.
+struct Instruction {
+  std::size_t index;
+  IXInstrPlugin* prototype;
+  const DescriptorRecord* descriptor;
+};
+
+/// A text that may be a null pointer, as descriptors have them.
+std::string_view TextOrEmpty(const char* text);
+
+/// A name without the blanks at its end, which may be left out wherever a name is written.
+std::string_view WithoutTrailingBlanks(std::string_view name);
+
+/// The candidates nearest to a misspelt name, best first, three at most; ", did you mean ...?" or
+/// nothing where none is near.
+std::string DidYouMean(std::string_view name, const std::vector<std::string_view>& candidates);
+
+/// The catalogue of a library, whose descriptors it builds, and releases at the end.
+class Catalogue {
+ public:
+  explicit Catalogue(const std::filesystem::path& plugin_path);
+  Catalogue(const Catalogue&) = delete;
+  Catalogue& operator=(const Catalogue&) = delete;
+  ~Catalogue() { library_.Get().ReleasePlugins(); }
+
+  const std::vector<Instruction>& Instructions() const { return instructions_; }
+  /// The instruction with exactly this identifier; null where there is none.
+  const Instruction* FindIdentifier(std::string_view identifier) const;
+  /// The instruction with this identifier or display name. Throws UserError with the nearest
+  /// names for an unknown name, with the identifiers for one that several instructions share.
+  const Instruction& Find(std::string_view name) const;
+
+ private:
+  PluginLibrary library_;
+  std::vector<Instruction> instructions_;
+};
+
+/// The position of an input, a result or a constant by its name. A number is a position; a
+/// nameless constant goes by its group label. Throws UserError.
+std::size_t FindInput(const DescriptorRecord& descriptor, std::string_view name);
+std::size_t FindResult(const DescriptorRecord& descriptor, std::string_view name);
+std::size_t FindConstant(const DescriptorRecord& descriptor, std::string_view name);
+
+}  // namespace nuvhost

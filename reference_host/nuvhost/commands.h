@@ -1,0 +1,32 @@
+// The commands of nuvhost. Each prints its answer on standard output and returns the exit code:
+// 0 for success, 1 for what it was asked to judge and found wanting. What it cannot do at all it
+// throws as UserError.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "reference_host/nuvhost/catalogue.h"
+
+namespace nuvhost {
+
+inline constexpr int kExitSuccess = 0;
+inline constexpr int kExitWanting = 1;
+inline constexpr int kExitWrongCall = 2;
+
+/// The catalogue: position, category, name, identifier. An empty category lists all.
+int List(const Catalogue& catalogue, const std::string& category, bool as_json);
+
+/// One descriptor in full, or all of them as JSON.
+int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_json);
+int DescribeAll(const Catalogue& catalogue);
+
+/// Runs one instruction once. Values and NAME=VALUE constants are UTF-8 texts.
+int CallOnce(const Catalogue& catalogue, const std::string& name,
+             const std::vector<std::string>& values, const std::vector<std::string>& constants);
+
+/// Answers JSON lines from standard input until it ends.
+int Exec(const Catalogue& catalogue);
+
+}  // namespace nuvhost

@@ -1,0 +1,74 @@
+#include "reference_host/services/call_context.h"
+
+namespace nuvhost {
+namespace {
+
+std::vector<CNuvObject*> PointersTo(std::vector<CNuvObject>& values) {
+  std::vector<CNuvObject*> pointers;
+  pointers.reserve(values.size() + 1);
+  for (CNuvObject& value : values) pointers.push_back(&value);
+  pointers.push_back(nullptr);  // never an array without storage
+  return pointers;
+}
+
+CNuvObject* At(std::vector<CNuvObject>& values, std::int32_t index) {
+  if (index < 0 || static_cast<std::size_t>(index) >= values.size()) return nullptr;
+  return &values[static_cast<std::size_t>(index)];
+}
+
+}  // namespace
+
+NUV_OBJ_TYPE ValueType(std::uint32_t parameter_type) {
+  switch (parameter_type) {
+    case NUV_PARAM_BOOLEAN: return NUV_OBJ_BOOL;
+    case NUV_PARAM_INTEGER:
+    case NUV_PARAM_CHOICE:
+    case NUV_PARAM_NUMBER: return NUV_OBJ_DOUBLE;
+    case NUV_PARAM_STRING: return NUV_OBJ_STRING;
+    case NUV_PARAM_POINT: return NUV_OBJ_POINT;
+    case NUV_PARAM_LINE: return NUV_OBJ_LINE;
+    case NUV_PARAM_BOOLEAN_ARRAY: return NUV_OBJ_BOOL_VECTOR;
+    case NUV_PARAM_NUMBER_ARRAY: return NUV_OBJ_DOUBLE_VECTOR;
+    case NUV_PARAM_STRING_ARRAY: return NUV_OBJ_STRING_VECTOR;
+    case NUV_PARAM_POINT_ARRAY: return NUV_OBJ_POINT_VECTOR;
+    case NUV_PARAM_LINE_ARRAY: return NUV_OBJ_LINE_VECTOR;
+    default: return NUV_OBJ_EMPTY;
+  }
+}
+
+CallContext::CallContext(const DescriptorRecord& descriptor, Services& services)
+    : services_(services) {
+  for (const ConstantRecord& constant : descriptor.constants) {
+    constants.push_back(constant.default_value);
+  }
+  for (const ParameterRecord& input : descriptor.inputs) inputs.push_back(input.default_value);
+  for (const ResultRecord& result : descriptor.results) {
+    results.emplace_back(ValueType(result.type));
+  }
+}
+
+std::int32_t CallContext::Execute(IXInstrPlugin& instruction) {
+  constant_pointers_ = PointersTo(constants);
+  input_pointers_ = PointersTo(inputs);
+  result_pointers_ = PointersTo(results);
+  marks.clear();
+  return static_cast<std::int32_t>(instruction.Execute(this));
+}
+
+std::int32_t CallContext::InputCount() {
+  return input_count.value_or(static_cast<std::int32_t>(inputs.size()));
+}
+
+CNuvObject* CallContext::ConstantValue(std::int32_t index) {
+  return At(constants, index);
+}
+
+CNuvObject* CallContext::ResultValue(std::int32_t index) {
+  return At(results, index);
+}
+
+void CallContext::MarkResult(std::int32_t index, std::int32_t value) {
+  marks.push_back({index, value});
+}
+
+}  // namespace nuvhost
