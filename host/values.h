@@ -118,6 +118,3 @@ class TNuvRect final : public TNuvTypedValue<TNuvRect<Number, Type>, Type> {
   Number angle;
 };
 using CNuvRect = TNuvRect<double, NUV_OBJ_RECT>;
-
-extern template class NUV_OBJECT_API TNuvPoint<double, NUV_OBJ_POINT>;
-extern template class NUV_OBJECT_API TNuvRect<double, NUV_OBJ_RECT>;

@@ -61,9 +61,3 @@ using CNuvDoubleVector = TNuvVector<double, NUV_OBJ_DOUBLE_VECTOR>;
 using CNuvStringVector = TNuvVector<CNuvString, NUV_OBJ_STRING_VECTOR>;
 using CNuvPointVector = TNuvVector<CNuvPoint, NUV_OBJ_POINT_VECTOR>;
 using CNuvLineVector = TNuvVector<CNuvLine, NUV_OBJ_LINE_VECTOR>;
-
-extern template class NUV_OBJECT_API TNuvVector<bool, NUV_OBJ_BOOL_VECTOR>;
-extern template class NUV_OBJECT_API TNuvVector<double, NUV_OBJ_DOUBLE_VECTOR>;
-extern template class NUV_OBJECT_API TNuvVector<CNuvString, NUV_OBJ_STRING_VECTOR>;
-extern template class NUV_OBJECT_API TNuvVector<CNuvPoint, NUV_OBJ_POINT_VECTOR>;
-extern template class NUV_OBJECT_API TNuvVector<CNuvLine, NUV_OBJ_LINE_VECTOR>;

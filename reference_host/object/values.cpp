@@ -7,6 +7,3 @@ bool CNuvBaseType::Save(IXStorage& /*storage*/) const {
 bool CNuvBaseType::Load(IXStorage& /*storage*/) {
   return false;
 }
-
-template class TNuvPoint<double, NUV_OBJ_POINT>;
-template class TNuvRect<double, NUV_OBJ_RECT>;

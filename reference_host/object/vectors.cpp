@@ -7,9 +7,3 @@ std::size_t NuvVectorLimit(std::size_t element_size) noexcept {
   const std::size_t elements = CNuvSetting::Inst().GetVectorLimit();
   return elements != 0 ? elements : kDefaultBytes / element_size;
 }
-
-template class TNuvVector<bool, NUV_OBJ_BOOL_VECTOR>;
-template class TNuvVector<double, NUV_OBJ_DOUBLE_VECTOR>;
-template class TNuvVector<CNuvString, NUV_OBJ_STRING_VECTOR>;
-template class TNuvVector<CNuvPoint, NUV_OBJ_POINT_VECTOR>;
-template class TNuvVector<CNuvLine, NUV_OBJ_LINE_VECTOR>;

@@ -1,0 +1,94 @@
+// What the frame costs: one call through the context, and making, describing and releasing the
+// library's prototypes.
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <vector>
+
+#include "plugin/catalogue.h"
+#include "plugin/imp_instr_plugin_lib.h"
+#include "reference_host/nuvhost/catalogue.h"
+#include "reference_host/services/services.h"
+
+namespace {
+
+nuvhost::Services& AllServices() {
+  static nuvhost::Services services;
+  return services;
+}
+
+const nuvhost::Catalogue& Loaded() {
+  static const nuvhost::Catalogue catalogue(nuvhost::DefaultPluginPath());
+  return catalogue;
+}
+
+/// The bare virtual call that the calls below are measured against: a slot that does nothing.
+void BareVirtualCall(benchmark::State& state) {
+  IXInstrPlugin* instruction = Loaded().Find("Add").prototype;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(instruction);
+    benchmark::DoNotOptimize(instruction->Reserved8());
+  }
+}
+BENCHMARK(BareVirtualCall);
+
+/// A context whose values are ready, so that only the instruction's own work is measured.
+class ReadyContext final : public IXInstrContext {
+ public:
+  explicit ReadyContext(std::vector<CNuvObject>& inputs) {
+    for (CNuvObject& input : inputs) inputs_.push_back(&input);
+  }
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  CNuvObject** ConstantValues() override { return nullptr; }
+  CNuvObject** InputValues() override { return inputs_.data(); }
+  std::int32_t InputCount() override { return static_cast<std::int32_t>(inputs_.size()); }
+  CNuvObject** ResultValues() override { return &results_; }
+  CNuvObject* ConstantValue(std::int32_t /*index*/) override { return nullptr; }
+  CNuvObject* ResultValue(std::int32_t /*index*/) override { return results_; }
+  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
+  void* Service(std::int32_t number) override { return AllServices().Find(number); }
+
+ private:
+  std::vector<CNuvObject*> inputs_;
+  CNuvObject result_;
+  CNuvObject* results_ = &result_;
+};
+
+void Execute(benchmark::State& state, const char* name, std::size_t count) {
+  const nuvhost::Instruction& instruction = Loaded().Find(name);
+  std::vector<CNuvObject> inputs(count);
+  for (std::size_t i = 0; i < count; ++i) inputs[i] = 1.5 + static_cast<double>(i);
+  ReadyContext context(inputs);
+  for (auto _ : state) benchmark::DoNotOptimize(instruction.prototype->Execute(&context));
+}
+BENCHMARK_CAPTURE(Execute, Add2, "Add", 2);
+BENCHMARK_CAPTURE(Execute, Add10, "Add", 10);
+BENCHMARK_CAPTURE(Execute, Divide, "Divide", 2);
+BENCHMARK_CAPTURE(Execute, Greater, "Greater", 2);
+
+/// The library's object and its descriptors, for the first instructions of the catalogue.
+class PartLibrary final : public CImpInstrPluginLib {
+ public:
+  explicit PartLibrary(std::size_t count) {
+    Reserve(count);
+    [&]<class... I>(formula::InstructionList<I...>) {
+      std::size_t left = count;
+      ((left > 0 ? (Register(formula::NewInstruction<I>()), --left) : 0), ...);
+    }(formula::Catalogue());
+  }
+  const LibraryInfo* GetLibInfo() override { return nullptr; }
+};
+
+void RegisterInitRelease(benchmark::State& state) {
+  const auto count = static_cast<std::size_t>(state.range(0));
+  for (auto _ : state) {
+    PartLibrary library(count);
+    benchmark::DoNotOptimize(library.InitPlugins());
+    library.ReleasePlugins();
+  }
+  state.SetComplexityN(state.range(0));
+}
+BENCHMARK(RegisterInitRelease)->Arg(11)->Arg(22)->Arg(33)->Arg(44)->Complexity();
+
+}  // namespace

@@ -1,0 +1,119 @@
+#include "reference_host/nuvhost/exec_session.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <random>
+
+#include "host/setting.h"
+#include "tests/instr/table.h"
+
+namespace {
+
+using nuvhost::Json;
+
+constexpr const char* kSet = "_Nuv_Numeric_Set_";
+
+TEST(ExecSession, RefusesWhatItCannotCarryOutAndGoesOn) {
+  struct Row {
+    const char* request;
+    const char* complaint;
+  };
+  const std::string deep = "{\"in\":" + std::string(300, '[') + std::string(300, ']') + "}";
+  const Row rows[] = {
+      {"", "parse error"},
+      {"{", "parse error"},
+      {"{\"instr\":\"\xFF\"}", "UTF-8"},
+      {"[]", "expected an object"},
+      {deep.c_str(), "nested over 200 deep"},
+      {"{}", "identifier"},
+      {R"({"instr":"_Nuv_Numeric_Sett_"})", "did you mean \"_Nuv_Numeric_Set_\""},
+      {R"({"instr":"_Nuv_Numeric_Set_","inn":[]})", "unknown member \"inn\""},
+      {R"({"instr":"_Nuv_Numeric_Set_","in":1})", "expected a list"},
+      {R"({"instr":"_Nuv_Numeric_Set_","in":[1,2]})", "one too many"},
+      {R"({"instr":"_Nuv_Numeric_Set_","in":[null]})", "in[0]: expected a number, found null"},
+      {R"({"instr":"_Nuv_Numeric_Set_","in":[true]})", "expected a number"},
+      {R"({"instr":"_Nuv_Numeric_Set_","in":["nan"]})", "expected a number"},
+      {R"({"instr":"_Nuv_Numeric_Set_","in":[1e999]})", "number overflow"},
+      {R"({"instr":"_Nuv_Numeric_Set_","prev":[1,2]})", "prev[1]: one too many"},
+      {R"({"instr":"_Nuv_Numeric_Set_","const":[1]})", "one too many"},
+      {R"({"instr":"_Nuv_Numeric_AddNumbers_","in":[1,"x"]})", "in[1]: expected a number"},
+      {R"({"instr":"_Nuv_Numeric_AddNumbers_","in":[1],"count":2})", "between 0 and the 1"},
+      {R"({"instr":"_Nuv_Numeric_AddNumbers_","in":[1],"count":-1})", "between 0 and the 1"},
+      {R"({"instr":"_Nuv_Numeric_AddNumbers_","count":0.5})", "whole number"},
+      {R"({"instr":"_Nuv_Numeric_CSumArr_","in":[[1,[]]]})", "element 1: expected a number"},
+      {R"({"instr":"_Nuv_Boolean_Not_","in":[1]})", "expected true or false"},
+      {R"({"set":{"angleUnit":"grad"}})", "\"radians\" or \"degrees\""},
+      {R"({"set":{"defaultColor":-1}})", "0 to 4294967295"},
+      {R"({"set":{},"in":[]})", "unknown member \"in\""},
+  };
+  nuvhost::ExecSession session(BuiltCatalogue());
+  for (const Row& row : rows) {
+    const Json answer = Json::parse(session.Answer(row.request));
+    ASSERT_TRUE(answer.contains("error")) << row.request << " gave " << answer.dump();
+    EXPECT_NE(answer["error"].get<std::string>().find(row.complaint), std::string::npos)
+        << answer.dump();
+  }
+  EXPECT_EQ(session.Answer(R"({"set":{"angleUnit":"radians"}})"), "{}");
+  EXPECT_EQ(session.Answer(R"({"instr":"_Nuv_Numeric_AddNumbers_","in":[1,2,5],"count":2})"),
+            R"({"status":0,"out":[3]})");
+}
+
+TEST(ExecSession, ABrokenSettingChangesNothing) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  session.Answer(R"({"set":{"defaultColor":255}})");
+  session.Answer(R"({"set":{"defaultColor":1,"angleUnit":"grad"}})");
+  EXPECT_EQ(CNuvSetting::Inst().GetDefaultAnnotationColor(), 255u);
+  session.Answer(R"({"set":{"defaultColor":0}})");
+}
+
+TEST(ExecSession, EveryNumberSurvivesTheWayThere) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  std::mt19937_64 random(5);
+  for (int round = 0; round < 20000; ++round) {
+    const std::uint64_t bits = random();
+    double number;
+    std::memcpy(&number, &bits, sizeof number);
+    if (round % 2 == 0) number = std::ldexp(static_cast<double>(random() % 100000), round % 60);
+    const Json sent = nuvhost::NumberToJson(number);
+    const Json answer = Exec(session, Json{{"instr", kSet}, {"in", {sent}}}.dump());
+    CNuvObject back = nuvhost::FromJson(answer["out"][0], NUV_PARAM_NUMBER);
+    const auto received = static_cast<double>(back);
+    if (std::isnan(number)) {
+      ASSERT_TRUE(std::isnan(received));
+    } else {
+      ASSERT_EQ(std::memcmp(&number, &received, sizeof number), 0) << answer.dump();
+    }
+  }
+}
+
+TEST(ExecSession, EveryValueOfEveryTypeSurvivesJson) {
+  struct Row {
+    std::uint32_t type;
+    const char* json;
+  };
+  constexpr Row kRows[] = {
+      {NUV_PARAM_BOOLEAN, "true"},
+      {NUV_PARAM_INTEGER, "-2147483648"},
+      {NUV_PARAM_NUMBER, "-0.0"},
+      {NUV_PARAM_STRING, "\"\xC2\x80 \xC3\xBF \\u0001\\\"\""},
+      {NUV_PARAM_POINT, R"({"x":1,"y":"NaN"})"},
+      {NUV_PARAM_LINE, R"({"a":0.5,"d":-2})"},
+      {NUV_PARAM_BOOLEAN_ARRAY, "[true,false]"},
+      {NUV_PARAM_NUMBER_ARRAY, R"([1,"-Infinity",1e+300])"},
+      {NUV_PARAM_STRING_ARRAY, R"(["","x"])"},
+      {NUV_PARAM_POINT_ARRAY, R"([{"x":1,"y":2}])"},
+      {NUV_PARAM_LINE_ARRAY, R"([{"a":1,"d":2}])"},
+      {NUV_PARAM_POINT_ARRAY, "[]"},
+  };
+  for (const Row& row : kRows) {
+    const CNuvObject value = nuvhost::FromJson(nuvhost::ParseJson(row.json), row.type);
+    EXPECT_EQ(value.GetType(), nuvhost::ValueType(row.type));
+    EXPECT_EQ(nuvhost::Dump(nuvhost::ToJson(value)), row.json);
+  }
+  EXPECT_THROW(nuvhost::FromJson("\xE2\x82\xAC", NUV_PARAM_STRING), nuvhost::ValueError);
+  EXPECT_THROW(nuvhost::FromJson(2147483648.0, NUV_PARAM_INTEGER), nuvhost::ValueError);
+}
+
+}  // namespace

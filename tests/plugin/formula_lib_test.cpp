@@ -1,0 +1,122 @@
+#include "plugin/formula_lib.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "plugin/catalogue.h"
+#include "tests/plugin/allocation_failure.h"
+
+namespace {
+
+TEST(FormulaLib, RegistrationWithoutMemoryReleasesWhatWasRegistered) {
+  const std::ptrdiff_t before = LiveAllocations();
+  std::ptrdiff_t successes = 0;
+  for (bool registered = false; !registered; ++successes) {
+    std::optional<CFormulaLib> library;
+    const FailingAllocation failure(successes);
+    try {
+      library.emplace();
+      registered = true;
+      EXPECT_FALSE(failure.HasFailed());
+    } catch (const std::bad_alloc&) {
+      EXPECT_EQ(LiveAllocations(), before) << "after " << successes << " allocations";
+    }
+  }
+  EXPECT_GT(successes, 40);
+  EXPECT_EQ(LiveAllocations(), before);
+}
+
+TEST(FormulaLib, DescriptorsAreBuiltAgainAndClearedWithoutALeak) {
+  const std::ptrdiff_t before = LiveAllocations();
+  CFormulaLib library;
+  const std::ptrdiff_t registered = LiveAllocations();
+  library.InitPlugins();
+  const std::ptrdiff_t built = LiveAllocations();
+  EXPECT_GT(built, registered);
+  library.InitPlugins();
+  EXPECT_EQ(LiveAllocations(), built);
+  library.ReleasePlugins();
+  EXPECT_EQ(library.GetPluginCount(), 0u);
+  EXPECT_EQ(library.InitPlugins(), 0u);
+  library.DeletingDestructor(0);
+  EXPECT_EQ(LiveAllocations(), before);
+}
+
+TEST(FormulaLib, BuildingWithoutMemoryIsMadeUpForByTheNextBuild) {
+  CFormulaLib library;
+  const std::ptrdiff_t registered = LiveAllocations();
+  bool failed = true;
+  for (std::ptrdiff_t successes = 0; failed; ++successes) {
+    {
+      const FailingAllocation failure(successes);
+      library.InitPlugins();
+      failed = failure.HasFailed();
+    }
+    EXPECT_EQ(library.InitPlugins(), library.GetPluginCount());
+    for (std::size_t i = 0; i < library.GetPluginCount(); ++i) {
+      ASSERT_EQ(library.GetPlugins()[i]->GetDescriptor()->format, 17u);
+      library.GetPlugins()[i]->ClearDescriptor();
+    }
+    ASSERT_EQ(LiveAllocations(), registered) << "after " << successes << " allocations";
+  }
+}
+
+TEST(FormulaLib, CreateWithoutMemoryGivesNull) {
+  CFormulaLib library;
+  IXInstrPlugin* prototype = library.GetPlugins()[0];
+  {
+    const FailingAllocation failure(0);
+    EXPECT_EQ(prototype->Create(), nullptr);
+  }
+  IXInstrPlugin* created = prototype->Create();
+  ASSERT_NE(created, nullptr);
+  EXPECT_EQ(created->GetDescriptor(), prototype->GetDescriptor());
+  prototype->Destroy(created);
+  prototype->Destroy(nullptr);
+}
+
+/// A context with one input and one result of which the result holds nothing yet.
+class OneValueContext final : public IXInstrContext {
+ public:
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  CNuvObject** ConstantValues() override { return nullptr; }
+  CNuvObject** InputValues() override { return inputs_; }
+  std::int32_t InputCount() override { return 1; }
+  CNuvObject** ResultValues() override { return results_; }
+  CNuvObject* ConstantValue(std::int32_t /*index*/) override { return nullptr; }
+  CNuvObject* ResultValue(std::int32_t /*index*/) override { return &result; }
+  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
+  void* Service(std::int32_t /*number*/) override { return nullptr; }
+
+  CNuvObject input;
+  CNuvObject result;
+
+ private:
+  CNuvObject* inputs_[1] = {&input};
+  CNuvObject* results_[1] = {&result};
+};
+
+// On Windows the values' allocations are another module's, which this program cannot fail.
+#if !defined(_WIN32)
+TEST(FormulaLib, AnAllocationThatFailsWhileExecutingIsAFailedStep) {
+  CFormulaLib library;
+  OneValueContext context;
+  const FailingAllocation failure(0);
+  EXPECT_EQ(library.GetPlugins()[0]->Execute(&context), Status::kSuccess);  // copies "empty"
+  context.input.SetType(NUV_OBJ_EMPTY);
+  EXPECT_EQ(library.GetPlugins()[1]->Execute(&context), Status::kFailure);
+  EXPECT_EQ(context.result.GetType(), NUV_OBJ_EMPTY);
+}
+#endif
+
+TEST(FormulaLib, IsTheOneThatTheExportGives) {
+  IXInstrPluginLib* library = NuvPluginLibGet();
+  ASSERT_NE(library, nullptr);
+  EXPECT_EQ(NuvPluginLibGet(), library);
+  EXPECT_EQ(library->GetPluginCount(), formula::Catalogue::kSize);
+  EXPECT_STREQ(library->GetLibInfo()->text,
+               "Formula Library\nThis is the very first version of it");
+}
+
+}  // namespace

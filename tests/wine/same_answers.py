@@ -1,0 +1,124 @@
+#!/usr/bin/env python3
+"""Asks two builds of nuvhost the same random calls; every answer must be the same bytes.
+
+usage: same_answers.py [--calls N] [--seed S] NUVHOST -- OTHER NUVHOST COMMAND...
+
+Instructions that touch the machine (files, clock, keys) are left out: they answer for it.
+"""
+
+import argparse
+import json
+import random
+import struct
+import subprocess
+import sys
+
+MACHINE = {"IO: System", "IO: Keyboard"}
+SPECIAL = ["NaN", "Infinity", "-Infinity", 0, -0.0, 1, -1, 0.5, 1.5, 2.5, -0.5, 1e-300, 1e300,
+           5e-324, 2147483647, -2147483648, 2147483648, 4294967296, 2.220446049250313e-16]
+
+
+def number(rng):
+    kind = rng.randrange(6)
+    if kind == 0:
+        return rng.choice(SPECIAL)
+    if kind == 1:
+        return rng.randrange(-20, 21)
+    if kind == 2:
+        return rng.randrange(-200, 201) / 8
+    if kind == 3:
+        return rng.uniform(-1000, 1000)
+    if kind == 4:
+        return rng.gauss(0, 1) * 10 ** rng.randrange(-12, 13)
+    value = struct.unpack("<d", rng.randbytes(8))[0]
+    return value if abs(value) < float("inf") else "NaN"
+
+
+def text(rng):
+    return "".join(chr(rng.choice([*range(1, 256), *b"0123456789.eExX+- %%"]))
+                   for _ in range(rng.randrange(12)))
+
+
+def point(rng):
+    return {"x": number(rng), "y": number(rng)}
+
+
+def line(rng):
+    return {"a": number(rng), "d": number(rng)}
+
+
+def boolean(rng):
+    return rng.random() < 0.5
+
+
+SCALARS = {256: boolean, 258: number, 259: text, 260: point, 261: line}
+
+
+def value(rng, type_code):
+    if type_code < 512:
+        return SCALARS[type_code](rng)
+    return [SCALARS[type_code - 256](rng) for _ in range(rng.randrange(10))]
+
+
+def constant(rng, record):
+    if record["choices"]:
+        return rng.choice(record["choices"])[0]
+    if record["type"] == 256:
+        return boolean(rng)
+    return rng.randint(record["min"] or 0, record["max"] or 10)
+
+
+def call(rng, instruction):
+    inputs = instruction["inputs"]
+    types = [record["type"] for record in inputs]
+    if instruction["repeatable"]:
+        types += [types[-1]] * rng.randrange(6)
+    return json.dumps({
+        "instr": instruction["identifier"],
+        "const": [constant(rng, record) for record in instruction["constants"]],
+        "in": [value(rng, type_code) for type_code in types],
+        "prev": [value(rng, record["type"]) for record in instruction["results"]],
+    })
+
+
+def answers(command, requests):
+    done = subprocess.run([*command, "exec"], input=requests, stdout=subprocess.PIPE, check=True)
+    return done.stdout.split(b"\n")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--calls", type=int, default=1000)
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("nuvhost")
+    parser.add_argument("other", nargs="+")
+    options = parser.parse_args()
+
+    catalogues = [subprocess.run([*command, "describe", "--all", "--json"],
+                                 stdout=subprocess.PIPE, check=True).stdout
+                  for command in ([options.nuvhost], options.other)]
+    if catalogues[0] != catalogues[1]:
+        sys.exit("the two describe different catalogues")
+
+    rng = random.Random(options.seed)
+    instructions = [i for i in json.loads(catalogues[0]) if i["category"] not in MACHINE]
+    requests = [call(rng, instructions[i % len(instructions)]) for i in range(options.calls)]
+    text_in = ("\n".join(requests) + "\n").encode()
+    ours, others = answers([options.nuvhost], text_in), answers(options.other, text_in)
+    if len(ours) != options.calls + 1:
+        sys.exit(f"{options.calls} requests had {len(ours) - 1} answers")
+    errors = [(q, a) for q, a in zip(requests, ours) if b'"error"' in a]
+    if errors:
+        sys.exit("refused: {}\n  {}".format(*errors[0]))
+
+    differing = [(q, a, b) for q, a, b in zip(requests, ours, others) if a != b]
+    differing += [("number of answers", len(ours), len(others))] if len(ours) != len(others) else []
+    for request, mine, other in differing[:10]:
+        print(f"{request}\n  {mine}\n  {other}")
+    same = options.calls - len(differing)
+    print(f"{same} passed, {len(differing)} failed: answers of {len(instructions)} instructions")
+    return 1 if differing else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
