@@ -28,8 +28,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 
 if(FORMULA_SANITIZERS)
+  # A host built by another compiler hands us objects without this compiler's type information.
   target_compile_options(formula_options INTERFACE
-    -fsanitize=${FORMULA_SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${FORMULA_SANITIZERS} -fno-sanitize=vptr -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
   target_link_options(formula_options INTERFACE -fsanitize=${FORMULA_SANITIZERS})
 endif()
 

@@ -11,7 +11,7 @@
 /// A map from 32-bit keys to labels, ordered by key: 24 bytes, a word, a head pointer and a
 /// 64-bit size. The head points to a sentinel node whose left, parent and right links lead to
 /// the smallest key, the root and the largest key of a binary search tree; the sentinel stands
-/// wherever a link leads nowhere. A map that was never filled has no sentinel: its head is null.
+/// wherever a link leads nowhere. Empty maps share one sentinel, so that making one cannot fail.
 class NUV_TYPES_API CChoiceMap {
  public:
   struct Node {
@@ -26,7 +26,7 @@ class NUV_TYPES_API CChoiceMap {
     CStdStr label;  // 40
   };
 
-  constexpr CChoiceMap() noexcept = default;
+  CChoiceMap() noexcept;
   CChoiceMap(CChoiceMap&& other) noexcept;
   CChoiceMap& operator=(CChoiceMap&& other) noexcept;
   ~CChoiceMap() { Clear(); }
@@ -44,7 +44,7 @@ class NUV_TYPES_API CChoiceMap {
 
  private:
   std::uint64_t allocator_ = 0;  //  0  allocator word, unused
-  Node* head_ = nullptr;         //  8  the sentinel
+  Node* head_;                   //  8  the sentinel
   std::uint64_t size_ = 0;       // 16  choices in the map
 };
 

@@ -21,7 +21,7 @@ struct LoadedLibrary {
   LoadedLibrary() noexcept {
     try {
       object.emplace();
-    } catch (const std::bad_alloc&) {
+    } catch (...) {
       // What was registered is released; nobody gets to see half a catalogue.
     }
   }

@@ -20,6 +20,20 @@ OwnedNode AllocateNode() {
   return OwnedNode(node);
 }
 
+/// The sentinel of every empty map; nothing is ever written to it. A node as a whole would have
+/// a label to destroy when the program ends, after which a host may still look at an empty map.
+CChoiceMap::Node* SharedSentinel() noexcept {
+  alignas(CChoiceMap::Node) static unsigned char storage[sizeof(CChoiceMap::Node)];
+  static CChoiceMap::Node* const kSentinel = [] {
+    auto* node = reinterpret_cast<CChoiceMap::Node*>(storage);
+    node->left = node->parent = node->right = node;
+    node->color = 1;
+    node->is_nil = 1;
+    return node;
+  }();
+  return kSentinel;
+}
+
 void DestroySubtree(CChoiceMap::Node* node) noexcept {
   if (node->is_nil != 0) return;
   DestroySubtree(node->left);
@@ -30,19 +44,21 @@ void DestroySubtree(CChoiceMap::Node* node) noexcept {
 
 }  // namespace
 
+CChoiceMap::CChoiceMap() noexcept : head_(SharedSentinel()) {}
+
 CChoiceMap::CChoiceMap(CChoiceMap&& other) noexcept
-    : head_(std::exchange(other.head_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    : head_(std::exchange(other.head_, SharedSentinel())), size_(std::exchange(other.size_, 0)) {}
 
 CChoiceMap& CChoiceMap::operator=(CChoiceMap&& other) noexcept {
   if (this == &other) return *this;
   Clear();
-  head_ = std::exchange(other.head_, nullptr);
+  head_ = std::exchange(other.head_, SharedSentinel());
   size_ = std::exchange(other.size_, 0);
   return *this;
 }
 
 void CChoiceMap::Insert(std::int32_t key, const char* label) {
-  if (head_ == nullptr) {
+  if (head_ == SharedSentinel()) {
     head_ = AllocateNode().release();
     head_->is_nil = 1;
     head_->left = head_->parent = head_->right = head_;
@@ -67,9 +83,9 @@ void CChoiceMap::Insert(std::int32_t key, const char* label) {
 }
 
 void CChoiceMap::Clear() noexcept {
-  if (head_ == nullptr) return;
+  if (head_ == SharedSentinel()) return;
   DestroySubtree(head_->parent);
-  ::operator delete(std::exchange(head_, nullptr));
+  ::operator delete(std::exchange(head_, SharedSentinel()));
   size_ = 0;
 }
 
