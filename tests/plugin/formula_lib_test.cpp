@@ -4,6 +4,10 @@
 
 #include <optional>
 
+#if !defined(_WIN32)
+#include <dlfcn.h>
+#endif
+
 #include "plugin/catalogue.h"
 #include "tests/plugin/allocation_failure.h"
 
@@ -97,8 +101,25 @@ class OneValueContext final : public IXInstrContext {
   CNuvObject* results_[1] = {&result};
 };
 
-// On Windows the values' allocations are another module's, which this program cannot fail.
+// On Windows each module has allocations of its own, which this program cannot fail.
 #if !defined(_WIN32)
+TEST(FormulaLib, ALibraryThatIsShortOfMemoryWhileItLoadsHandsOutNothing) {
+  const std::ptrdiff_t before = LiveAllocations();
+  for (const std::ptrdiff_t successes : {0, 1, 20}) {
+    void* module = nullptr;
+    {
+      const FailingAllocation failure(successes);
+      module = dlopen(FORMULA_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+      EXPECT_TRUE(failure.HasFailed());
+    }
+    ASSERT_NE(module, nullptr) << dlerror();
+    const auto get = reinterpret_cast<IXInstrPluginLib* (*)()>(dlsym(module, "NuvPluginLibGet"));
+    EXPECT_EQ(get(), nullptr);
+    dlclose(module);
+    EXPECT_EQ(LiveAllocations(), before);
+  }
+}
+
 TEST(FormulaLib, AnAllocationThatFailsWhileExecutingIsAFailedStep) {
   CFormulaLib library;
   OneValueContext context;
