@@ -63,7 +63,10 @@ std::size_t FindParameter(const char* kind, const DescriptorRecord& descriptor,
   const std::optional<std::size_t> position = AsPosition(name);
   if (position && *position < records.Size()) return *position;
   if (records.Empty()) throw UserError(instruction + " has no " + kind + "s");
-  std::string text = instruction + " has no " + kind + " " + Quoted(name) + "; it has";
+  std::string text = instruction + " has no " + kind + " " + Quoted(name);
+  const std::string near = DidYouMean(name, names);
+  if (!near.empty()) throw UserError(text + near);
+  text += "; it has";
   for (std::size_t i = 0; i < names.size(); ++i) text += (i == 0 ? " " : ", ") + Quoted(names[i]);
   throw UserError(text);
 }
@@ -88,8 +91,9 @@ std::string DidYouMean(std::string_view name, const std::vector<std::string_view
   std::vector<Near> nearest;
   for (const std::string_view candidate : candidates) {
     const std::size_t distance = EditDistance(name, WithoutTrailingBlanks(candidate));
+    const bool has_common = distance < std::max(name.size(), candidate.size());
     const auto same = [&](const Near& near) { return near.name == candidate; };
-    if (distance <= limit && std::ranges::none_of(nearest, same)) {
+    if (distance <= limit && has_common && std::ranges::none_of(nearest, same)) {
       nearest.push_back({distance, candidate});
     }
   }

@@ -29,4 +29,22 @@ int CallOnce(const Catalogue& catalogue, const std::string& name,
 /// Answers JSON lines from standard input until it ends.
 int Exec(const Catalogue& catalogue);
 
+/// Judges a plug-in library's conformance, each law in a process of its own that has so many
+/// seconds.
+int Check(const std::filesystem::path& library, int seconds, bool as_json);
+/// What each of those processes does: it judges one law and records that in a file.
+int CheckLaw(const std::filesystem::path& library, const std::string& law,
+             const std::filesystem::path& record);
+
+/// How a program is to be run.
+struct RunOptions {
+  std::string program;
+  std::vector<std::string> data;  ///< FILE or NAME=FILE, in place of the program's own data
+  std::string results;            ///< a file for all results, .csv or .json; none if empty
+  bool keep_going = false;        ///< past steps that fail
+};
+
+/// Runs an inspection program, once or over many data files.
+int RunProgram(const Catalogue& catalogue, const RunOptions& options);
+
 }  // namespace nuvhost

@@ -24,15 +24,33 @@ struct Arguments {
   std::string name;
   std::vector<std::string> values;
   std::vector<std::string> constants;
+  RunOptions run;
+  std::string library;
+  std::string law;
+  std::string record;
+  int timeout = 60;
   bool all = false;
   bool json = false;
 };
 
-/// Declares every command; what each runs is kept in `run`.
+// The parser takes a word in brackets apart where an option takes many words; a mark before the
+// bracket keeps JSON lists whole.
+constexpr char kMark = '\x01';
+
+std::string Protected(const std::string& word) {
+  return word.starts_with('[') ? kMark + word : word;
+}
+
+std::string Unprotected(const std::string& word) {
+  return word.starts_with(kMark) ? word.substr(1) : word;
+}
+
+/// The commands and their words.
 class CommandLine {
  public:
   CommandLine() {
     app_.require_subcommand(1);
+    app_.allow_windows_style_options(false);  // "/text" is a value, on every platform
     app_.set_version_flag("--version", "nuvhost " NUVHOST_VERSION);
     app_.add_option("--plugin", arguments_.plugin,
                     "the plug-in library (the one beside this program unless given)");
@@ -40,16 +58,26 @@ class CommandLine {
     AddList();
     AddDescribe();
     AddCall();
+    AddRun();
     AddExec();
+    AddCheck();
+    for (CLI::App* command : app_.get_subcommands(nullptr)) UnprotectWords(*command);
+    UnprotectWords(app_);
   }
 
-  int Run(std::vector<std::string> words) {
-    std::ranges::reverse(words);
+  int Run(const std::vector<std::string>& words) {
+    std::vector<std::string> reversed;  // as the parser takes them
+    for (auto word = words.rbegin(); word != words.rend(); ++word) {
+      reversed.push_back(Protected(*word));
+    }
     try {
-      app_.parse(words);
+      app_.parse(std::move(reversed));
     } catch (const CLI::Success& wanted) {
       return app_.exit(wanted);
     } catch (const CLI::ParseError& error) {
+      if (app_.get_subcommands().empty() && !words.empty() && !words[0].starts_with("-")) {
+        throw UserError(UnknownCommand(words[0]));
+      }
       app_.exit(error);
       return kExitWrongCall;
     }
@@ -59,8 +87,21 @@ class CommandLine {
  private:
   using Command = int (*)(const Arguments&);
 
+  static void UnprotectWords(CLI::App& app) {
+    for (CLI::Option* option : app.get_options()) option->transform(Unprotected);
+  }
+
   static std::filesystem::path Plugin(const Arguments& arguments) {
     return arguments.plugin.empty() ? DefaultPluginPath() : PathFromUtf8(arguments.plugin);
+  }
+
+  std::string UnknownCommand(const std::string& name) const {
+    std::vector<std::string_view> known;
+    for (const CLI::App* command : app_.get_subcommands(nullptr)) {
+      known.push_back(command->get_name());
+    }
+    return "no command \"" + name + "\"" + DidYouMean(name, known) +
+           "\nRun with --help for more information.";
   }
 
   CLI::App* Add(const char* name, const char* description, Command command) {
@@ -105,9 +146,41 @@ class CommandLine {
         ->take_all();
   }
 
+  void AddRun() {
+    CLI::App* run = Add("run", "Run an inspection program",
+                        [](const Arguments& a) { return RunProgram(Catalogue(Plugin(a)), a.run); });
+    run->add_option("program", arguments_.run.program, "the program, a JSON file")->required();
+    run->add_option("--data", arguments_.run.data,
+                    "data files in place of the program's own, one run each; NAME=FILE for a "
+                    "program with several")
+        ->type_name("FILE");
+    run->add_option("--results", arguments_.run.results,
+                    "write all results to OUT.csv, a row for each run, or to OUT.json, in full")
+        ->type_name("OUT");
+    run->add_flag("--keep-going", arguments_.run.keep_going, "go on after a step that fails");
+  }
+
   void AddExec() {
     Add("exec", "Answer calls as JSON lines from standard input",
         [](const Arguments& a) { return Exec(Catalogue(Plugin(a))); });
+  }
+
+  void AddCheck() {
+    CLI::App* check = Add("check", "Judge a plug-in library's conformance", [](const Arguments& a) {
+      const std::filesystem::path library = a.library.empty() ? Plugin(a) : PathFromUtf8(a.library);
+      return a.law.empty() ? Check(library, a.timeout, a.json)
+                           : CheckLaw(library, a.law, PathFromUtf8(a.record));
+    });
+    check->add_option("library", arguments_.library,
+                      "the library (the plug-in beside this program unless given)");
+    check->add_option("--timeout", arguments_.timeout, "seconds that each law may take")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 86400))
+        ->capture_default_str();
+    check->add_flag("--json", arguments_.json, "as JSON");
+    // How this program starts itself for one law.
+    check->add_option("--law", arguments_.law)->group("");
+    check->add_option("--record", arguments_.record)->group("");
   }
 
   CLI::App app_{"Reference host for plug-in libraries of instructions", "nuvhost"};
@@ -132,6 +205,7 @@ int Main(std::vector<std::string> words) {
 int wmain(int count, wchar_t** words) {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
   std::vector<std::string> utf8;
   for (int i = 1; i < count; ++i) utf8.push_back(nuvhost::ToUtf8(std::filesystem::path(words[i])));
   return nuvhost::Main(std::move(utf8));

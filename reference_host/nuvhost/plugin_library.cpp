@@ -1,7 +1,5 @@
 #include "reference_host/nuvhost/plugin_library.h"
 
-#include "reference_host/nuvhost/error.h"
-
 #if defined(_WIN32)
 #include <windows.h>
 #else
@@ -37,12 +35,6 @@ void Unload(void* module) {
   FreeLibrary(static_cast<HMODULE>(module));
 }
 
-std::filesystem::path ProgramPath() {
-  std::wstring path(32768, L'\0');
-  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-  return path;
-}
-
 #else
 
 constexpr const char* kPluginName = "NuvFormula.so";
@@ -64,13 +56,25 @@ void Unload(void* module) {
   dlclose(module);
 }
 
+#endif
+
+}  // namespace
+
+#if defined(_WIN32)
+
+std::filesystem::path ProgramPath() {
+  std::wstring path(32768, L'\0');
+  path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+  return path;
+}
+
+#else
+
 std::filesystem::path ProgramPath() {
   return std::filesystem::read_symlink("/proc/self/exe");
 }
 
 #endif
-
-}  // namespace
 
 std::filesystem::path ProgramFolder() {
   return ProgramPath().parent_path();
@@ -103,9 +107,9 @@ PluginLibrary::PluginLibrary(const std::filesystem::path& path) {
   if (library_ != nullptr) return;
 
   Unload(module_);
-  throw UserError(export_ == nullptr
-                      ? name + " is no plug-in library: it does not export NuvPluginLibGet"
-                      : name + " has no library object: NuvPluginLibGet returned null");
+  throw NoPluginError(export_ == nullptr
+                          ? name + " is no plug-in library: it does not export NuvPluginLibGet"
+                          : name + " has no library object: NuvPluginLibGet returned null");
 }
 
 PluginLibrary::~PluginLibrary() {

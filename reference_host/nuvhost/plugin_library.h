@@ -5,10 +5,17 @@
 #include <string>
 
 #include "plugin/instr_plugin_lib.h"
+#include "reference_host/nuvhost/error.h"
 
 namespace nuvhost {
 
-/// The folder of the running program, and the plug-in that stands beside it.
+/// The file is a dynamic library, but not a plug-in library.
+struct NoPluginError : UserError {
+  using UserError::UserError;
+};
+
+/// The running program, its folder, and the plug-in that stands beside it.
+std::filesystem::path ProgramPath();
 std::filesystem::path ProgramFolder();
 std::filesystem::path DefaultPluginPath();
 
@@ -19,7 +26,8 @@ std::string ToUtf8(const std::filesystem::path& path);
 /// A loaded dynamic library; nothing of it is called but the export.
 class PluginLibrary {
  public:
-  /// Throws UserError where the file is no library, or has no plug-in's export.
+  /// Throws UserError where the file is no library, NoPluginError where it has no plug-in's export
+  /// or that gives no object.
   explicit PluginLibrary(const std::filesystem::path& path);
   PluginLibrary(const PluginLibrary&) = delete;
   PluginLibrary& operator=(const PluginLibrary&) = delete;

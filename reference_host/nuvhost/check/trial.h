@@ -1,0 +1,58 @@
+// Trial: one law applied to one library, and the record of it.
+//
+// The trial runs in a process that the library may crash or hang, so everything goes to a file at
+// once, one JSON object a line: where the trial is, what it found, and at last that it is over.
+// The verdict is what the file says; how the process ended says nothing that can be trusted.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace nuvhost::check {
+
+/// The writing side. Texts are UTF-8.
+class Trial {
+ public:
+  Trial(std::filesystem::path library, const std::filesystem::path& record);
+
+  const std::filesystem::path& Library() const { return library_; }
+
+  /// What comes next, "building the descriptors": what to blame should the trial end here.
+  void At(std::string_view step) { Write("at", step); }
+  void Complain(std::string_view complaint);
+  /// There is nothing to judge.
+  void Skip(std::string_view reason) { Write("skip", reason); }
+  /// What was left out of the judgement.
+  void Note(std::string_view note) { Write("note", note); }
+  /// The file is no dynamic library, so that no law can be judged.
+  void CannotLoad(std::string_view reason) { Write("cannot load", reason); }
+  void Finish();
+
+ private:
+  void Write(const char* what, std::string_view text);
+
+  std::filesystem::path library_;
+  std::ofstream record_;
+  std::size_t complaints_ = 0;
+};
+
+enum class Outcome { kPassed, kFailed, kSkipped };
+
+struct Verdict {
+  Outcome outcome = Outcome::kFailed;
+  std::vector<std::string> complaints;  ///< the first ones
+  std::size_t complaint_count = 0;
+  std::string note;         ///< why it was skipped, or what was left out
+  std::string cannot_load;  ///< why the file is no dynamic library; empty where it is one
+};
+
+/// Reads a trial's record. `ending` tells how a trial without an end was cut short: "crashed".
+Verdict ReadVerdict(const std::filesystem::path& record, const std::string& ending);
+
+/// A text of the library as it is shown: quoted, escaped, "null" for a null pointer.
+std::string Quoted(const char* text);
+
+}  // namespace nuvhost::check

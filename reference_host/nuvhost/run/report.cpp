@@ -1,0 +1,109 @@
+#include "reference_host/nuvhost/run/report.h"
+
+#include <algorithm>
+
+#include "reference_host/nuvhost/json_value.h"
+
+namespace nuvhost {
+namespace {
+
+using State = StepOutcome::State;
+
+constexpr const char* kDoubtfulNote = "\n  * computed from the result of a failed step\n";
+
+/// A step's result, or why there is none.
+std::string ResultText(const StepOutcome& step, std::size_t result,
+                       std::optional<int> decimals = std::nullopt) {
+  switch (step.state) {
+    case State::kNotRun: return "not run";
+    case State::kFailed: return "failed";
+    case State::kDoubtful: return "* " + ValueText(step.context->results[result], decimals);
+    case State::kSucceeded: break;
+  }
+  return ValueText(step.context->results[result], decimals);
+}
+
+bool HasDoubtful(const RunOutcome& run) {
+  return std::ranges::find(run.steps, State::kDoubtful, &StepOutcome::state) != run.steps.end();
+}
+
+std::string FromDescriptor(const char* name) {
+  return Utf8FromBytes(WithoutTrailingBlanks(TextOrEmpty(name)));
+}
+
+/// Adds a step's results, the first beside its name.
+void AddStep(TextTable& table, std::size_t number, const Step& step, const StepOutcome& outcome) {
+  const DescriptorRecord& descriptor = *step.instruction->descriptor;
+  std::vector<std::vector<std::string>> results;
+  for (const ResultRecord& result : descriptor.results) {
+    results.push_back({FromDescriptor(result.name), ResultText(outcome, results.size())});
+  }
+  if (const std::size_t drawn = outcome.record.annotations.size(); drawn > 0) {
+    results.push_back({"", std::to_string(drawn) + (drawn == 1 ? " annotation" : " annotations")});
+  }
+  if (results.empty()) {
+    const bool ran = outcome.state == State::kSucceeded || outcome.state == State::kDoubtful;
+    results.push_back({"", ran ? "done" : ResultText(outcome, 0)});
+  }
+  std::vector<std::string> head{std::to_string(number), step.name, FromDescriptor(descriptor.name)};
+  for (const std::vector<std::string>& result : results) {
+    head.insert(head.end(), result.begin(), result.end());
+    table.Add(std::move(head));
+    head = {"", "", ""};
+  }
+}
+
+}  // namespace
+
+std::string RunText(const Program& program, const RunOutcome& run) {
+  const bool has_report = !program.report.empty();
+  TextTable table(has_report ? "lrl" : "rllll");
+  if (!has_report) {
+    table.SetHeader({"", "Step", "Instruction", "Result", "Value"});
+    for (std::size_t i = 0; i < program.steps.size(); ++i) {
+      AddStep(table, i + 1, program.steps[i], run.steps[i]);
+    }
+  }
+  for (const ReportRow& row : program.report) {
+    table.Add({row.label, ResultText(run.steps[row.value.step], row.value.result, row.decimals),
+               row.unit});
+  }
+  return table.Text() + (HasDoubtful(run) ? kDoubtfulNote : "");
+}
+
+ReportTable::ReportTable(const Program& program)
+    : program_(program), table_("l" + std::string(program.report.size(), 'r') + "l") {
+  std::vector<std::string> head{"File"};
+  for (const ReportRow& row : program.report) {
+    head.push_back(row.unit.empty() ? row.label : row.label + " (" + row.unit + ")");
+  }
+  head.push_back("Status");
+  table_.SetHeader(std::move(head));
+}
+
+void ReportTable::Add(const RunOutcome& run) {
+  has_doubtful_ = has_doubtful_ || HasDoubtful(run);
+  std::vector<std::string> cells{run.file};
+  for (const ReportRow& row : program_.report) {
+    cells.push_back(run.steps.empty()
+                        ? "-"
+                        : ResultText(run.steps[row.value.step], row.value.result, row.decimals));
+  }
+  cells.push_back(StateText(run.state));
+  table_.Add(std::move(cells));
+}
+
+std::string ReportTable::Text() const {
+  return table_.Text() + (has_doubtful_ ? kDoubtfulNote : "");
+}
+
+const char* StateText(RunOutcome::State state) {
+  switch (state) {
+    case RunOutcome::State::kSucceeded: return "ok";
+    case RunOutcome::State::kFailed: return "failed";
+    case RunOutcome::State::kUnreadable: return "unreadable";
+  }
+  return "";
+}
+
+}  // namespace nuvhost

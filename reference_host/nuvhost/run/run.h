@@ -1,0 +1,13 @@
+// Carrying out a checked program: what `nuvhost run` does once a program has no mistakes.
+#pragma once
+
+#include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/run/program.h"
+
+namespace nuvhost {
+
+/// Runs a program without mistakes over its data, shows what came of it and writes the results;
+/// the exit code. Throws UserError for options that do not fit the program.
+int RunChecked(const Program& program, const RunOptions& options);
+
+}  // namespace nuvhost

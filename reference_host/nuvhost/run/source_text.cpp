@@ -1,0 +1,89 @@
+#include "reference_host/nuvhost/run/source_text.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <tuple>
+
+#include "reference_host/nuvhost/plugin_library.h"
+
+namespace nuvhost {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t kMostShown = 100;
+
+}  // namespace
+
+SourceText::SourceText(std::string name, std::string text)
+    : name_(std::move(name)), text_(std::move(text)), lines_{0} {
+  if (text_.starts_with(kByteOrderMark)) text_.erase(0, kByteOrderMark.size());
+  for (std::size_t i = 0; i < text_.size(); ++i) {
+    if (text_[i] == '\n') lines_.push_back(i + 1);
+  }
+}
+
+std::string SourceText::Place(std::size_t offset) const {
+  const auto next_line = std::ranges::upper_bound(lines_, offset);
+  const std::size_t begin = *std::prev(next_line);
+  const std::string_view before = Text().substr(begin, offset - begin);
+  const auto characters = std::ranges::count_if(
+      before, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
+  return name_ + ':' + std::to_string(next_line - lines_.begin()) + ':' +
+         std::to_string(characters + 1);
+}
+
+std::optional<SourceText> ReadSource(const std::string& name, std::string& reason) {
+  const std::filesystem::path path = PathFromUtf8(name);
+  std::error_code ignored;
+  if (!std::filesystem::exists(path, ignored)) {
+    reason = "there is no such file";
+  } else if (std::filesystem::is_directory(path, ignored)) {
+    reason = "it is a folder, not a file";
+  } else if (std::ifstream file(path, std::ios::binary); file) {
+    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file.bad()) return SourceText(name, std::move(text));
+    reason = "it cannot be read to its end";
+  } else {
+    reason = "it cannot be opened";
+  }
+  return std::nullopt;
+}
+
+void Mistakes::Add(const SourceText& source, std::size_t offset, const std::string& text) {
+  Add(source.Name(), offset, source.Place(offset) + ": " + text);
+}
+
+void Mistakes::Add(const std::string& file, const std::string& text) {
+  Add(file, 0, file + ": " + text);
+}
+
+void Mistakes::Add(const std::string& file, std::size_t offset, std::string text) {
+  const auto known = std::ranges::find(files_, file);
+  const auto index = static_cast<std::size_t>(known - files_.begin());
+  if (known == files_.end()) files_.push_back(file);
+  found_.push_back({index, offset, std::move(text)});
+}
+
+std::vector<std::string> Mistakes::Listing() const {
+  std::vector<Mistake> sorted = found_;
+  std::ranges::stable_sort(sorted, [](const Mistake& a, const Mistake& b) {
+    return std::tie(a.file, a.offset) < std::tie(b.file, b.offset);
+  });
+  sorted.erase(std::ranges::unique(sorted).begin(), sorted.end());
+  std::vector<std::string> texts;
+  for (const Mistake& mistake : sorted) {
+    if (texts.size() == kMostShown) {
+      texts.push_back("... and " + std::to_string(sorted.size() - kMostShown) + " more");
+      break;
+    }
+    texts.push_back(mistake.text);
+  }
+  return texts;
+}
+
+std::string Quoted(std::string_view text) {
+  return '"' + std::string(text) + '"';
+}
+
+}  // namespace nuvhost
