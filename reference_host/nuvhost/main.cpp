@@ -188,9 +188,9 @@ class CommandLine {
   Command command_ = nullptr;
 };
 
-int Main(std::vector<std::string> words) {
+int Main(const std::vector<std::string>& words) {
   try {
-    return CommandLine().Run(std::move(words));
+    return CommandLine().Run(words);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "nuvhost: %s\n", error.what());
     return kExitWrongCall;
@@ -208,7 +208,7 @@ int wmain(int count, wchar_t** words) {
   _setmode(_fileno(stderr), _O_BINARY);
   std::vector<std::string> utf8;
   for (int i = 1; i < count; ++i) utf8.push_back(nuvhost::ToUtf8(std::filesystem::path(words[i])));
-  return nuvhost::Main(std::move(utf8));
+  return nuvhost::Main(utf8);
 }
 
 #else

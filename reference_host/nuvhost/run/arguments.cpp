@@ -132,7 +132,8 @@ void ArgumentReader::ReadConstant(const Located& json, const ConstantRecord& rec
 
 void ArgumentReader::ReadInputs(const Located& json, Step& step) {
   const DescriptorRecord& descriptor = *step.instruction->descriptor;
-  for (const ParameterRecord& input : descriptor.inputs) step.inputs.push_back(input.default_value);
+  for (const ParameterRecord& input : descriptor.inputs)
+    step.inputs.emplace_back(input.default_value);
   if (json->is_object()) {
     ReadInputsByName(json, step);
   } else if (json->is_array()) {

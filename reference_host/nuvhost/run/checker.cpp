@@ -46,7 +46,7 @@ std::optional<std::string> Checker::Text(const Located& object, std::string_view
 }
 
 std::optional<std::string> Checker::Name(const Located& object, std::string_view member) {
-  const std::optional<std::string> text = Text(object, member);
+  std::optional<std::string> text = Text(object, member);
   if (!text || !text->empty()) return text;
   Complain(*object.Find(member), Quoted(member) + " is empty");
   return std::nullopt;

@@ -77,7 +77,7 @@ ReportTable::ReportTable(const Program& program)
   for (const ReportRow& row : program.report) {
     head.push_back(row.unit.empty() ? row.label : row.label + " (" + row.unit + ")");
   }
-  head.push_back("Status");
+  head.emplace_back("Status");
   table_.SetHeader(std::move(head));
 }
 
@@ -89,7 +89,7 @@ void ReportTable::Add(const RunOutcome& run) {
                         ? "-"
                         : ResultText(run.steps[row.value.step], row.value.result, row.decimals));
   }
-  cells.push_back(StateText(run.state));
+  cells.emplace_back(StateText(run.state));
   table_.Add(std::move(cells));
 }
 

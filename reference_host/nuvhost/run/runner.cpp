@@ -98,7 +98,7 @@ std::vector<std::string> FailureTexts(const StepOutcome& outcome) {
     if (message.severity == NUV_SEVERITY_WARNING) continue;
     texts.push_back(Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
   }
-  if (texts.empty()) texts.push_back("failed without a message");
+  if (texts.empty()) texts.emplace_back("failed without a message");
   return texts;
 }
 

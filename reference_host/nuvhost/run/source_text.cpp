@@ -70,7 +70,7 @@ std::vector<std::string> Mistakes::Listing() const {
   std::ranges::stable_sort(sorted, [](const Mistake& a, const Mistake& b) {
     return std::tie(a.file, a.offset) < std::tie(b.file, b.offset);
   });
-  sorted.erase(std::ranges::unique(sorted).begin(), sorted.end());
+  sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
   std::vector<std::string> texts;
   for (const Mistake& mistake : sorted) {
     if (texts.size() == kMostShown) {
