@@ -41,3 +41,9 @@
 #else
 #define NUV_OS_API NUV_IMPORT
 #endif
+
+#if defined(NUV_GEOMETRY_BUILD)
+#define NUV_GEOMETRY_API NUV_EXPORT
+#else
+#define NUV_GEOMETRY_API NUV_IMPORT
+#endif

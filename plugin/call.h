@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 #include "host/context.h"
 #include "host/integer.h"
+#include "host/services.h"
 #include "plugin/instr_plugin.h"
 
 namespace formula {
@@ -21,6 +24,15 @@ class Call {
 
   double Number(std::int32_t input) const { return static_cast<double>(*inputs_[input]); }
   bool Boolean(std::int32_t input) const { return static_cast<bool>(*inputs_[input]); }
+  /// A number that stands for an index, a position, a count or a character: truncated toward zero.
+  std::int32_t Truncated(std::int32_t input) const { return NuvTruncate(Number(input)); }
+  /// Valid until a result is written.
+  std::string_view Text(std::int32_t input) const {
+    return static_cast<const char*>(*inputs_[input]);
+  }
+  const CNuvStringVector& Texts(std::int32_t input) const {
+    return static_cast<const CNuvStringVector&>(Input(input));
+  }
   /// A number as the host converts it to a 32-bit integer.
   std::int32_t Integer(std::int32_t input) const { return static_cast<int>(*inputs_[input]); }
   const CNuvDoubleVector& Numbers(std::int32_t input) const {
@@ -29,6 +41,14 @@ class Call {
   /// The value itself, whatever it holds.
   const CNuvObject& Input(std::int32_t input) const { return *inputs_[input]; }
 
+  /// The values of constant parameters.
+  bool ConstantBoolean(std::int32_t constant) const {
+    return static_cast<bool>(*context_.ConstantValues()[constant]);
+  }
+  std::int32_t ConstantInteger(std::int32_t constant) const {
+    return static_cast<int>(*context_.ConstantValues()[constant]);
+  }
+
   /// Each writes a result and gives success, so that a Run may end with it.
   template <class Value>
   Status Set(std::int32_t result, const Value& value) {
@@ -36,10 +56,24 @@ class Call {
     return Status::kSuccess;
   }
 
+  /// A text ends at its first zero byte.
+  Status Set(std::int32_t result, const std::string& text) {
+    *results_[result] = text.c_str();
+    return Status::kSuccess;
+  }
+  /// An array result, to be filled in place.
+  CNuvDoubleVector& NumbersResult(std::int32_t result) {
+    return static_cast<CNuvDoubleVector&>(*results_[result]);
+  }
+
   /// Reports an error to the user and gives failure.
   Status Fail(const char* source, const char* text);
+  /// Reports a warning to the user; the instruction goes on.
+  void Warn(const char* source, const char* text);
 
  private:
+  void Report(NuvSeverity severity, const char* source, const char* text);
+
   IXInstrContext& context_;
   CNuvObject** inputs_;
   CNuvObject** results_;

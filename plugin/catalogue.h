@@ -32,9 +32,12 @@ using Catalogue = InstructionList<
     struct CSumArr, struct CMinArr, struct CMaxArr, struct CMeanArr, struct CVarianceArr,
     struct CCpArr, struct CCpkArr,
     // Boolean
-    struct CBooleanSet, struct CNot, struct CAnd, struct COr, struct CXor>;
+    struct CBooleanSet, struct CNot, struct CAnd, struct COr, struct CXor,
+    // Trigonometric
+    struct CSin, struct CCos, struct CTan, struct CArcSin, struct CArcCos, struct CArcTan,
+    struct CDeg2Rad, struct CRad2Deg, struct CGetPi, struct CGetPiDiv2, struct CGetPiDiv4>;
 
-static_assert(Catalogue::kSize == 44);
+static_assert(Catalogue::kSize == 55);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

@@ -89,6 +89,16 @@ constexpr Parameter Boolean(const char* name, bool value, const char* descriptio
           .description = description,
           .first = value ? 1.0 : 0.0};
 }
+/// The default of a text input that states no other: the host's mark for a text never set.
+inline constexpr const char* kUnsetText = "***Empty***";
+
+constexpr Parameter Text(const char* name, const char* description = nullptr,
+                         const char* value = kUnsetText) {
+  return {.type = NUV_PARAM_STRING, .name = name, .description = description, .text = value};
+}
+constexpr Parameter Texts(const char* name, const char* description = nullptr) {
+  return {.type = NUV_PARAM_STRING_ARRAY, .name = name, .description = description};
+}
 constexpr Parameter Numbers(const char* name, const char* description = nullptr) {
   return {.type = NUV_PARAM_NUMBER_ARRAY, .name = name, .description = description};
 }
