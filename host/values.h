@@ -52,6 +52,8 @@ class NUV_OBJECT_API CNuvString final : public TNuvTypedValue<CNuvString, NUV_OB
   }
   operator const char*() const noexcept { return text_.c_str(); }
   std::string_view View() const noexcept { return text_.View(); }
+  /// The text, to be written in place; no zero byte may come into it.
+  CStdStr& Str() noexcept { return text_; }
   friend bool operator==(const CNuvString& a, const CNuvString& b) noexcept {
     return a.text_ == b.text_;
   }

@@ -8,6 +8,7 @@
 #include "host/context.h"
 #include "host/integer.h"
 #include "host/services.h"
+#include "host/std_str.h"
 #include "plugin/instr_plugin.h"
 
 namespace formula {
@@ -61,6 +62,10 @@ class Call {
     *results_[result] = text.c_str();
     return Status::kSuccess;
   }
+  /// Texts that hold no zero byte: one to be copied, a part of an input or even of the result; and
+  /// one that was built for the result, which takes it over.
+  Status Set(std::int32_t result, std::string_view text);
+  Status Set(std::int32_t result, CStdStr&& text);
   /// An array result, to be filled in place.
   CNuvDoubleVector& NumbersResult(std::int32_t result) {
     return static_cast<CNuvDoubleVector&>(*results_[result]);

@@ -35,9 +35,16 @@ using Catalogue = InstructionList<
     struct CBooleanSet, struct CNot, struct CAnd, struct COr, struct CXor,
     // Trigonometric
     struct CSin, struct CCos, struct CTan, struct CArcSin, struct CArcCos, struct CArcTan,
-    struct CDeg2Rad, struct CRad2Deg, struct CGetPi, struct CGetPiDiv2, struct CGetPiDiv4>;
+    struct CDeg2Rad, struct CRad2Deg, struct CGetPi, struct CGetPiDiv2, struct CGetPiDiv4,
+    // String
+    struct CStringSet, struct CPrintfNum, struct CPrintfNumInf, struct CChar2Num, struct CNum2Char,
+    struct CAddStr, struct CCreateStrInf, struct CCompStr, struct CCopyStr, struct CLeftStr,
+    struct CRightStr, struct CMidStr, struct CTrimStr, struct CPackStr, struct CFindStr,
+    struct CFindStrReverse, struct CFindStrNth, struct CReplaceStr, struct CGetAt, struct CSetAtStr,
+    struct CLenStr, struct CInsertAtStr, struct CNumberToString, struct CStringToNumber,
+    struct CWordLengthStr>;
 
-static_assert(Catalogue::kSize == 55);
+static_assert(Catalogue::kSize == 80);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

@@ -1,0 +1,115 @@
+// Setting texts and putting them together.
+
+#include <utility>
+
+#include "plugin/instruction.h"
+
+namespace formula {
+
+/// Copies the input value as it is, whatever its type.
+struct CStringSet final : Instruction<CStringSet> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "SetString",
+      .identifier = "_Nuv_String_Set_",
+      .help = 460146,
+      .description = "Sets a string to the specified value",
+      .inputs = {Text("string")},
+      .results = {Text("output")},
+  };
+  static Status Run(Call& call) { return call.Set(0, call.Input(0)); }
+};
+
+struct CAddStr final : Instruction<CAddStr> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "AddStr",
+      .identifier = "_Nuv_String_CAddStr_",
+      .help = 460147,
+      .description = "Creates a new string by appending string2 to string1.",
+      .inputs = {Text("string1"), Text("string2")},
+      .results = {Text("string")},
+  };
+  static Status Run(Call& call) {
+    const std::string_view first = call.Text(0);
+    const std::string_view second = call.Text(1);
+    CStdStr sum;
+    sum.Reserve(first.size() + second.size());
+    sum.Append(first);
+    sum.Append(second);
+    return call.Set(0, std::move(sum));
+  }
+};
+
+struct CCreateStrInf final : Instruction<CCreateStrInf> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "CreateStrInf",
+      .identifier = "_Nuv_String_CCreateStrInf_",
+      .help = 460277,
+      .description = "Creates a new string from input strings",
+      .repeatable = true,
+      .inputs = {Text("string", "input string")},
+      .results = {Text("new string")},
+  };
+  static Status Run(Call& call) {
+    const std::int32_t count = call.Count();
+    CStdStr text;
+    for (std::int32_t i = 0; i < count; ++i) text.Append(call.Text(i));
+    return call.Set(0, std::move(text));
+  }
+};
+
+struct CPackStr final : Instruction<CPackStr> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "PackStr",
+      .identifier = "_Nuv_String_CPackStr_",
+      .help = 460154,
+      .description = "Returns a string built from concatenating input strings.",
+      .inputs = {Texts("strings")},
+      .results = {Text("concat string")},
+  };
+  static Status Run(Call& call) {
+    const CNuvStringVector& strings = call.Texts(0);
+    CStdStr text;
+    for (std::size_t i = 0; i < strings.Size(); ++i) text.Append(strings[i].View());
+    return call.Set(0, std::move(text));
+  }
+};
+
+/// Kept: appending is not inserting; any position but one of a character of the string gives the
+/// mark of an unset text, and saved programs check for it.
+struct CInsertAtStr final : Instruction<CInsertAtStr> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "InsertAtStr",
+      .identifier = "_Nuv_String_CInsertAtStr_",
+      .help = 460185,
+      .description = "Inserts the argument string at position pos in the specified string.",
+      .inputs = {Text("string"), Number("pos", 0.0), Text("ins string")},
+      .results = {Text("new string")},
+  };
+  static Status Run(Call& call) {
+    const std::string_view text = call.Text(0);
+    const std::int64_t position = call.Truncated(1);
+    const std::string_view inserted = call.Text(2);
+    if (position < 0 || position >= static_cast<std::int64_t>(text.size())) {
+      return call.Set(0, kUnsetText);
+    }
+    CStdStr result;
+    result.Reserve(text.size() + inserted.size());
+    result.Append(text.substr(0, position));
+    result.Append(inserted);
+    result.Append(text.substr(position));
+    return call.Set(0, std::move(result));
+  }
+};
+
+template IXInstrPlugin* NewInstruction<CStringSet>() noexcept;
+template IXInstrPlugin* NewInstruction<CAddStr>() noexcept;
+template IXInstrPlugin* NewInstruction<CCreateStrInf>() noexcept;
+template IXInstrPlugin* NewInstruction<CPackStr>() noexcept;
+template IXInstrPlugin* NewInstruction<CInsertAtStr>() noexcept;
+
+}  // namespace formula

@@ -1,0 +1,131 @@
+// Searching texts and replacing what is found. All of it is case sensitive.
+
+#include <algorithm>
+#include <utility>
+
+#include "instr/string/text_search.h"
+#include "plugin/instruction.h"
+
+namespace formula {
+namespace {
+
+/// A position as a result; -1 for none.
+double Position(std::size_t position) {
+  return position == TextSearch::kNone ? -1.0 : static_cast<double>(position);
+}
+
+}  // namespace
+
+/// An empty text is found at 0.
+struct CFindStr final : Instruction<CFindStr> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "FindStr",
+      .identifier = "_Nuv_String_CFindStr_",
+      .help = 460155,
+      .description =
+          "Searches the what string in the source string and returns the position of "
+          "the first occurence if any or -1 if not found. Case sensitive.",
+      .inputs = {Text("src"), Text("what")},
+      .results = {Number("pos found")},
+  };
+  static Status Run(Call& call) {
+    return call.Set(0, Position(TextSearch(call.Text(0), call.Text(1)).Next(0)));
+  }
+};
+
+/// An empty text is found at the end.
+struct CFindStrReverse final : Instruction<CFindStrReverse> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "FindStrReverse",
+      .identifier = "_Nuv_String_CFindStrReverse_",
+      .help = 460268,
+      .description =
+          "Returns the position of 'what' found in a reverse search of 'src', or -1 if "
+          "not found. Case sensitive.",
+      .inputs = {Text("src", "String to search"), Text("what", "Find this string")},
+      .results = {Number("pos found")},
+  };
+  static Status Run(Call& call) {
+    return call.Set(0, Position(TextSearch(call.Text(0), call.Text(1)).Last()));
+  }
+};
+
+/// Occurrences do not overlap. Kept: one that ends where the text ends counts for nothing, not
+/// even as the first; saved programs number their occurrences by it.
+struct CFindStrNth final : Instruction<CFindStrNth> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "FindStrNth",
+      .identifier = "_Nuv_String_CFindStrNth_",
+      .help = 460269,
+      .description =
+          "Returns the position of the Nth occurrence of 'what' in a forward search of "
+          "'src' or, -1 if not found. Case sensitive.",
+      .inputs = {Text("src", "String to search"), Text("what", "Find this string"),
+                 Number("Nth", 1.0, "Find this occurrence of 'what' in 'src'")},
+      .results = {Number("pos found")},
+  };
+  static Status Run(Call& call) {
+    const std::string_view text = call.Text(0);
+    const std::string_view what = call.Text(1);
+    const std::int32_t nth = std::max(call.Truncated(2), 1);
+    return call.Set(0, Position(Find(text, what, nth)));
+  }
+
+ private:
+  static std::size_t Find(std::string_view text, std::string_view what, std::int32_t nth) {
+    if (what.empty()) return TextSearch::kNone;
+    TextSearch search(text, what);
+    std::size_t from = 0;
+    for (std::int32_t count = 0;;) {
+      const std::size_t found = search.Next(from);
+      if (found == TextSearch::kNone) return found;
+      from = found + what.size();
+      if (from >= text.size()) return TextSearch::kNone;
+      if (++count == nth) return found;
+    }
+  }
+};
+
+/// What was put in is not searched again; an empty text is replaced nowhere.
+struct CReplaceStr final : Instruction<CReplaceStr> {
+  static constexpr Definition kDefinition{
+      .category = "String",
+      .name = "ReplaceStr",
+      .identifier = "_Nuv_String_CReplaceStr_",
+      .help = 460156,
+      .description =
+          "Replaces all the occurences of the what string found in the specified string "
+          "with the replacement string. Case sensitive.",
+      .inputs = {Text("source"), Text("what"), Text("replacement")},
+      .results = {Text("replaced")},
+  };
+  static Status Run(Call& call) {
+    const std::string_view source = call.Text(0);
+    const std::string_view what = call.Text(1);
+    const std::string_view replacement = call.Text(2);
+    if (what.empty()) return call.Set(0, source);
+
+    TextSearch search(source, what);
+    CStdStr replaced;
+    replaced.Reserve(source.size());
+    std::size_t from = 0;
+    for (std::size_t found = search.Next(0); found != TextSearch::kNone;
+         found = search.Next(from)) {
+      replaced.Append(source.substr(from, found - from));
+      replaced.Append(replacement);
+      from = found + what.size();
+    }
+    replaced.Append(source.substr(from));
+    return call.Set(0, std::move(replaced));
+  }
+};
+
+template IXInstrPlugin* NewInstruction<CFindStr>() noexcept;
+template IXInstrPlugin* NewInstruction<CFindStrReverse>() noexcept;
+template IXInstrPlugin* NewInstruction<CFindStrNth>() noexcept;
+template IXInstrPlugin* NewInstruction<CReplaceStr>() noexcept;
+
+}  // namespace formula

@@ -1,0 +1,185 @@
+// Texts: the rows where an instruction could go wrong, and random texts against plain versions.
+
+#include <random>
+
+#include "instr/string/text_search.h"
+#include "tests/instr/table.h"
+
+namespace {
+
+using formula::TextSearch;
+using nuvhost::Json;
+
+TEST(Strings, Rows) {
+  const InstructionRow rows[] = {
+      {"_Nuv_String_Set_", R"(["a\u00E9"])", "[\"a\u00E9\"]"},
+      {"_Nuv_String_CChar2Num_", R"(["AB\u00E9\u007F\u0080"])", "[[65,66,-23,127,-128]]"},
+      {"_Nuv_String_CChar2Num_", R"([""])", "[[]]"},
+      {"_Nuv_String_CNum2Char_", "[3, [72, 105]]", R"(["Hi"])"},
+      {"_Nuv_String_CNum2Char_", "[0, [72, 105]]", R"([""])"},
+      {"_Nuv_String_CNum2Char_", "[-0.9, [72, 105]]", R"([""])"},
+      {"_Nuv_String_CNum2Char_", "[1.9, [72, 105]]", R"(["H"])"},
+      {"_Nuv_String_CNum2Char_", "[-1, [72, 105]]", R"(["Hi"])"},
+      {"_Nuv_String_CNum2Char_", R"(["NaN", [72.9, -23, 321]])", "[\"H\u00E9A\"]"},
+      {"_Nuv_String_CNum2Char_", "[1e300, [65, 0, 66]]", R"(["A"])"},
+      {"_Nuv_String_CNum2Char_", "[3, [65, 3e9, 66]]", R"(["A"])"},
+      {"_Nuv_String_CAddStr_", R"(["ab"])", R"(["ab***Empty***"])"},
+      {"_Nuv_String_CAddStr_", R"(["longer than ", "fifteen"])", R"(["longer than fifteen"])"},
+      {"_Nuv_String_CCreateStrInf_", R"(["a", "b", "c"])", R"(["abc"])"},
+      {"_Nuv_String_CCreateStrInf_", "[]", R"(["***Empty***"])"},
+      {"_Nuv_String_CPackStr_", R"([["a", "", "bc"]])", R"(["abc"])"},
+      {"_Nuv_String_CPackStr_", "[[]]", R"([""])"},
+      {"_Nuv_String_CCompStr_", R"(["abc", "ABC"])", "[1]"},
+      {"_Nuv_String_CCompStr_", R"(["abc", "ABC", false])", "[0]"},
+      {"_Nuv_String_CCompStr_", R"(["ab", "abc"])", "[-1]"},
+      {"_Nuv_String_CCompStr_", R"(["ab", "abc", false])", "[-1]"},
+      {"_Nuv_String_CCompStr_", R"(["_", "a", false])", "[-1]"},
+      {"_Nuv_String_CCompStr_", R"(["\u00E9", "z"])", "[1]"},          // unsigned
+      {"_Nuv_String_CCompStr_", R"(["\u00E9", "z", false])", "[-1]"},  // signed
+      {"_Nuv_String_CCompStr_", R"(["\u00E9", "\u00C9", false])", "[1]"},
+      {"_Nuv_String_CCompStr_", R"(["a", "a\u00E9", false])", "[1]"},
+      {"_Nuv_String_CLeftStr_", R"(["hello", 10])", R"(["hello"])"},
+      {"_Nuv_String_CLeftStr_", R"(["hello", 2.9])", R"(["he"])"},
+      {"_Nuv_String_CRightStr_", R"(["hello", 3])", R"(["llo"])"},
+      {"_Nuv_String_CRightStr_", R"(["hello", 2147483647])", R"(["hello"])"},
+      {"_Nuv_String_CMidStr_", R"(["hello", 5, 1])", R"([""])"},
+      {"_Nuv_String_CMidStr_", R"(["hello", 6, 1])", R"([""])"},
+      {"_Nuv_String_CMidStr_", R"(["hello", 1, 2147483647])", R"(["ello"])"},
+      {"_Nuv_String_CTrimStr_", R"(["hello", 3, 3])", R"([""])"},
+      {"_Nuv_String_CTrimStr_", R"(["hello", 2147483647, 2147483647])", R"([""])"},
+      {"_Nuv_String_CFindStr_", R"(["abc", ""])", "[0]"},
+      {"_Nuv_String_CFindStr_", R"(["", ""])", "[0]"},
+      {"_Nuv_String_CFindStrReverse_", R"(["abc", ""])", "[3]"},
+      {"_Nuv_String_CFindStrReverse_", R"(["aaa", "aa"])", "[1]"},
+      {"_Nuv_String_CFindStrNth_", R"(["abcabcx", "abc", 2])", "[3]"},
+      {"_Nuv_String_CFindStrNth_", R"(["abcabc", "abc", 2])", "[-1]"},
+      {"_Nuv_String_CFindStrNth_", R"(["abc", "abc"])", "[-1]"},
+      {"_Nuv_String_CFindStrNth_", R"(["abcabc", "abc", "NaN"])", "[0]"},
+      {"_Nuv_String_CFindStrNth_", R"(["abc", ""])", "[-1]"},
+      {"_Nuv_String_CReplaceStr_", R"(["aaa", "a", "aa"])", R"(["aaaaaa"])"},
+      {"_Nuv_String_CReplaceStr_", R"(["aaaaa", "aa", "b"])", R"(["bba"])"},
+      {"_Nuv_String_CReplaceStr_", R"(["abc", "", "x"])", R"(["abc"])"},
+      {"_Nuv_String_CReplaceStr_", R"(["abc", "abc", ""])", R"([""])"},
+      {"_Nuv_String_CGetAt_", R"(["abc", 1.9])", "[98]"},
+      {"_Nuv_String_CGetAt_", R"(["\u00E9", 0])", "[-23]"},
+      {"_Nuv_String_CGetAt_", R"(["abc", 4])", "[-1]"},
+      Fails("_Nuv_String_CGetAt_", R"(["abc", 3])"),
+      Fails("_Nuv_String_CGetAt_", R"(["", 0])"),
+      {"_Nuv_String_CSetAtStr_", R"(["abc", 1, 321])", R"(["aAc"])"},
+      {"_Nuv_String_CSetAtStr_", R"(["abc", 1, 0.5])", R"(["a"])"},
+      {"_Nuv_String_CSetAtStr_", R"(["abc", 0, 256])", R"([""])"},
+      {"_Nuv_String_CLenStr_", R"(["a\u00E9\u0000b"])", "[2]"},
+      {"_Nuv_String_CInsertAtStr_", R"(["abc", 1, "X"])", R"(["aXbc"])"},
+      {"_Nuv_String_CInsertAtStr_", R"(["abc", 0, ""])", R"(["abc"])"},
+      {"_Nuv_String_CInsertAtStr_", R"(["abc", 3, "X"])", R"(["***Empty***"])"},
+      {"_Nuv_String_CInsertAtStr_", R"(["abc", -1, "X"])", R"(["***Empty***"])"},
+      {"_Nuv_String_CWordLengthStr_", R"(["  a \t\n\u000B\f\rbcd ef "])", "[1,3,3]"},
+      {"_Nuv_String_CWordLengthStr_", R"(["abcd"])", "[4,4,1]"},
+      {"_Nuv_String_CWordLengthStr_", R"([" "])", "[0,0,0]"},
+      {"_Nuv_String_CWordLengthStr_", R"(["\u00A0\u0085 \u0008"])", "[1,2,2]"},
+  };
+  CheckRows(rows);
+}
+
+TEST(Strings, WhatIsOutOfRangeLeavesTheResultAsItWas) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  for (const char* call : {
+           R"("_Nuv_String_CLeftStr_","in":["abc",-1],"prev":["old"])",
+           R"("_Nuv_String_CRightStr_","in":["abc","NaN"],"prev":["old"])",
+           R"("_Nuv_String_CMidStr_","in":["abc",-1,1],"prev":["old"])",
+           R"("_Nuv_String_CMidStr_","in":["abc",9,-1],"prev":["old"])",
+           R"("_Nuv_String_CTrimStr_","in":["abc",-1,1],"prev":["old"])",
+           R"("_Nuv_String_CTrimStr_","in":["abc",1,3e9],"prev":["old"])",
+           R"("_Nuv_String_CSetAtStr_","in":["abc",-1,65],"prev":["old"])",
+           R"("_Nuv_String_CSetAtStr_","in":["abc",3,65],"prev":["old"])",
+           R"("_Nuv_String_CSetAtStr_","in":["abc",1,-1],"prev":["old"])",
+           R"("_Nuv_String_CGetAt_","in":["abc",-1],"prev":[7])",
+       }) {
+    const Json answer = Exec(session, std::string(R"({"instr":)") + call + "}");
+    EXPECT_EQ(answer["status"], 0) << call;
+    EXPECT_TRUE(answer["out"][0] == "old" || answer["out"][0] == 7) << call << answer;
+  }
+}
+
+/// Of the first letters, so that it repeats itself, or of all bytes where there are 255 of them.
+std::string RandomText(std::mt19937& random, std::size_t longest, std::size_t letters) {
+  std::string text(random() % (longest + 1), '\0');
+  const std::size_t first = letters == 255 ? 1 : 'a';
+  for (char& c : text) c = static_cast<char>(first + random() % letters);
+  return text;
+}
+
+std::string PlainReplace(std::string text, const std::string& what, const std::string& by) {
+  for (std::size_t at = 0; !what.empty() && (at = text.find(what, at)) != std::string::npos;) {
+    text.replace(at, what.size(), by);
+    at += by.size();
+  }
+  return text;
+}
+
+double PlainNth(const std::string& text, const std::string& what, int nth) {
+  if (what.empty()) return -1;
+  for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += what.size()) {
+    if (at + what.size() >= text.size()) return -1;
+    if (--nth < 1) return static_cast<double>(at);
+  }
+  return -1;
+}
+
+double Position(std::size_t position) {
+  return position == std::string::npos ? -1.0 : static_cast<double>(position);
+}
+
+TEST(Strings, AgreeWithPlainVersionsOnRandomTexts) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  const auto result = [&](const char* name, const Json& inputs) {
+    const std::string identifier = std::string("_Nuv_String_") + name + "_";
+    return Exec(session, Json{{"instr", identifier}, {"in", inputs}}.dump())["out"][0];
+  };
+  const auto json = [](const std::string& text) { return Json(nuvhost::Utf8FromBytes(text)); };
+  std::mt19937 random(8);
+  for (int round = 0; round < 3000; ++round) {
+    const std::size_t letters = round % 3 == 0 ? 255 : 2;
+    const std::string text = RandomText(random, 60, letters);
+    std::string what = RandomText(random, 4, letters);
+    if (letters == 255 && !text.empty()) what = text.substr(random() % text.size(), random() % 20);
+    const std::string other = RandomText(random, 3, letters);
+    const std::size_t n = random() % 12;
+    const std::size_t m = random() % 70;
+    const std::string middle = m > text.size() ? "" : text.substr(m, n);
+    const std::string trimmed = m + n > text.size() ? "" : text.substr(m, text.size() - m - n);
+    const Json in = json(text);
+    const Json sought = json(what);
+    SCOPED_TRACE((Json{in, sought, n, m}).dump());
+    EXPECT_EQ(result("CFindStr", {in, sought}), Position(text.find(what)));
+    EXPECT_EQ(result("CFindStrReverse", {in, sought}), Position(text.rfind(what)));
+    EXPECT_EQ(result("CFindStrNth", {in, sought, n}), PlainNth(text, what, static_cast<int>(n)));
+    EXPECT_EQ(result("CReplaceStr", {in, sought, json(other)}),
+              json(PlainReplace(text, what, other)));
+    EXPECT_EQ(result("CMidStr", {in, m, n}), json(middle));
+    EXPECT_EQ(result("CTrimStr", {in, m, n}), json(trimmed));
+    EXPECT_EQ(result("CNum2Char", {-1, result("CChar2Num", Json::array({in}))}), in);
+  }
+}
+
+// With every budget, so that the search is handed over to the linear method at any point or never.
+TEST(TextSearch, FindsAsPlainlyWithAnyBudget) {
+  std::mt19937 random(9);
+  for (int round = 0; round < 20000; ++round) {
+    const std::string text = RandomText(random, 90, 1 + random() % 3);
+    std::string what = RandomText(random, 5, 2);
+    if (random() % 2 == 0) what = text.substr(text.size() / (1 + random() % 4), random() % 40);
+    const std::size_t budget = random() % 3 == 0 ? 0 : random() % 200;
+    SCOPED_TRACE("\"" + text + "\" \"" + what + "\" " + std::to_string(budget));
+    TextSearch search(text, what, budget);
+    for (std::size_t from = 0; from <= text.size() + 1;) {
+      const std::size_t found = search.Next(from);
+      ASSERT_EQ(found, text.find(what, from)) << from;
+      if (found == TextSearch::kNone) break;
+      from = found + 1 + random() % 3;
+    }
+    ASSERT_EQ(TextSearch(text, what, budget).Last(), text.rfind(what));
+  }
+}
+
+}  // namespace
