@@ -89,6 +89,6 @@ void RegisterInitRelease(benchmark::State& state) {
   }
   state.SetComplexityN(state.range(0));
 }
-BENCHMARK(RegisterInitRelease)->Arg(11)->Arg(22)->Arg(33)->Arg(44)->Complexity();
+BENCHMARK(RegisterInitRelease)->DenseRange(10, 80, 10)->Complexity();
 
 }  // namespace
