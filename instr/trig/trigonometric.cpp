@@ -5,26 +5,21 @@
 
 #include "host/geometry.h"
 #include "host/setting.h"
+#include "instr/numeric/families.h"
 #include "platform/math.h"
-#include "plugin/instruction.h"
 
 namespace formula {
 namespace {
 
 /// A function of one number. A member states its row and `Of`.
 template <class I>
-struct AngleFunction : Instruction<I> {
+struct AngleFunction : NumberFunction<I> {
   static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help,
                                   const char* description, const char* input, const char* result) {
-    return {.category = "Trigonometric",
-            .name = name,
-            .identifier = identifier,
-            .help = help,
-            .description = description,
-            .inputs = {Number(input, 0.0)},
-            .results = {Number(result)}};
+    Definition row = NumberFunction<I>::Row(name, identifier, help, description, result, input);
+    row.category = "Trigonometric";
+    return row;
   }
-  static Status Run(Call& call) { return call.Set(0, I::Of(call.Number(0))); }
 };
 
 /// A constant of the host. A member states its row and `Value`.
