@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <set>
 
 #include "reference_host/nuvhost/check/facts.h"
@@ -122,10 +123,13 @@ void JudgeEmptyObject(Trial& trial) {
   auto* expected = reinterpret_cast<CNuvObject*>(storage);
   const CNuvObject* object = library.Get().GetEmptyObject(expected);
   if (object != expected) {
-    trial.Complain("GetEmptyObject does not return the address that it was given");
-  } else if (object->GetType() != NUV_OBJ_EMPTY || object->Get() != nullptr) {
+    return trial.Complain("GetEmptyObject does not return the address that it was given");
+  }
+  if (object->GetType() != NUV_OBJ_EMPTY || object->Get() != nullptr) {
     trial.Complain("GetEmptyObject makes a value of type " + std::to_string(object->GetType()));
   }
+  // Storage that was left as it is holds no value to be destroyed, and shows no type there is.
+  if (object->GetType() <= NUV_OBJ_LINE_VECTOR) std::destroy_at(expected);
 }
 
 void JudgeRelease(Trial& trial) {
