@@ -6,22 +6,11 @@
 #include <cstddef>
 #include <vector>
 
+#include "bench/ready_context.h"
 #include "plugin/catalogue.h"
 #include "plugin/imp_instr_plugin_lib.h"
-#include "reference_host/nuvhost/catalogue.h"
-#include "reference_host/services/services.h"
 
 namespace {
-
-nuvhost::Services& AllServices() {
-  static nuvhost::Services services;
-  return services;
-}
-
-const nuvhost::Catalogue& Loaded() {
-  static const nuvhost::Catalogue catalogue(nuvhost::DefaultPluginPath());
-  return catalogue;
-}
 
 /// The bare virtual call that the calls below are measured against: a slot that does nothing.
 void BareVirtualCall(benchmark::State& state) {
@@ -32,28 +21,6 @@ void BareVirtualCall(benchmark::State& state) {
   }
 }
 BENCHMARK(BareVirtualCall);
-
-/// A context whose values are ready, so that only the instruction's own work is measured.
-class ReadyContext final : public IXInstrContext {
- public:
-  explicit ReadyContext(std::vector<CNuvObject>& inputs) {
-    for (CNuvObject& input : inputs) inputs_.push_back(&input);
-  }
-  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
-  CNuvObject** ConstantValues() override { return nullptr; }
-  CNuvObject** InputValues() override { return inputs_.data(); }
-  std::int32_t InputCount() override { return static_cast<std::int32_t>(inputs_.size()); }
-  CNuvObject** ResultValues() override { return &results_; }
-  CNuvObject* ConstantValue(std::int32_t /*index*/) override { return nullptr; }
-  CNuvObject* ResultValue(std::int32_t /*index*/) override { return results_; }
-  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
-  void* Service(std::int32_t number) override { return AllServices().Find(number); }
-
- private:
-  std::vector<CNuvObject*> inputs_;
-  CNuvObject result_;
-  CNuvObject* results_ = &result_;
-};
 
 void Execute(benchmark::State& state, const char* name, std::size_t count) {
   const nuvhost::Instruction& instruction = Loaded().Find(name);

@@ -111,6 +111,21 @@ class TStdVector {
     std::rotate(begin_ + position, begin_ + old_size, end_);
   }
 
+  /// Destroys the elements and makes room for `count` others; what throws destroys nothing.
+  void Restart(std::size_t count) {
+    if (count <= Capacity()) return Clear();
+    TStdVector fresh;
+    fresh.Allocate(std::max(count, Capacity() + Capacity() / 2));
+    Swap(fresh);
+  }
+  /// Puts copies behind the last element. There must be room for them.
+  void Append(const T* first, std::size_t count) {
+    end_ = std::uninitialized_copy_n(first, count, end_);
+  }
+  void AppendCopies(std::size_t count, const T& value) {
+    end_ = std::uninitialized_fill_n(end_, count, value);
+  }
+
   void Swap(TStdVector& other) noexcept {
     std::swap(begin_, other.begin_);
     std::swap(end_, other.end_);

@@ -42,6 +42,17 @@ class TNuvVector final : public TNuvTypedValue<TNuvVector<Element, Type>, Type> 
     CheckSize(Size() + count);
     elements_.Insert(position, count, value);
   }
+  /// For writing an array from front to back in one pass: Restart empties it and makes room for
+  /// `size` elements, which the appending operations may then fill and not exceed.
+  void Restart(std::size_t size) {
+    CheckSize(size);
+    elements_.Restart(size);
+  }
+  void Append(const Element* first, std::size_t count) { elements_.Append(first, count); }
+  void AppendCopies(std::size_t count, const Element& value) {
+    elements_.AppendCopies(count, value);
+  }
+  void Swap(TNuvVector& other) noexcept { elements_.Swap(other.elements_); }
 
   friend bool operator==(const TNuvVector& a, const TNuvVector& b) {
     return std::equal(a.elements_.begin(), a.elements_.end(), b.elements_.begin(),

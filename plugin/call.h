@@ -39,6 +39,17 @@ class Call {
   const CNuvDoubleVector& Numbers(std::int32_t input) const {
     return static_cast<const CNuvDoubleVector&>(Input(input));
   }
+  const CNuvPoint& Point(std::int32_t input) const {
+    return static_cast<const CNuvPoint&>(Input(input));
+  }
+  const CNuvLine& Line(std::int32_t input) const {
+    return static_cast<const CNuvLine&>(Input(input));
+  }
+  /// An array of any element type, by the type of its vector.
+  template <class Vector>
+  const Vector& Array(std::int32_t input) const {
+    return static_cast<const Vector&>(Input(input));
+  }
   /// The value itself, whatever it holds.
   const CNuvObject& Input(std::int32_t input) const { return *inputs_[input]; }
 
@@ -68,7 +79,11 @@ class Call {
   Status Set(std::int32_t result, CStdStr&& text);
   /// An array result, to be filled in place.
   CNuvDoubleVector& NumbersResult(std::int32_t result) {
-    return static_cast<CNuvDoubleVector&>(*results_[result]);
+    return ArrayResult<CNuvDoubleVector>(result);
+  }
+  template <class Vector>
+  Vector& ArrayResult(std::int32_t result) {
+    return static_cast<Vector&>(*results_[result]);
   }
 
   /// Reports an error to the user and gives failure.

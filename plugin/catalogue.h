@@ -42,9 +42,40 @@ using Catalogue = InstructionList<
     struct CRightStr, struct CMidStr, struct CTrimStr, struct CPackStr, struct CFindStr,
     struct CFindStrReverse, struct CFindStrNth, struct CReplaceStr, struct CGetAt, struct CSetAtStr,
     struct CLenStr, struct CInsertAtStr, struct CNumberToString, struct CStringToNumber,
-    struct CWordLengthStr>;
+    struct CWordLengthStr,
+    // Number arrays
+    struct CNArrGetAt, struct CNArrSetAt, struct CNArrErase, struct CNArrEraseRange,
+    struct CNArrSize, struct CNArrResize, struct CNArrCopyArray, struct CNArrInsert,
+    struct CNArrInsertRep, struct CNArrInsertArray, struct CNArrAppend, struct CNArrAppendRep,
+    struct CNArrCreate, struct CNArrCreateInf, struct CNArrCreateRep, struct CNArrSort,
+    struct CNArrConcatArr, struct CNArrDiff, struct CNArrGetRange, struct CNArrMathAbsolute,
+    struct CNArrMathSubtract, struct CNArrMathAdd, struct CNArrMathMultiply,
+    struct CNArrMathConstMulAdd, struct CNArrMathMaximum, struct CNArrMathMinimum,
+    struct CNArrMathExtrema, struct CNArrSetRange, struct CNArrReverse, struct CNArrMeanAndVar,
+    struct CNArrMathThreshold, struct CNArrMathThresholdBand, struct CNArrMathClipLow,
+    struct CNArrMathClipHigh,
+    // Boolean arrays
+    struct CBArrGetAt, struct CBArrSetAt, struct CBArrErase, struct CBArrEraseRange,
+    struct CBArrSize, struct CBArrResize, struct CBArrInsert, struct CBArrInsertRep,
+    struct CBArrAppend, struct CBArrAppendRep, struct CBArrCreate, struct CBArrCreateInf,
+    struct CBArrCreateRep, struct CBArrConcatArr, struct CBArrGetRange,
+    // String arrays
+    struct CSArrGetAt, struct CSArrSetAt, struct CSArrErase, struct CSArrEraseRange,
+    struct CSArrSize, struct CSArrResize, struct CSArrInsert, struct CSArrInsertRep,
+    struct CSArrAppend, struct CSArrAppendRep, struct CSArrCreate, struct CSArrCreateInf,
+    struct CSArrCreateRep, struct CSArrConcatArr, struct CSArrDiff, struct CSArrGetRange,
+    // Point arrays
+    struct CPArrGetAt, struct CPArrSetAt, struct CPArrErase, struct CPArrEraseRange,
+    struct CPArrSize, struct CPArrResize, struct CPArrInsert, struct CPArrInsertRep,
+    struct CPArrAppend, struct CPArrAppendRep, struct CPArrCreate, struct CPArrCreateInf,
+    struct CPArrCreateRep, struct CPArrConcatArr, struct CPArrDiff, struct CPArrGetRange,
+    // Line arrays
+    struct CLArrGetAt, struct CLArrSetAt, struct CLArrErase, struct CLArrEraseRange,
+    struct CLArrSize, struct CLArrResize, struct CLArrInsert, struct CLArrInsertRep,
+    struct CLArrAppend, struct CLArrAppendRep, struct CLArrCreate, struct CLArrCreateInf,
+    struct CLArrCreateRep, struct CLArrConcatArr, struct CLArrDiff, struct CLArrGetRange>;
 
-static_assert(Catalogue::kSize == 80);
+static_assert(Catalogue::kSize == 177);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

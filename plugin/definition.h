@@ -96,11 +96,38 @@ constexpr Parameter Text(const char* name, const char* description = nullptr,
                          const char* value = kUnsetText) {
   return {.type = NUV_PARAM_STRING, .name = name, .description = description, .text = value};
 }
-constexpr Parameter Texts(const char* name, const char* description = nullptr) {
-  return {.type = NUV_PARAM_STRING_ARRAY, .name = name, .description = description};
+constexpr Parameter Point(const char* name, const char* description = nullptr) {
+  return {.type = NUV_PARAM_POINT, .name = name, .description = description};
+}
+constexpr Parameter Point(const char* name, double x, double y, const char* description = nullptr) {
+  return {
+      .type = NUV_PARAM_POINT, .name = name, .description = description, .first = x, .second = y};
+}
+constexpr Parameter Line(const char* name, const char* description = nullptr) {
+  return {.type = NUV_PARAM_LINE, .name = name, .description = description};
+}
+constexpr Parameter Line(const char* name, double angle, double distance,
+                         const char* description = nullptr) {
+  return {.type = NUV_PARAM_LINE,
+          .name = name,
+          .description = description,
+          .first = angle,
+          .second = distance};
+}
+constexpr Parameter Booleans(const char* name, const char* description = nullptr) {
+  return {.type = NUV_PARAM_BOOLEAN_ARRAY, .name = name, .description = description};
 }
 constexpr Parameter Numbers(const char* name, const char* description = nullptr) {
   return {.type = NUV_PARAM_NUMBER_ARRAY, .name = name, .description = description};
+}
+constexpr Parameter Texts(const char* name, const char* description = nullptr) {
+  return {.type = NUV_PARAM_STRING_ARRAY, .name = name, .description = description};
+}
+constexpr Parameter Points(const char* name, const char* description = nullptr) {
+  return {.type = NUV_PARAM_POINT_ARRAY, .name = name, .description = description};
+}
+constexpr Parameter Lines(const char* name, const char* description = nullptr) {
+  return {.type = NUV_PARAM_LINE_ARRAY, .name = name, .description = description};
 }
 
 }  // namespace formula

@@ -1,5 +1,6 @@
 // Sums, extremes, means and variances, of numbers given one by one and of number arrays.
 
+#include "instr/array/math/kernels.h"
 #include "instr/numeric/sample.h"
 #include "plugin/instruction.h"
 
@@ -29,19 +30,21 @@ constexpr Definition OverArray(const char* name, const char* identifier, std::ui
           .results = results};
 }
 
-/// Writes the element that beats all before it, and its index; the first of equals wins.
-template <class Sample, class Beats>
-Status SetExtreme(Call& call, const Sample& sample, Beats beats) {
-  double best = sample[0];
-  std::int64_t best_index = 0;
+Status SetExtreme(Call& call, const Extreme& extreme) {
+  call.Set(0, extreme.value);
+  return call.Set(1, static_cast<double>(extreme.index));
+}
+
+/// Writes the input that beats all before it, and its index; the first of equals wins.
+template <class Beats>
+Status SetExtremeInput(Call& call, Beats beats) {
+  const InputSample sample(call, 0);
+  Extreme best{.value = sample[0], .index = 0};
   for (std::int64_t i = 1; i < sample.Size(); ++i) {
     const double value = sample[i];
-    if (!beats(value, best)) continue;
-    best = value;
-    best_index = i;
+    if (beats(value, best.value)) best = {.value = value, .index = static_cast<std::size_t>(i)};
   }
-  call.Set(0, best);
-  return call.Set(1, static_cast<std::int32_t>(best_index));
+  return SetExtreme(call, best);
 }
 
 template <class Sample>
@@ -59,14 +62,14 @@ struct CMin final : Instruction<CMin> {
   static constexpr Definition kDefinition = OverInputs(
       "Min", "_Nuv_Numeric_CMin_", 460130,
       "Returns the minimum of all numbers received as arguments.", {Number("min"), Number("idx")});
-  static Status Run(Call& call) { return SetExtreme(call, InputSample(call, 0), kSmaller); }
+  static Status Run(Call& call) { return SetExtremeInput(call, kSmaller); }
 };
 
 struct CMax final : Instruction<CMax> {
   static constexpr Definition kDefinition = OverInputs(
       "Max", "_Nuv_Numeric_CMax_", 460131,
       "Returns the maximum of all numbers received as arguments.", {Number("max"), Number("idx")});
-  static Status Run(Call& call) { return SetExtreme(call, InputSample(call, 0), kGreater); }
+  static Status Run(Call& call) { return SetExtremeInput(call, kGreater); }
 };
 
 struct CMean final : Instruction<CMean> {
@@ -106,9 +109,9 @@ struct CMinArr final : Instruction<CMinArr> {
                 "Returns the minimum of all the values in the array argument.",
                 {Number("min"), Number("idx")});
   static Status Run(Call& call) {
-    const ArraySample sample(call, 0);
-    if (sample.Size() == 0) return Status::kFailure;
-    return SetExtreme(call, sample, kSmaller);
+    const CNuvDoubleVector& array = call.Numbers(0);
+    if (array.Size() == 0) return Status::kFailure;
+    return SetExtreme(call, kKernels->minimum(array.GetStorage(), array.Size()));
   }
 };
 
@@ -118,9 +121,9 @@ struct CMaxArr final : Instruction<CMaxArr> {
                 "Returns the maximum of all the values in the array argument.",
                 {Number("max"), Number("idx")});
   static Status Run(Call& call) {
-    const ArraySample sample(call, 0);
-    if (sample.Size() == 0) return Status::kFailure;
-    return SetExtreme(call, sample, kGreater);
+    const CNuvDoubleVector& array = call.Numbers(0);
+    if (array.Size() == 0) return Status::kFailure;
+    return SetExtreme(call, kKernels->maximum(array.GetStorage(), array.Size()));
   }
 };
 

@@ -1,0 +1,50 @@
+// ReadyContext: a context whose values are ready, so that only the instruction's work is measured.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "host/context.h"
+#include "host/nuv_object.h"
+#include "reference_host/nuvhost/catalogue.h"
+#include "reference_host/services/services.h"
+
+inline nuvhost::Services& AllServices() {
+  static nuvhost::Services services;
+  return services;
+}
+
+/// The plug-in beside the benchmark.
+inline const nuvhost::Catalogue& Loaded() {
+  static const nuvhost::Catalogue catalogue(nuvhost::DefaultPluginPath());
+  return catalogue;
+}
+
+/// The inputs stay the caller's; the results are its own.
+class ReadyContext final : public IXInstrContext {
+ public:
+  explicit ReadyContext(std::vector<CNuvObject>& inputs, std::size_t results = 1)
+      : results_(results) {
+    for (CNuvObject& input : inputs) input_pointers_.push_back(&input);
+    for (CNuvObject& result : results_) result_pointers_.push_back(&result);
+  }
+  ReadyContext(const ReadyContext&) = delete;
+  ReadyContext& operator=(const ReadyContext&) = delete;
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  CNuvObject** ConstantValues() override { return nullptr; }
+  CNuvObject** InputValues() override { return input_pointers_.data(); }
+  std::int32_t InputCount() override { return static_cast<std::int32_t>(input_pointers_.size()); }
+  CNuvObject** ResultValues() override { return result_pointers_.data(); }
+  CNuvObject* ConstantValue(std::int32_t /*index*/) override { return nullptr; }
+  CNuvObject* ResultValue(std::int32_t index) override {
+    return result_pointers_[static_cast<std::size_t>(index)];
+  }
+  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
+  void* Service(std::int32_t number) override { return AllServices().Find(number); }
+
+ private:
+  std::vector<CNuvObject> results_;
+  std::vector<CNuvObject*> input_pointers_;
+  std::vector<CNuvObject*> result_pointers_;
+};

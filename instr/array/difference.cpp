@@ -1,0 +1,92 @@
+// The elements of one array that are not in another.
+
+#include <algorithm>
+#include <memory>
+
+#include "instr/array/element_set.h"
+#include "instr/array/traits.h"
+#include "instr/array/write.h"
+#include "plugin/instruction.h"
+
+namespace formula {
+namespace {
+
+/// Elements of an array by their indices.
+template <class Vector>
+struct Picked {
+  const Vector& from;
+  const std::size_t* indices;
+  std::size_t size;
+
+  bool Reads(const Vector& result) const { return &from == &result; }
+  void AppendTo(Vector& result) const {
+    for (std::size_t i = 0; i < size; ++i) result.AppendCopies(1, from[indices[i]]);
+  }
+};
+
+/// Writes the elements of the array that the other one does not contain.
+template <class E, class Contains>
+Status WriteOthers(Call& call, const typename E::Vector& array, Contains contains) {
+  const auto kept = std::make_unique_for_overwrite<std::size_t[]>(array.Size());
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < array.Size(); ++i) {
+    kept[count] = i;
+    count += contains(array[i]) ? 0 : 1;
+  }
+  return Write<E>(call, Picked<typename E::Vector>{array, kept.get(), count});
+}
+
+template <class I, class E>
+struct Difference : Instruction<I> {
+  using Element = typename E::Element;
+  /// Up to this many elements are compared one by one.
+  static constexpr std::size_t kFew = 12;
+
+  static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help) {
+    return {.category = E::kCategory,
+            .name = name,
+            .identifier = identifier,
+            .help = help,
+            .description =
+                "Outputs the difference between the first and second arrays as another array",
+            .inputs = {E::Array("first"), E::Array("second")},
+            .results = {E::Array("diff")}};
+  }
+  static Status Run(Call& call) {
+    const auto& first = E::Input(call, 0);
+    const auto& second = E::Input(call, 1);
+    const Element* begin = second.GetStorage();
+    const Element* end = begin + second.Size();
+    if (begin == end) return Write<E>(call, All(first));
+    if (second.Size() <= kFew) {
+      return WriteOthers<E>(call, first, [begin, end](const Element& value) {
+        return std::find(begin, end, value) != end;
+      });
+    }
+    const ElementSet<Element> set(begin, end);
+    return WriteOthers<E>(call, first,
+                          [&set](const Element& value) { return set.Contains(value); });
+  }
+};
+
+}  // namespace
+
+struct CNArrDiff final : Difference<CNArrDiff, NumberElement> {
+  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CNArrDiff_", 460224);
+};
+struct CSArrDiff final : Difference<CSArrDiff, StringElement> {
+  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CSArrDiff_", 460225);
+};
+struct CPArrDiff final : Difference<CPArrDiff, PointElement> {
+  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CPArrDiff_", 460226);
+};
+struct CLArrDiff final : Difference<CLArrDiff, LineElement> {
+  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CLArrDiff_", 460227);
+};
+
+template IXInstrPlugin* NewInstruction<CNArrDiff>() noexcept;
+template IXInstrPlugin* NewInstruction<CSArrDiff>() noexcept;
+template IXInstrPlugin* NewInstruction<CPArrDiff>() noexcept;
+template IXInstrPlugin* NewInstruction<CLArrDiff>() noexcept;
+
+}  // namespace formula

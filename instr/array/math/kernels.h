@@ -1,0 +1,64 @@
+// Kernels: the inner loops of the number-array instructions, over plain pointers.
+//
+// There are two tables of the same functions, for the processor's SSE2 and for its AVX2 lanes.
+// Both give the bits of the plain formula on every element (of two NaN operands either may be the
+// result's payload).
+#pragma once
+
+#include <cstddef>
+
+namespace formula {
+
+/// An element and its index.
+struct Extreme {
+  double value;
+  std::size_t index;
+};
+
+struct Extremes {
+  Extreme maximum;
+  Extreme minimum;
+};
+
+/// Each writes `size` elements to `out`, which must not overlap an input but may, except for
+/// `reverse`, be one.
+struct Kernels {
+  using OneArray = void(double* out, const double* in, std::size_t size);
+  using TwoArrays = void(double* out, const double* a, const double* b, std::size_t size);
+
+  OneArray* absolute;
+  OneArray* reverse;
+  TwoArrays* subtract;
+  TwoArrays* add;
+  TwoArrays* multiply;
+
+  void (*fill)(double* out, std::size_t size, double value);
+  void (*scale)(double* out, const double* in, std::size_t size, double factor);
+  void (*offset)(double* out, const double* in, std::size_t size, double summand);
+  /// in * factor + summand, rounded twice.
+  void (*scale_offset)(double* out, const double* in, std::size_t size, double factor,
+                       double summand);
+
+  /// `above` where at or above the limit, else `below`.
+  void (*threshold)(double* out, const double* in, std::size_t size, double limit, double above,
+                    double below);
+  /// `above` where at or above `high`, else `below` where below `low`, else `between`.
+  void (*threshold_band)(double* out, const double* in, std::size_t size, double high, double low,
+                         double above, double between, double below);
+  void (*clip_low)(double* out, const double* in, std::size_t size, double limit, double below);
+  void (*clip_high)(double* out, const double* in, std::size_t size, double limit, double above);
+
+  /// The best of at least one element: a strictly better one replaces those before it, so the
+  /// first of equals wins, a NaN never wins, and a NaN at 0 is never beaten.
+  Extreme (*maximum)(const double* in, std::size_t size);
+  Extreme (*minimum)(const double* in, std::size_t size);
+  Extremes (*extrema)(const double* in, std::size_t size);
+};
+
+extern const Kernels kSse2Kernels;
+extern const Kernels kAvx2Kernels;
+
+/// The table for this processor, set while the library is loaded.
+extern const Kernels* const kKernels;
+
+}  // namespace formula

@@ -1,0 +1,9 @@
+// The kernels for AVX2; compiled with -mavx2, run where the processor has it.
+
+#include "instr/array/math/kernel_bodies.h"
+
+namespace formula {
+
+const Kernels kAvx2Kernels = kBodies;
+
+}  // namespace formula

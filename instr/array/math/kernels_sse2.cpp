@@ -1,0 +1,9 @@
+// The kernels for the lanes that every processor has.
+
+#include "instr/array/math/kernel_bodies.h"
+
+namespace formula {
+
+const Kernels kSse2Kernels = kBodies;
+
+}  // namespace formula

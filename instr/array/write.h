@@ -1,0 +1,122 @@
+// Array results as a row of pieces: runs of an input, copies of a value, further inputs.
+//
+// An instruction says what its result consists of; room, failure and a result that is one of the
+// inputs are dealt with here.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include "plugin/call.h"
+
+namespace formula {
+
+/// A run of an array's elements.
+template <class Vector>
+struct Slice {
+  const Vector& from;
+  std::size_t start;
+  std::size_t size;
+
+  bool Reads(const Vector& result) const { return &from == &result; }
+  void AppendTo(Vector& result) const { result.Append(from.GetStorage() + start, size); }
+};
+
+template <class Vector>
+Slice<Vector> All(const Vector& array) {
+  return {array, 0, array.Size()};
+}
+template <class Vector>
+Slice<Vector> Head(const Vector& array, std::size_t end) {
+  return {array, 0, end};
+}
+template <class Vector>
+Slice<Vector> Tail(const Vector& array, std::size_t start) {
+  return {array, start, array.Size() - start};
+}
+
+/// A value, any number of times.
+template <class Element>
+struct Copies {
+  std::size_t size;
+  Element value;
+
+  template <class Vector>
+  bool Reads(const Vector& /*result*/) const {
+    return false;
+  }
+  template <class Vector>
+  void AppendTo(Vector& result) const {
+    result.AppendCopies(size, value);
+  }
+};
+
+/// The values that the host gave from the input `first` on.
+template <class E>
+struct GivenValues {
+  using Vector = typename E::Vector;
+
+  GivenValues(const Call& from, std::int32_t first_input) : call(from), first(first_input) {
+    if (call.Count() > first) size = static_cast<std::size_t>(call.Count() - first);
+  }
+  bool Reads(const Vector& /*result*/) const { return false; }
+  void AppendTo(Vector& result) const {
+    for (std::size_t i = 0; i < size; ++i) {
+      result.AppendCopies(1, E::Value(call, first + static_cast<std::int32_t>(i)));
+    }
+  }
+
+  const Call& call;
+  std::int32_t first;
+  std::size_t size = 0;
+};
+
+/// Makes the array consist of the pieces. What throws leaves it as it was.
+template <class Vector, class... Pieces>
+void WriteArray(Vector& result, const Pieces&... pieces) {
+  const auto write = [&](Vector& target) {
+    target.Restart((std::size_t{0} + ... + pieces.size));
+    (pieces.AppendTo(target), ...);
+  };
+  constexpr bool kCopyMayThrow = !std::is_nothrow_copy_constructible_v<typename Vector::value_type>;
+  if (kCopyMayThrow || (pieces.Reads(result) || ...)) {
+    Vector fresh;
+    write(fresh);
+    result.Swap(fresh);
+  } else {
+    write(result);
+  }
+}
+
+/// Makes the array result consist of the pieces; a failure leaves it as it was.
+template <class E, class... Pieces>
+Status Write(Call& call, const Pieces&... pieces) {
+  WriteArray(call.ArrayResult<typename E::Vector>(0), pieces...);
+  return Status::kSuccess;
+}
+
+/// The array result of an instruction that begins by emptying it: it is empty after any failure.
+/// The elements stay until then, since the result may be an input, too.
+template <class E>
+class EmptiedResult {
+ public:
+  explicit EmptiedResult(Call& call) : result_(call.ArrayResult<typename E::Vector>(0)) {}
+  EmptiedResult(const EmptiedResult&) = delete;
+  EmptiedResult& operator=(const EmptiedResult&) = delete;
+  ~EmptiedResult() {
+    if (!written_) result_.Resize(0);
+  }
+  template <class... Pieces>
+  Status Write(const Pieces&... pieces) {
+    WriteArray(result_, pieces...);
+    written_ = true;
+    return Status::kSuccess;
+  }
+
+ private:
+  typename E::Vector& result_;
+  bool written_ = false;
+};
+
+}  // namespace formula

@@ -1,0 +1,326 @@
+// The instructions that every element type has, over the five types with one set of rows.
+
+#include <algorithm>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "host/setting.h"
+#include "reference_host/services/call_context.h"
+#include "tests/instr/random_rounds.h"
+#include "tests/instr/table.h"
+
+namespace {
+
+using nuvhost::Json;
+
+/// An element type: its letter in the identifiers, its default element, and four values.
+struct Kind {
+  char letter;
+  const char* zero;
+  const char* values[4];
+};
+
+const Kind kKinds[] = {
+    {'B', "false", {"true", "true", "false", "true"}},
+    {'N', "0", {"1.5", "-0.0", "\"NaN\"", "1e300"}},
+    {'S', R"("")", {R"("a")", R"("a longer text than fits inline")", R"("\u00ff")", R"(" ")"}},
+    {'P',
+     R"({"x":0,"y":0})",
+     {R"({"x":1,"y":2})", R"({"x":2,"y":1})", R"({"x":"NaN","y":0})", R"({"x":-1,"y":1})"}},
+    {'L',
+     R"({"a":0,"d":0})",
+     {R"({"a":1,"d":2})", R"({"a":2,"d":1})", R"({"a":0,"d":"NaN"})", R"({"a":-1,"d":1})"}},
+};
+
+std::string Identifier(const Kind& kind, const std::string& member) {
+  if (kind.letter == 'P' && member == "ConcatArr") return "_Nuv_Array_CArrConcatArr_";
+  return (member == "Size" ? "_Nuv_System_C" : "_Nuv_Array_C") + std::string(1, kind.letter) +
+         "Arr" + member + "_";
+}
+
+/// A row's list in the values of a kind.
+Json InValues(const Kind& kind, const std::string& text) {
+  std::string json;
+  bool quoted = false;
+  for (const char character : text) {
+    quoted ^= character == '"';
+    if (quoted) {
+      json += character;
+    } else if (character >= 'a' && character <= 'd') {
+      json += kind.values[character - 'a'];
+    } else if (character == 'z') {
+      json += kind.zero;
+    } else {
+      json += character;
+    }
+  }
+  return Json::parse(json);
+}
+
+struct ArrayRow {
+  const char* member;
+  const char* inputs;
+  const char* output;  // null for a failure that leaves the result as it was
+};
+
+// "z" is the default element, "a" to "d" are values.
+const ArrayRow kRows[] = {
+    {"GetAt", "[[a,b,c],2]", "c"},
+    {"GetAt", "[[a,b,c],0.9]", "a"},
+    {"GetAt", "[[a,b,c],-0.9]", "a"},
+    {"GetAt", "[[a,b,c],3]", nullptr},
+    {"GetAt", "[[a,b,c],-1]", nullptr},
+    {"GetAt", R"([[a,b,c],"NaN"])", nullptr},
+    {"GetAt", "[[],0]", nullptr},
+    {"SetAt", "[[a,b,c],0,d]", "[d,b,c]"},
+    {"SetAt", "[[a,b,c],2.9,d]", "[a,b,d]"},
+    {"SetAt", "[[a,b,c],3,d]", nullptr},
+    {"SetAt", "[[a,b,c],-1,d]", nullptr},
+    {"Erase", "[[a,b,c],0]", "[b,c]"},
+    {"Erase", "[[a,b,c],2]", "[a,b]"},
+    {"Erase", "[[a],0]", "[]"},
+    {"Erase", "[[a,b,c],3]", nullptr},
+    {"Erase", "[[a,b,c],-1]", nullptr},
+    {"EraseRange", "[[a,b,c,d],1,1]", "[a,c,d]"},
+    {"EraseRange", "[[a,b,c,d],0,3]", "[]"},
+    {"EraseRange", "[[a,b,c,d],1,2]", "[a,d]"},
+    {"EraseRange", "[[a,b,c,d],2,1]", nullptr},
+    {"EraseRange", "[[a,b,c,d],-1,1]", nullptr},
+    {"EraseRange", "[[a,b,c,d],-1,-1]", nullptr},
+    {"EraseRange", "[[a,b,c,d],1,4]", nullptr},
+    {"EraseRange", "[[],0,0]", nullptr},
+    {"Size", "[[a,b,c]]", "3"},
+    {"Size", "[[]]", "0"},
+    {"Resize", "[[a,b,c],2]", "[a,b]"},
+    {"Resize", "[[a,b],4]", "[a,b,z,z]"},
+    {"Resize", "[[a],0]", "[]"},
+    {"Resize", "[[a],-1]", nullptr},
+    {"Resize", "[[a],2147483647]", nullptr},
+    {"Resize", "[[a],3e9]", nullptr},
+    {"Insert", "[[a,b],0,c,d]", "[c,d,a,b]"},
+    {"Insert", "[[a,b],1,c]", "[a,c,b]"},
+    {"Insert", "[[a,b],2,c,d,a]", "[a,b,c,d,a]"},
+    {"Insert", "[[],0,d]", "[d]"},
+    {"Insert", "[[a,b],3,c]", nullptr},
+    {"Insert", "[[a,b],2147483647,c]", nullptr},
+    {"Insert", "[[a,b],-1,c]", nullptr},
+    {"InsertRep", "[[a,b],1,2,c]", "[a,c,c,b]"},
+    {"InsertRep", "[[a,b],0,0,c]", "[a,b]"},
+    {"InsertRep", "[[a,b],2,1,c]", nullptr},
+    {"InsertRep", "[[a,b],-1,1,c]", nullptr},
+    {"InsertRep", "[[a,b],0,-1,c]", nullptr},
+    {"InsertRep", "[[a,b],0,-2147483648,c]", nullptr},
+    {"InsertRep", "[[a,b],0,2147483647,c]", nullptr},
+    {"Append", "[[a],b,c,d]", "[a,b,c,d]"},
+    {"Append", "[[],d]", "[d]"},
+    {"AppendRep", "[[a,b],2,c]", "[a,b,c,c]"},
+    {"AppendRep", "[[a,b],0,c]", "[a,b]"},
+    {"AppendRep", "[[a,b],-5,c]", "[a,b]"},
+    {"AppendRep", "[[a,b],2147483647,c]", nullptr},
+    {"Create", "[5]", "[d,d,z,z,z]"},  // the result held two elements
+    {"Create", "[1]", "[d]"},
+    {"Create", "[-1]", nullptr},
+    {"Create", "[2147483647]", nullptr},
+    {"CreateInf", "[b]", "[b]"},
+    {"CreateInf", "[a,b,c,d]", "[a,b,c,d]"},
+    {"CreateRep", "[3,b]", "[b,b,b]"},
+    {"CreateRep", "[0,b]", "[]"},
+    {"ConcatArr", "[[a,b],[c]]", "[a,b,c]"},
+    {"ConcatArr", "[[],[c]]", "[c]"},
+    {"ConcatArr", "[[],[]]", "[]"},
+    {"GetRange", "[[a,b,c],1,1]", "[b]"},
+    {"GetRange", "[[a,b,c],1,99]", "[b,c]"},
+    {"GetRange", "[[a,b,c],-0.5,2147483647]", "[a,b,c]"},
+    {"GetRange", "[[a,b,c],2,0]", "[]"},
+};
+
+struct Answered {
+  int status;
+  Json output;
+};
+
+Answered Ask(nuvhost::ExecSession& session, const std::string& identifier, const Json& inputs,
+             const Json& previous, int count = -1) {
+  Json request = {{"instr", identifier}, {"in", inputs}, {"prev", Json::array({previous})}};
+  if (count >= 0) request["count"] = count;
+  const Json answer = Exec(session, request.dump());
+  EXPECT_FALSE(answer.contains("error") || answer.contains("messages")) << answer.dump();
+  return {answer.value("status", -1), answer["out"][0]};
+}
+
+TEST(Arrays, EveryElementTypeKeepsEveryRow) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  for (const Kind& kind : kKinds) {
+    for (const ArrayRow& row : kRows) {
+      SCOPED_TRACE(Identifier(kind, row.member) + " " + row.inputs);
+      const std::string member = row.member;
+      Json previous = InValues(kind, member == "GetAt" ? "d" : "[d,d]");
+      if (member == "Size") previous = 7;
+      const Answered answer =
+          Ask(session, Identifier(kind, member), InValues(kind, row.inputs), previous);
+      EXPECT_EQ(answer.status, row.output == nullptr ? 3 : 0);
+      EXPECT_EQ(answer.output.dump(),
+                (row.output == nullptr ? previous : InValues(kind, row.output)).dump());
+    }
+  }
+}
+
+// What empties its result first leaves it empty when it fails; and the end of an array is a start
+// for numbers alone.
+TEST(Arrays, FailuresThatEmptyTheResult) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  for (const Kind& kind : kKinds) {
+    const auto status = [&](const char* member, const char* inputs) {
+      const Answered answer =
+          Ask(session, Identifier(kind, member), InValues(kind, inputs), InValues(kind, "[d,d]"));
+      EXPECT_EQ(answer.output.dump(), "[]") << kind.letter << member << inputs;
+      return answer.status;
+    };
+    for (const char* inputs : {"[[a,b],3,1]", "[[a,b],-1,1]", "[[a,b],0,-1]", "[[a,b],3,0]",
+                               R"([[a,b],"NaN",1])", R"([[a,b],"Infinity",0])", "[[a,b],1e19,0]"}) {
+      EXPECT_EQ(status("GetRange", inputs), 3) << kind.letter << inputs;
+    }
+    EXPECT_EQ(status("GetRange", "[[a,b],2,5]"), kind.letter == 'N' ? 0 : 3);
+    EXPECT_EQ(status("GetRange", "[[],0,1]"), kind.letter == 'N' ? 0 : 3);
+    EXPECT_EQ(status("CreateRep", "[-1,a]"), 3);
+    EXPECT_EQ(status("CreateRep", "[2147483647,a]"), 3);
+
+    CNuvSetting::Inst().SetVectorLimit(3);
+    EXPECT_EQ(status("ConcatArr", "[[a,b],[c,d]]"), 3);
+    CNuvSetting::Inst().SetVectorLimit(0);
+  }
+}
+
+TEST(Arrays, FewerInputsThanDeclared) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  for (const Kind& kind : kKinds) {
+    const auto output = [&](const char* member, const char* inputs, int count) {
+      return Ask(session, Identifier(kind, member), InValues(kind, inputs), Json::array(), count)
+          .output;
+    };
+    EXPECT_EQ(output("Append", "[[a,b]]", 1), InValues(kind, "[a,b]"));
+    EXPECT_EQ(output("Insert", "[[a,b],9]", 2), InValues(kind, "[a,b]"));
+    EXPECT_EQ(output("CreateInf", "[]", 0), Json::array());
+  }
+}
+
+/// A context whose result is its first or second input.
+class SharingContext final : public IXInstrContext {
+ public:
+  SharingContext(std::vector<CNuvObject>& values, std::size_t shared) : result_(&values[shared]) {
+    for (CNuvObject& value : values) inputs_.push_back(&value);
+  }
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  CNuvObject** ConstantValues() override { return nullptr; }
+  CNuvObject** InputValues() override { return inputs_.data(); }
+  std::int32_t InputCount() override { return static_cast<std::int32_t>(inputs_.size()); }
+  CNuvObject** ResultValues() override { return &result_; }
+  CNuvObject* ConstantValue(std::int32_t /*index*/) override { return nullptr; }
+  CNuvObject* ResultValue(std::int32_t /*index*/) override { return result_; }
+  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
+  void* Service(std::int32_t /*number*/) override { return nullptr; }
+
+ private:
+  std::vector<CNuvObject*> inputs_;
+  CNuvObject* result_;
+};
+
+// Whatever the result, it comes out the same where it is one of the inputs, in each of their
+// places; other inputs are not changed.
+TEST(Arrays, TheResultMayBeAnInput) {
+  nuvhost::Services services;
+  for (const Kind& kind : kKinds) {
+    std::vector<ArrayRow> rows(std::begin(kRows), std::end(kRows));
+    for (const char* pair : {"[[a,b,c],[b,d]]", "[[a,b,c],[a,b,c,d,a,b,c,d,a,b,c,d,a]]"}) {
+      rows.push_back({kind.letter == 'B' ? "ConcatArr" : "Diff", pair, ""});
+    }
+    for (const ArrayRow& row : rows) {
+      if (row.output == nullptr || row.member == std::string("Create")) continue;
+      const nuvhost::Instruction& instruction = BuiltCatalogue().Find(Identifier(kind, row.member));
+      const Json given = InValues(kind, row.inputs);
+      nuvhost::CallContext apart(*instruction.descriptor, services);
+      apart.inputs.resize(given.size());
+      for (std::size_t i = 0; i < given.size(); ++i) {
+        const std::size_t record = std::min(i, instruction.descriptor->inputs.Size() - 1);
+        apart.inputs[i] = nuvhost::FromJson(given[i], instruction.descriptor->inputs[record].type);
+      }
+      std::vector<CNuvObject> before = apart.inputs;
+      ASSERT_EQ(apart.Execute(*instruction.prototype), 0);
+      for (std::size_t shared = 0; shared < given.size(); ++shared) {
+        if (!given[shared].is_array()) continue;
+        SCOPED_TRACE(Identifier(kind, row.member) + " " + row.inputs + std::to_string(shared));
+        std::vector<CNuvObject> values = before;
+        SharingContext context(values, shared);
+        EXPECT_EQ(static_cast<int>(instruction.prototype->Execute(&context)), 0);
+        EXPECT_EQ(nuvhost::ToJson(values[shared]), nuvhost::ToJson(apart.results[0]));
+        for (std::size_t i = 0; i < values.size(); ++i) {
+          if (i == shared) continue;
+          EXPECT_EQ(nuvhost::ToJson(values[i]), nuvhost::ToJson(before[i]));
+        }
+      }
+    }
+  }
+}
+
+/// Few different values, so that many are equal, hostile ones among them.
+double HostileNumber(std::mt19937_64& random) {
+  constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  constexpr double kSpecial[] = {0.0, -0.0, kNaN, -kNaN, kInfinity, -kInfinity, 5e-324};
+  if (random() % 3 == 0) return kSpecial[random() % std::size(kSpecial)];
+  if (random() % 9 == 0) return AnyNumber(random);
+  return static_cast<double>(random() % 40);
+}
+
+void Make(std::mt19937_64& random, double& value) {
+  value = HostileNumber(random);
+}
+void Make(std::mt19937_64& random, CNuvString& value) {
+  constexpr const char* kPieces[] = {"a", "b", "\xff", "eight by", "something longer than inline"};
+  value = AnyText(random, kPieces, 3).c_str();
+}
+void Make(std::mt19937_64& random, CNuvPoint& value) {
+  value = CNuvPoint(HostileNumber(random), static_cast<double>(random() % 2));
+}
+void Make(std::mt19937_64& random, CNuvLine& value) {
+  value = CNuvLine(static_cast<double>(random() % 2), HostileNumber(random));
+}
+
+template <class Vector>
+void DifferenceAgreesWithLoops(const char* identifier) {
+  const nuvhost::Instruction& instruction = BuiltCatalogue().Find(identifier);
+  nuvhost::Services services;
+  std::mt19937_64 random(6);
+  nuvhost::CallContext call(*instruction.descriptor, services);
+  for (int round = 0; round < RandomRounds(600); ++round) {
+    for (CNuvObject& input : call.inputs) {
+      auto& array = static_cast<Vector&>(input);
+      array.Resize(random() % (random() % 2 == 0 ? 16 : 300));
+      for (std::size_t i = 0; i < array.Size(); ++i) Make(random, array[i]);
+    }
+    const auto& first = static_cast<const Vector&>(call.inputs[0]);
+    const auto& second = static_cast<const Vector&>(call.inputs[1]);
+    Vector expected;
+    for (std::size_t i = 0; i < first.Size(); ++i) {
+      bool found = false;
+      for (std::size_t j = 0; j < second.Size(); ++j) found = found || first[i] == second[j];
+      if (!found) expected.PushBack(first[i]);
+    }
+    CNuvObject object;
+    object = expected;
+    ASSERT_EQ(call.Execute(*instruction.prototype), 0);
+    ASSERT_EQ(nuvhost::ToJson(call.results[0]).dump(), nuvhost::ToJson(object).dump())
+        << identifier << round;
+  }
+}
+
+TEST(Arrays, DifferenceAgreesWithTwoLoops) {
+  DifferenceAgreesWithLoops<CNuvDoubleVector>("_Nuv_Array_CNArrDiff_");
+  DifferenceAgreesWithLoops<CNuvStringVector>("_Nuv_Array_CSArrDiff_");
+  DifferenceAgreesWithLoops<CNuvPointVector>("_Nuv_Array_CPArrDiff_");
+  DifferenceAgreesWithLoops<CNuvLineVector>("_Nuv_Array_CLArrDiff_");
+}
+
+}  // namespace

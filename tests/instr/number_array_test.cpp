@@ -1,0 +1,331 @@
+// Number arrays: the instructions that compute, and their kernels against the plain formulas.
+
+#include <algorithm>
+#include <cmath>
+#include <compare>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+#include "instr/array/math/kernels.h"
+#include "instr/array/math/sort.h"
+#include "tests/instr/random_rounds.h"
+#include "tests/instr/table.h"
+
+namespace {
+
+using formula::Extreme;
+using formula::Kernels;
+using Array = std::vector<double>;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+TEST(NumberArrays, Rows) {
+  const InstructionRow rows[] = {
+      {"_Nuv_Array_CNArrMathAbsolute_", R"([[-0.0, -2, 3, "-Infinity"]])",
+       R"([[0,2,3,"Infinity"]])"},
+      {"_Nuv_Array_CNArrMathSubtract_", "[[1, 2], [5, 5, 5]]", "[[-4,-3]]"},
+      {"_Nuv_Array_CNArrMathAdd_", "[[1, 2, 3, 4, 5], [1, 1, 1]]", "[[2,3,4]]"},
+      {"_Nuv_Array_CNArrMathAdd_", "[[1, 2], []]", "[[]]"},
+      {"_Nuv_Array_CNArrMathMultiply_", R"([[-1, 1e200, 0], [0, 1e200, "Infinity"]])",
+       R"([[-0.0,"Infinity","NaN"]])"},
+      {"_Nuv_Array_CNArrMathMaximum_", "[[2, 5, 5]]", "[5,1]"},
+      {"_Nuv_Array_CNArrMathMaximum_", R"([["NaN", 5]])", R"(["NaN",0])"},
+      {"_Nuv_Array_CNArrMathMaximum_", "[[-0.0, 0]]", "[-0.0,0]"},
+      {"_Nuv_Array_CNArrMathMinimum_", "[[3, 1, 1]]", "[1,1]"},
+      {"_Nuv_Array_CNArrMathMinimum_", R"([[3, "NaN", 2]])", "[2,2]"},
+      {"_Nuv_Array_CNArrMathMinimum_", "[[]]", "[0,0]"},
+      {"_Nuv_Array_CNArrMathExtrema_", "[[2, 7, 1, 7, 1]]", "[7,1,1,2]"},
+      {"_Nuv_Array_CNArrMathExtrema_", "[[]]", "[0,0,0,0]"},
+      {"_Nuv_Array_CNMeanAndVar_", "[[1, 2, 3, 4]]", "[2.5,1.25,1.118033988749895,4]"},
+      {"_Nuv_Array_CNMeanAndVar_", "[[]]", "[0,0,0,0]"},
+      {"_Nuv_Array_CNMeanAndVar_", "[[0.1, 0.1, 0.1]]",  // not clamped
+       R"([0.10000000000000002,-1.734723475976807e-18,"NaN",3])"},
+      {"_Nuv_Array_CNArrMathThreshold_", R"([[1, 0.9, "NaN", "Infinity"], 1, 8, 9])",
+       "[[8,9,9,8]]"},
+      {"_Nuv_Array_CNArrMathThresholdBand_", R"([[2, 1, 0, -1, "NaN"]])", "[[1,1,0.5,0,0.5]]"},
+      {"_Nuv_Array_CNArrMathThresholdBand_", "[[2, 1, 0.5, 0], 0, 1, 7, 8, 9]", "[[7,7,9,9]]"},
+      {"_Nuv_Array_CNArrMathClipLow_", R"([[-1, -0.0, 3, "NaN"], 0, 9])", R"([[9,-0.0,3,"NaN"]])"},
+      {"_Nuv_Array_CNArrMathClipHigh_", R"([[-1, -0.0, 3, "NaN"], 0, 9])", R"([[-1,9,9,"NaN"]])"},
+      {"_Nuv_Array_CNArrReverse_", "[[1, 2, 3]]", "[[3,2,1]]"},
+      {"_Nuv_Array_CNArrSort_", "[[3, -1, 2, -1]]", "[[-1,-1,2,3]]"},
+      {"_Nuv_Array_CNArrSort_", R"([["NaN", 3, "-Infinity", 2], true])",
+       R"([["NaN",3,2,"-Infinity"]])"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3, 4, 5], 3, 4, 9]", "[[1,2,3,9,9]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3, 4, 5], 3, 4, 9, true]", "[[9,9,3,9,9]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 1.9, 1.9, 9]", "[[1,9,3]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 0, 0, 9]", "[[1,2,3]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], -1, 2, 9, true]", "[[1,2,3]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 2, 2147483647, 9]", "[[1,2,9]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 2147483647, 3, 9, true]", "[[9,9,9]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 2147483647, 2, 9, true]", "[[9,9,3]]"},
+      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 7, 2, 9]", "[[1,2,3]]"},
+      {"_CNArrCopyArray_", "[[1, 2, 3], 1]", "[[2,3]]"},
+      {"_CNArrCopyArray_", "[[1, 2, 3], 0, 2]", "[[1,2]]"},
+      {"_CNArrCopyArray_", "[[1, 2, 3], 1, -5]", "[[2,3]]"},
+      {"_CNArrCopyArray_", "[[1, 2, 3], 1, 0]", "[[]]"},
+      {"_CNArrCopyArray_", "[[1, 2, 3], 3]", "[[]]"},
+      {"_CNArrCopyArray_", "[[1, 2, 3], -1]", "[[]]"},
+      {"_CNArrInsertArray_", "[[8, 9], [1, 2, 3], 1]", "[[1,8,9,2,3]]"},
+      {"_CNArrInsertArray_", "[[8, 9], [1, 2], -3]", "[[8,9,1,2]]"},
+      {"_CNArrInsertArray_", "[[8, 9], [1, 2], 2147483647]", "[[1,2,8,9]]"},
+      {"_CNArrInsertArray_", "[[], [], 1]", "[[]]"},
+  };
+  CheckRows(rows);
+}
+
+// From 16 elements on the constants 0 and 1 take their own ways.
+TEST(NumberArrays, ConstMulAddBySize) {
+  const struct {
+    double in, factor, summand, as_short, as_long;
+  } rows[] = {
+      {kNaN, 0, 3, kNaN, 3},
+      {kInfinity, -0.0, 0, kNaN, 0},
+      {-2, 0, -0.0, -0.0, 0},
+      {-0.0, 1, 0, 0, -0.0},
+      {-0.0, 2, 0, 0, -0.0},
+      {-0.0, 1, -0.0, -0.0, -0.0},
+      {-0.0, 1, 5, 5, 5},
+      {3, 2, 1, 7, 7},
+      {kInfinity, 1, -kInfinity, kNaN, kNaN},
+  };
+  nuvhost::Services services;
+  const nuvhost::Instruction& instruction =
+      *BuiltCatalogue().FindIdentifier("_Nuv_Array_CNArrMathConstMulAdd_");
+  for (const auto& row : rows) {
+    for (const std::size_t size : {15U, 16U, 17U}) {
+      SCOPED_TRACE(testing::Message() << row.in << "*" << row.factor << "+" << row.summand);
+      nuvhost::CallContext call(*instruction.descriptor, services);
+      auto& in = static_cast<CNuvDoubleVector&>(call.inputs[0]);
+      for (std::size_t i = 0; i < size; ++i) in.PushBack(row.in);
+      call.inputs[1] = row.factor;
+      call.inputs[2] = row.summand;
+      ASSERT_EQ(call.Execute(*instruction.prototype), 0);
+      const double wanted = size < 16 ? row.as_short : row.as_long;
+      const auto& out = static_cast<const CNuvDoubleVector&>(std::as_const(call.results[0]));
+      ASSERT_EQ(out.Size(), size);
+      for (std::size_t i = 0; i < size; ++i) {
+        if (std::isnan(wanted)) {
+          EXPECT_TRUE(std::isnan(out[i]));
+        } else {
+          EXPECT_TRUE(out[i] == wanted && std::signbit(out[i]) == std::signbit(wanted)) << out[i];
+        }
+      }
+    }
+  }
+}
+
+/// Equal bits; NaN of any payload are equal where two of them met.
+void ExpectSame(const Array& a, const Array& b, bool any_nan = true) {
+  ASSERT_EQ(a.size(), b.size());
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (any_nan && std::isnan(a[i]) && std::isnan(b[i])) continue;
+    ASSERT_EQ(std::memcmp(&a[i], &b[i], sizeof a[i]), 0) << i << ": " << a[i] << ", " << b[i];
+  }
+}
+
+/// Arrays of every kind that could mislead a scan or a sort.
+Array AnyArray(std::mt19937_64& random, std::size_t size, unsigned kind) {
+  constexpr double kHostile[] = {0.0, -0.0, 1.0, -1.0, kNaN, -kNaN, kInfinity, -kInfinity};
+  Array array(size);
+  for (std::size_t i = 0; i < size; ++i) {
+    const auto step = static_cast<double>(i);
+    switch (kind % 8) {
+      case 0: array[i] = AnyNumber(random); break;
+      case 1: array[i] = kHostile[random() % 8]; break;
+      case 2: array[i] = kHostile[random() % 2]; break;
+      case 3: array[i] = static_cast<double>(random() % 256); break;
+      case 4: array[i] = random() % 9 == 0 ? kNaN : -step; break;
+      case 5: array[i] = step + static_cast<double>(random() % 2); break;
+      case 6: array[i] = 1.0 + std::ldexp(static_cast<double>(random() % 4096), -52); break;
+      default: array[i] = random() % 32 == 0 ? AnyNumber(random) : 0.5; break;
+    }
+  }
+  return array;
+}
+
+/// Runs a check on every kind of array, of all small sizes and some large ones.
+template <class Check>
+void ForArrays(Check check) {
+  std::mt19937_64 random(5);
+  for (std::size_t size = 0; size <= 134; ++size) {
+    const std::size_t length = size <= 130 ? size : 500 * (size - 130) + random() % 4000;
+    for (unsigned kind = 0; kind < 8; ++kind) {
+      SCOPED_TRACE(testing::Message() << "size " << length << ", kind " << kind);
+      check(random, AnyArray(random, length, kind));
+      if (testing::Test::HasFatalFailure()) return;
+    }
+  }
+}
+
+/// Runs a check on the table of every kind of lanes that this processor has.
+template <class Check>
+void ForTables(Check check) {
+  for (const Kernels* table : {&formula::kSse2Kernels, &formula::kAvx2Kernels}) {
+    SCOPED_TRACE(table == &formula::kSse2Kernels ? "SSE2" : "AVX2");
+    if (table == &formula::kSse2Kernels || table == formula::kKernels) check(*table);
+  }
+}
+
+void CheckElementWise(const Kernels& k) {
+  ForArrays([&](std::mt19937_64& random, const Array& in) {
+    const std::size_t n = in.size();
+    const Array other = AnyArray(random, n, static_cast<unsigned>(random() % 8));
+    const double p = AnyArray(random, 1, static_cast<unsigned>(random() % 4))[0];
+    const double q = n > 0 && random() % 2 == 0 ? in[random() % n] : AnyNumber(random);
+    const double r = AnyNumber(random);
+    // The kernel into another array and into its input, against the plain loop.
+    const auto check = [&](auto kernel, auto plain, bool any_nan = true) {
+      Array wanted(n);
+      Array out(n);
+      Array self = in;
+      for (std::size_t i = 0; i < n; ++i) wanted[i] = plain(i);
+      kernel(out.data(), in.data());
+      kernel(self.data(), self.data());
+      ExpectSame(out, wanted, any_nan);
+      ExpectSame(self, wanted, any_nan);
+    };
+    const double* b = other.data();
+    check([&](double* o, const double* a) { k.absolute(o, a, n); },
+          [&](std::size_t i) { return std::copysign(in[i], 1.0); }, false);
+    check([&](double* o, const double* a) { k.subtract(o, a, b, n); },
+          [&](std::size_t i) { return in[i] - b[i]; });
+    check([&](double* o, const double* a) { k.add(o, a, b, n); },
+          [&](std::size_t i) { return in[i] + b[i]; });
+    check([&](double* o, const double* a) { k.multiply(o, a, b, n); },
+          [&](std::size_t i) { return in[i] * b[i]; });
+    check([&](double* o, const double*) { k.fill(o, n, p); }, [&](std::size_t) { return p; },
+          false);
+    check([&](double* o, const double* a) { k.scale(o, a, n, p); },
+          [&](std::size_t i) { return in[i] * p; });
+    check([&](double* o, const double* a) { k.offset(o, a, n, p); },
+          [&](std::size_t i) { return in[i] + p; });
+    check([&](double* o, const double* a) { k.scale_offset(o, a, n, p, q); },
+          [&](std::size_t i) {
+            const volatile double product = in[i] * p;
+            return product + q;
+          });
+    check([&](double* o, const double* a) { k.threshold(o, a, n, q, p, r); },
+          [&](std::size_t i) { return in[i] >= q ? p : r; }, false);
+    check([&](double* o, const double* a) { k.threshold_band(o, a, n, q, p, r, 2.0, 3.0); },
+          [&](std::size_t i) {
+            if (in[i] >= q) return r;
+            return in[i] < p ? 3.0 : 2.0;
+          },
+          false);
+    check([&](double* o, const double* a) { k.clip_low(o, a, n, q, p); },
+          [&](std::size_t i) { return in[i] < q ? p : in[i]; }, false);
+    check([&](double* o, const double* a) { k.clip_high(o, a, n, q, p); },
+          [&](std::size_t i) { return in[i] >= q ? p : in[i]; }, false);
+    Array out(n);
+    k.reverse(out.data(), in.data(), n);
+    ExpectSame(out, Array(in.rbegin(), in.rend()), false);
+  });
+}
+
+TEST(NumberArrays, ElementWiseInBothTables) {
+  ForTables(CheckElementWise);
+}
+
+void CheckExtremes(const Kernels& k) {
+  ForArrays([&](std::mt19937_64& random, Array in) {
+    if (in.empty()) return;
+    if (std::isnan(in[0]) && random() % 4 != 0) in[0] = -1.0;  // else nothing beats it
+    Extreme most{in[0], 0};
+    Extreme least{in[0], 0};
+    for (std::size_t i = 1; i < in.size(); ++i) {
+      if (in[i] > most.value) most = {in[i], i};
+      if (in[i] < least.value) least = {in[i], i};
+    }
+    const auto check = [](const Extreme& found, const Extreme& wanted) {
+      EXPECT_EQ(found.index, wanted.index);
+      ExpectSame({found.value}, {wanted.value}, false);
+    };
+    check(k.maximum(in.data(), in.size()), most);
+    check(k.minimum(in.data(), in.size()), least);
+    const formula::Extremes both = k.extrema(in.data(), in.size());
+    check(both.maximum, most);
+    check(both.minimum, least);
+  });
+}
+
+TEST(NumberArrays, ExtremesInBothTables) {
+  ForTables(CheckExtremes);
+}
+
+TEST(NumberArrays, SortIsTheTotalOrder) {
+  ForArrays([](std::mt19937_64& random, const Array& in) {
+    Array wanted = in;
+    std::sort(wanted.begin(), wanted.end(),
+              [](double a, double b) { return std::strong_order(a, b) < 0; });
+    std::vector<std::uint64_t> scratch(in.size());
+    Array out(in.size());
+    formula::SortNumbers(out.data(), in.data(), in.size(), false, scratch.data());
+    ExpectSame(out, wanted, false);
+    Array self = random() % 2 == 0 ? in : wanted;  // in place, and what is sorted already
+    formula::SortNumbers(self.data(), self.data(), in.size(), true, scratch.data());
+    std::reverse(wanted.begin(), wanted.end());
+    ExpectSame(self, wanted, false);
+  });
+}
+
+/// A call whose first result is one of its own inputs.
+class AliasContext final : public IXInstrContext {
+ public:
+  AliasContext(nuvhost::CallContext& call, std::size_t input)
+      : call_(call), result_(&call.inputs[input]) {}
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  CNuvObject** ConstantValues() override { return call_.ConstantValues(); }
+  CNuvObject** InputValues() override { return call_.InputValues(); }
+  std::int32_t InputCount() override { return call_.InputCount(); }
+  CNuvObject** ResultValues() override { return &result_; }
+  CNuvObject* ConstantValue(std::int32_t index) override { return call_.ConstantValue(index); }
+  CNuvObject* ResultValue(std::int32_t /*index*/) override { return result_; }
+  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
+  void* Service(std::int32_t number) override { return call_.Service(number); }
+
+ private:
+  nuvhost::CallContext& call_;
+  CNuvObject* result_;
+};
+
+// A host may wire a = f(a): whichever input is the result, the result is the usual one.
+TEST(NumberArrays, ResultMayBeAnInput) {
+  nuvhost::Services services;
+  std::mt19937_64 random(6);
+  std::size_t calls = 0;
+  for (const nuvhost::Instruction& instruction : BuiltCatalogue().Instructions()) {
+    const DescriptorRecord& descriptor = *instruction.descriptor;
+    if (descriptor.category != std::string_view("Array: Number") ||
+        descriptor.results.Size() != 1) {
+      continue;
+    }
+    for (std::size_t alias = 0; alias < descriptor.inputs.Size(); ++alias) {
+      if (descriptor.results[0].type != NUV_PARAM_NUMBER_ARRAY ||
+          descriptor.inputs[alias].type != NUV_PARAM_NUMBER_ARRAY) {
+        continue;
+      }
+      for (int round = 0; round < 12; ++round) {
+        nuvhost::CallContext call(descriptor, services);
+        for (CNuvObject& input : call.inputs) {
+          if (input.GetType() == NUV_OBJ_BOOL) input = random() % 2 == 0;
+          if (input.GetType() == NUV_OBJ_DOUBLE) input = static_cast<int>(random() % 12);
+          if (input.GetType() != NUV_OBJ_DOUBLE_VECTOR) continue;
+          const Array values = AnyArray(random, random() % 200, 5);
+          for (const double x : values) static_cast<CNuvDoubleVector&>(input).PushBack(x);
+        }
+        const std::int32_t status = call.Execute(*instruction.prototype);
+        AliasContext aliased(call, alias);
+        EXPECT_EQ(static_cast<std::int32_t>(instruction.prototype->Execute(&aliased)), status);
+        if (status == 0) {
+          EXPECT_EQ(call.inputs[alias], call.results[0]) << descriptor.identifier << " " << alias;
+        }
+        ++calls;
+      }
+    }
+  }
+  EXPECT_GT(calls, 0U);
+}
+
+}  // namespace
