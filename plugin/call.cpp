@@ -28,8 +28,7 @@ void Call::Warn(const char* source, const char* text) {
 }
 
 void Call::Report(NuvSeverity severity, const char* source, const char* text) {
-  auto* messages = static_cast<IXMessageService*>(context_.Service(NUV_SERVICE_MESSAGE));
-  messages->Report(severity, CStdStr(source), CStdStr(text));
+  Messages().Report(severity, CStdStr(source), CStdStr(text));
 }
 
 }  // namespace formula

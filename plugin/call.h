@@ -91,7 +91,25 @@ class Call {
   /// Reports a warning to the user; the instruction goes on.
   void Warn(const char* source, const char* text);
 
+  /// Sets a display attribute of a result.
+  void Mark(std::int32_t result, std::int32_t value) { context_.MarkResult(result, value); }
+  /// The overlay of the current image.
+  IXAnnotationService& Annotations() {
+    return *static_cast<IXAnnotationService*>(context_.Service(NUV_SERVICE_ANNOTATION));
+  }
+  /// What is kept under names for the life of the host's program run.
+  IXNamedDataStore& NamedData() {
+    return *static_cast<IXNamedDataStore*>(context_.Service(NUV_SERVICE_NAMED_DATA));
+  }
+  /// Calls the event handler of the controlling application.
+  void RaiseEvent(std::int32_t code, std::int32_t value) {
+    Messages().RaiseProgramEvent(code, value);
+  }
+
  private:
+  IXMessageService& Messages() {
+    return *static_cast<IXMessageService*>(context_.Service(NUV_SERVICE_MESSAGE));
+  }
   void Report(NuvSeverity severity, const char* source, const char* text);
 
   IXInstrContext& context_;
