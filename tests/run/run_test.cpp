@@ -76,9 +76,9 @@ constexpr const char* kRatio = R"({
   "steps": [
     {"name": "max", "instr": "MaxArr", "in": [{"data": "n"}]},
     {"name": "min", "instr": "MinArr", "in": [{"data": "n"}]},
-    {"name": "range", "instr": "Subtract", "in": [{"step": "max"}, {"step": "min"}]},
+    {"name": "range", "instr": "_Nuv_Numeric_SubtractNumbers_", "in": [{"step": "max"}, {"step": "min"}]},
     {"name": "ratio", "instr": "Divide", "in": [12, {"step": "range"}]},
-    {"name": "twice", "instr": "Add", "in": {"number": [{"step": "ratio"}, {"step": "ratio"}]}},
+    {"name": "twice", "instr": "_Nuv_Numeric_AddNumbers_", "in": {"number": [{"step": "ratio"}, {"step": "ratio"}]}},
     {"name": "big", "instr": "Greater", "in": {"n1": {"step": "max"}, "n2": 2}}
   ],
   "report": [
@@ -182,7 +182,7 @@ TEST_F(Run, RefusesWordsThatDoNotFit) {
   Write("two.json", R"({"data": {"a": {"file": "a.csv"}, "b": {"file": "b.csv"}}, "steps": [
     {"name": "s", "instr": "SumArr", "in": [{"data": "a"}]},
     {"name": "t", "instr": "SumArr", "in": [{"data": "b"}]}]})");
-  Write("none.json", R"({"steps": [{"name": "s", "instr": "Add"}]})");
+  Write("none.json", R"({"steps": [{"name": "s", "instr": "_Nuv_Numeric_AddNumbers_"}]})");
   Write("a.csv", "1\n");
   Write("c=d.csv", "1\n2\n");
   struct Row {

@@ -14,7 +14,7 @@ NULL = object()  # stands for null, since None takes a member away
 
 GOOD = {
     "steps": [
-        {"name": "a", "instr": "Add", "in": [1, "NaN", {"data": "d", "columns": ["x", 1]}]},
+        {"name": "a", "instr": "_Nuv_Numeric_AddNumbers_", "in": [1, "NaN", {"data": "d", "columns": ["x", 1]}]},
         {"name": "b", "instr": "AND", "in": {"bool": [True, {"step": "a", "result": 0}]}},
     ],
     "data": {"d": {"file": "d.csv"}, "p": [{"x": 1, "y": "Infinity"}]},
