@@ -131,7 +131,7 @@ template <class Kind>
 std::deque<Inputs> Pairs(std::size_t size) {
   std::mt19937_64 random(size);
   std::deque<Inputs> pairs;
-  while (pairs.size() * size < 1000000) {
+  while (pairs.size() * 2 * size < 1000000) {
     Inputs& pair = pairs.emplace_back(2);
     for (CNuvObject& object : pair) {
       auto& array = static_cast<typename Kind::Vector&>(object);
@@ -144,12 +144,12 @@ std::deque<Inputs> Pairs(std::size_t size) {
 template <class Kind>
 void DifferenceOurs(benchmark::State& state) {
   std::deque<Inputs> pairs = Pairs<Kind>(static_cast<std::size_t>(state.range(0)));
-  std::deque<ReadyContext> contexts;
-  for (Inputs& pair : pairs) contexts.emplace_back(pair);
+  ReadyContext context(pairs.front());
   IXInstrPlugin* instruction = Find(Kind::kInstruction).prototype;
   std::size_t next = 0;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(instruction->Execute(&contexts[next++ % contexts.size()]));
+    context.Give(pairs[next++ % pairs.size()]);
+    benchmark::DoNotOptimize(instruction->Execute(&context));
   }
 }
 

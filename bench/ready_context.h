@@ -26,8 +26,13 @@ class ReadyContext final : public IXInstrContext {
  public:
   explicit ReadyContext(std::vector<CNuvObject>& inputs, std::size_t results = 1)
       : results_(results) {
-    for (CNuvObject& input : inputs) input_pointers_.push_back(&input);
+    Give(inputs);
     for (CNuvObject& result : results_) result_pointers_.push_back(&result);
+  }
+  /// Other inputs for the same results, as a program's step meets them in its next run.
+  void Give(std::vector<CNuvObject>& inputs) {
+    input_pointers_.clear();
+    for (CNuvObject& input : inputs) input_pointers_.push_back(&input);
   }
   ReadyContext(const ReadyContext&) = delete;
   ReadyContext& operator=(const ReadyContext&) = delete;

@@ -60,8 +60,10 @@ class TNuvVector final : public TNuvTypedValue<TNuvVector<Element, Type>, Type> 
   }
 
  private:
-  static void CheckSize(std::size_t size) {
-    if (size > NuvVectorLimit(sizeof(Element))) throw std::length_error("array too long");
+  void CheckSize(std::size_t size) const {
+    if (size > Size() && size > NuvVectorLimit(sizeof(Element))) {
+      throw std::length_error("array too long");
+    }
   }
 
   TStdVector<Element> elements_;

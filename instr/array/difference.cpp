@@ -63,7 +63,7 @@ struct Difference : Instruction<I> {
         return std::find(begin, end, value) != end;
       });
     }
-    const ElementSet<Element> set(begin, end);
+    const ElementSet<Element> set(begin, second.Size());
     return WriteOthers<E>(call, first,
                           [&set](const Element& value) { return set.Contains(value); });
   }

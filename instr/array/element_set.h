@@ -1,33 +1,35 @@
 // ElementSet: which values an array holds, answered in constant time.
+//
+// A filter of one bit for each of sixteen values tells most that are not there without a branch
+// that the processor guesses wrong; the others are looked up in chains of elements of one hash.
 #pragma once
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/values.h"
 
 namespace formula {
 
-/// Spreads a number's differences over the whole word; integers held as doubles differ in their
-/// upper bits alone.
+/// Two odd factors without a pattern.
+inline constexpr std::uint64_t kFactor = 0x94d049bb133111ebU;
+inline constexpr std::uint64_t kOtherFactor = 0x9e3779b97f4a7c15U;
+
+/// Spreads differences anywhere in the word over its upper bits.
 inline std::uint64_t Mix(std::uint64_t bits) {
-  bits = (bits ^ (bits >> 32)) * 0x9e3779b97f4a7c15U;
-  return (bits ^ (bits >> 29)) * 0xbf58476d1ce4e5b9U;
+  return (bits ^ bits >> 32) * kOtherFactor;
 }
 
-/// Bits that are equal where the numbers are: both zeros have the same. A NaN, which equals
-/// nothing, has those of no other number.
+/// Bits that are equal where the numbers are: both zeros have the same.
 inline std::uint64_t EqualBits(double number) {
   return std::bit_cast<std::uint64_t>(number + 0.0);
 }
-
-/// Bits of a NaN, that mark a free slot.
-inline constexpr std::uint64_t kFree = ~std::uint64_t{0};
 
 template <class Word>
 std::uint64_t WordAt(const char* text) {
@@ -37,7 +39,7 @@ std::uint64_t WordAt(const char* text) {
 }
 
 /// Eight bytes at a time. The last words may overlap, which the length makes unambiguous.
-inline std::uint64_t HashText(std::string_view text) {
+inline std::uint64_t Hash(std::string_view text) {
   const std::size_t size = text.size();
   const char* const end = text.data() + size;
   std::uint64_t last = 0;
@@ -55,92 +57,58 @@ inline std::uint64_t HashText(std::string_view text) {
   return Mix(hash);
 }
 
-/// A value as it stands in the set. Equality is that of the element type, but for a value that
-/// equals nothing, which is never stored. For numbers IsFreeOr is one branch, since no processor
-/// foresees whether a search ends at the value or at a free slot.
-template <class Element>
-struct SetSlot;
+inline std::uint64_t Hash(const CNuvString& string) {
+  return Hash(string.View());
+}
+inline std::uint64_t Hash(double number) {
+  // Integers held as doubles differ in their upper bits alone.
+  return Mix(EqualBits(number) * kFactor);
+}
+inline std::uint64_t Hash(double a, double b) {
+  return Mix(EqualBits(a) * kFactor + std::rotl(EqualBits(b), 32));
+}
+inline std::uint64_t Hash(const CNuvPoint& point) {
+  return Hash(point.x, point.y);
+}
+inline std::uint64_t Hash(const CNuvLine& line) {
+  return Hash(line.a, line.d);
+}
 
-template <>
-struct SetSlot<double> {
-  SetSlot() = default;
-  explicit SetSlot(double number) : bits(EqualBits(number)) {}
-  static bool EqualsNothing(double number) { return number != number; }
-  bool IsFree() const { return bits == kFree; }
-  std::uint64_t Hash() const { return Mix(bits); }
-  bool IsFreeOr(const SetSlot& value) const { return std::min(bits ^ value.bits, ~bits) == 0; }
-
-  std::uint64_t bits = kFree;
-};
-
-/// Two numbers, without what else a value of the host's carries.
-struct PairSlot {
-  bool IsFree() const { return a == kFree; }
-  std::uint64_t Hash() const { return Mix(a * 0x94d049bb133111ebU + std::rotl(b, 32)); }
-  bool IsFreeOr(const PairSlot& value) const {
-    return std::min((a ^ value.a) | (b ^ value.b), ~a) == 0;
-  }
-
-  std::uint64_t a = kFree;
-  std::uint64_t b = 0;
-};
-
-template <>
-struct SetSlot<CNuvPoint> : PairSlot {
-  SetSlot() = default;
-  explicit SetSlot(const CNuvPoint& point) : PairSlot{EqualBits(point.x), EqualBits(point.y)} {}
-  static bool EqualsNothing(const CNuvPoint& point) { return !(point == point); }
-};
-
-template <>
-struct SetSlot<CNuvLine> : PairSlot {
-  SetSlot() = default;
-  explicit SetSlot(const CNuvLine& line) : PairSlot{EqualBits(line.a), EqualBits(line.d)} {}
-  static bool EqualsNothing(const CNuvLine& line) { return !(line == line); }
-};
-
-/// A text stays where it is, in its array.
-template <>
-struct SetSlot<CNuvString> {
-  SetSlot() = default;
-  explicit SetSlot(const CNuvString& string) : text(&string), hash(HashText(string.View())) {}
-  static bool EqualsNothing(const CNuvString& /*string*/) { return false; }
-  bool IsFree() const { return text == nullptr; }
-  std::uint64_t Hash() const { return hash; }
-  bool IsFreeOr(const SetSlot& value) const {
-    return IsFree() || (hash == value.hash && *text == *value.text);
-  }
-
-  const CNuvString* text = nullptr;
-  std::uint64_t hash = 0;
-};
-
-/// Open addressing, at most a quarter full. It refers to the array it was made from.
+/// Equality is that of the element type. It refers to the array it was made from.
 template <class Element>
 class ElementSet {
  public:
-  ElementSet(const Element* begin, const Element* end)
-      : slots_(std::bit_ceil(4 * static_cast<std::size_t>(end - begin))),
-        shift_(64 - std::countr_zero(slots_.size())) {
-    for (; begin != end; ++begin) {
-      const Slot slot(*begin);
-      if (!Slot::EqualsNothing(*begin)) slots_[Find(slot)] = slot;
+  ElementSet(const Element* elements, std::size_t size)
+      : elements_(elements),
+        bits_(static_cast<int>(std::bit_width(size)) + 4),
+        filter_((std::size_t{1} << bits_) / 64 + 1),
+        first_(std::size_t{1} << (bits_ - 3)),
+        next_(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)) {
+    for (std::size_t i = 0; i < size; ++i) {
+      // What equals nothing is never found, and many of it would make one long chain.
+      if (!(elements[i] == elements[i])) continue;
+      const std::size_t cell = CellOf(elements[i]);
+      filter_[cell / 64] |= std::uint64_t{1} << cell % 64;
+      next_[i + 1] = std::exchange(first_[cell / 8], static_cast<std::uint32_t>(i + 1));
     }
   }
-  bool Contains(const Element& value) const { return !slots_[Find(Slot(value))].IsFree(); }
-
- private:
-  using Slot = SetSlot<Element>;
-
-  /// Where the value stands, or the free slot where it would.
-  std::size_t Find(const Slot& wanted) const {
-    std::size_t at = wanted.Hash() >> shift_;
-    while (!slots_[at].IsFreeOr(wanted)) at = (at + 1) & (slots_.size() - 1);
-    return at;
+  bool Contains(const Element& value) const {
+    const std::size_t cell = CellOf(value);
+    if ((filter_[cell / 64] >> cell % 64 & 1) == 0) return false;
+    std::uint32_t at = first_[cell / 8];
+    while (at != 0 && !(elements_[at - 1] == value)) at = next_[at];
+    return at != 0;
   }
 
-  std::vector<Slot> slots_;
-  int shift_;
+ private:
+  std::size_t CellOf(const Element& value) const { return Hash(value) >> (64 - bits_); }
+
+  const Element* elements_;
+  int bits_;
+  std::vector<std::uint64_t> filter_;
+  /// The last element of each chain and the one before each element, counted from 1; 0 for none.
+  std::vector<std::uint32_t> first_;
+  std::unique_ptr<std::uint32_t[]> next_;
 };
 
 }  // namespace formula
