@@ -27,6 +27,7 @@ class TNuvVector final : public TNuvTypedValue<TNuvVector<Element, Type>, Type> 
     CheckSize(size);
     elements_.Resize(size);
   }
+  void Clear() noexcept { elements_.Clear(); }
   Element& operator[](std::size_t index) noexcept { return elements_[index]; }
   const Element& operator[](std::size_t index) const noexcept { return elements_[index]; }
   /// The first element; null for an array that never held one.

@@ -86,6 +86,7 @@ class ElementSet {
         next_(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)) {
     for (std::size_t i = 0; i < size; ++i) {
       // What equals nothing is never found, and many of it would make one long chain.
+      // NOLINTNEXTLINE(misc-redundant-expression): so does a NaN.
       if (!(elements[i] == elements[i])) continue;
       const std::size_t cell = CellOf(elements[i]);
       filter_[cell / 64] |= std::uint64_t{1} << cell % 64;

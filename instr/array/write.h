@@ -51,6 +51,8 @@ struct Copies {
     result.AppendCopies(size, value);
   }
 };
+template <class Element>
+Copies(std::size_t size, Element value) -> Copies<Element>;
 
 /// The values that the host gave from the input `first` on.
 template <class E>
@@ -105,7 +107,7 @@ class EmptiedResult {
   EmptiedResult(const EmptiedResult&) = delete;
   EmptiedResult& operator=(const EmptiedResult&) = delete;
   ~EmptiedResult() {
-    if (!written_) result_.Resize(0);
+    if (!written_) result_.Clear();
   }
   template <class... Pieces>
   Status Write(const Pieces&... pieces) {
