@@ -85,8 +85,8 @@ class ElementSet {
         first_(std::size_t{1} << (bits_ - 3)),
         next_(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)) {
     for (std::size_t i = 0; i < size; ++i) {
-      // What equals nothing is never found, and many of it would make one long chain.
-      // NOLINTNEXTLINE(misc-redundant-expression): so does a NaN.
+      // A value that equals nothing is never found; many of them would make one long chain.
+      // NOLINTNEXTLINE(misc-redundant-expression): a NaN differs from itself.
       if (!(elements[i] == elements[i])) continue;
       const std::size_t cell = CellOf(elements[i]);
       filter_[cell / 64] |= std::uint64_t{1} << cell % 64;
