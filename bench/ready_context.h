@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "host/context.h"
@@ -21,11 +22,13 @@ inline const nuvhost::Catalogue& Loaded() {
   return catalogue;
 }
 
-/// The inputs stay the caller's; the results are its own.
+/// The inputs stay the caller's; the constants and the results are its own.
 class ReadyContext final : public IXInstrContext {
  public:
-  explicit ReadyContext(std::vector<CNuvObject>& inputs, std::size_t results = 1)
-      : results_(results) {
+  explicit ReadyContext(std::vector<CNuvObject>& inputs, std::size_t results = 1,
+                        std::vector<CNuvObject> constants = {})
+      : constants_(std::move(constants)), results_(results) {
+    for (CNuvObject& constant : constants_) constant_pointers_.push_back(&constant);
     Give(inputs);
     for (CNuvObject& result : results_) result_pointers_.push_back(&result);
   }
@@ -37,7 +40,7 @@ class ReadyContext final : public IXInstrContext {
   ReadyContext(const ReadyContext&) = delete;
   ReadyContext& operator=(const ReadyContext&) = delete;
   void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
-  CNuvObject** ConstantValues() override { return nullptr; }
+  CNuvObject** ConstantValues() override { return constant_pointers_.data(); }
   CNuvObject** InputValues() override { return input_pointers_.data(); }
   std::int32_t InputCount() override { return static_cast<std::int32_t>(input_pointers_.size()); }
   CNuvObject** ResultValues() override { return result_pointers_.data(); }
@@ -49,7 +52,9 @@ class ReadyContext final : public IXInstrContext {
   void* Service(std::int32_t number) override { return AllServices().Find(number); }
 
  private:
+  std::vector<CNuvObject> constants_;
   std::vector<CNuvObject> results_;
+  std::vector<CNuvObject*> constant_pointers_;
   std::vector<CNuvObject*> input_pointers_;
   std::vector<CNuvObject*> result_pointers_;
 };

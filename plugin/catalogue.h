@@ -49,7 +49,8 @@ using Catalogue = InstructionList<
     struct CNArrInsertRep, struct CNArrInsertArray, struct CNArrAppend, struct CNArrAppendRep,
     struct CNArrCreate, struct CNArrCreateInf, struct CNArrCreateRep, struct CNArrSort,
     struct CNArrConcatArr, struct CNArrDiff, struct CNArrGetRange, struct CNArrMathAbsolute,
-    struct CNArrMathSubtract, struct CNArrMathAdd, struct CNArrMathMultiply,
+    struct CNArrMathSubtract, struct CNArrMathAdd, struct CNArrMathMultiply, struct CNArrMathSmooth,
+    struct CNArrMathCorrelate, struct CNArrMathCorrelateCircular, struct CNArrMathIndexArray,
     struct CNArrMathConstMulAdd, struct CNArrMathMaximum, struct CNArrMathMinimum,
     struct CNArrMathExtrema, struct CNArrSetRange, struct CNArrReverse, struct CNArrMeanAndVar,
     struct CNArrMathThreshold, struct CNArrMathThresholdBand, struct CNArrMathClipLow,
@@ -68,14 +69,15 @@ using Catalogue = InstructionList<
     struct CPArrGetAt, struct CPArrSetAt, struct CPArrErase, struct CPArrEraseRange,
     struct CPArrSize, struct CPArrResize, struct CPArrInsert, struct CPArrInsertRep,
     struct CPArrAppend, struct CPArrAppendRep, struct CPArrCreate, struct CPArrCreateInf,
-    struct CPArrCreateRep, struct CPArrConcatArr, struct CPArrDiff, struct CPArrGetRange,
+    struct CPArrCreateRep, struct CPArrExtrema, struct CPArrConcatArr, struct CPArrDiff,
+    struct CPArrCluster1D, struct CPArrGetRange, struct CPArrSort,
     // Line arrays
     struct CLArrGetAt, struct CLArrSetAt, struct CLArrErase, struct CLArrEraseRange,
     struct CLArrSize, struct CLArrResize, struct CLArrInsert, struct CLArrInsertRep,
     struct CLArrAppend, struct CLArrAppendRep, struct CLArrCreate, struct CLArrCreateInf,
     struct CLArrCreateRep, struct CLArrConcatArr, struct CLArrDiff, struct CLArrGetRange>;
 
-static_assert(Catalogue::kSize == 177);
+static_assert(Catalogue::kSize == 184);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

@@ -11,19 +11,6 @@
 namespace formula {
 namespace {
 
-/// Elements of an array by their indices.
-template <class Vector>
-struct Picked {
-  const Vector& from;
-  const std::size_t* indices;
-  std::size_t size;
-
-  bool Reads(const Vector& result) const { return &from == &result; }
-  void AppendTo(Vector& result) const {
-    for (std::size_t i = 0; i < size; ++i) result.AppendCopies(1, from[indices[i]]);
-  }
-};
-
 /// Writes the elements of the array that the other one does not contain.
 template <class E, class Contains>
 Status WriteOthers(Call& call, const typename E::Vector& array, Contains contains) {

@@ -36,6 +36,19 @@ Slice<Vector> Tail(const Vector& array, std::size_t start) {
   return {array, start, array.Size() - start};
 }
 
+/// Elements of an array by their indices.
+template <class Vector>
+struct Picked {
+  const Vector& from;
+  const std::size_t* indices;
+  std::size_t size;
+
+  bool Reads(const Vector& result) const { return &from == &result; }
+  void AppendTo(Vector& result) const {
+    for (std::size_t i = 0; i < size; ++i) result.AppendCopies(1, from[indices[i]]);
+  }
+};
+
 /// A value, any number of times.
 template <class Element>
 struct Copies {

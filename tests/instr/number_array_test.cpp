@@ -9,17 +9,12 @@
 
 #include "instr/array/math/kernels.h"
 #include "instr/array/math/sort.h"
-#include "tests/instr/random_rounds.h"
+#include "tests/instr/any_arrays.h"
 #include "tests/instr/table.h"
 
 namespace {
 
 using formula::Extreme;
-using formula::Kernels;
-using Array = std::vector<double>;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 TEST(NumberArrays, Rows) {
   const InstructionRow rows[] = {
@@ -113,58 +108,6 @@ TEST(NumberArrays, ConstMulAddBySize) {
         }
       }
     }
-  }
-}
-
-/// Equal bits; NaN of any payload are equal where two of them met.
-void ExpectSame(const Array& a, const Array& b, bool any_nan = true) {
-  ASSERT_EQ(a.size(), b.size());
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (any_nan && std::isnan(a[i]) && std::isnan(b[i])) continue;
-    ASSERT_EQ(std::memcmp(&a[i], &b[i], sizeof a[i]), 0) << i << ": " << a[i] << ", " << b[i];
-  }
-}
-
-/// Arrays of every kind that could mislead a scan or a sort.
-Array AnyArray(std::mt19937_64& random, std::size_t size, unsigned kind) {
-  constexpr double kHostile[] = {0.0, -0.0, 1.0, -1.0, kNaN, -kNaN, kInfinity, -kInfinity};
-  Array array(size);
-  for (std::size_t i = 0; i < size; ++i) {
-    const auto step = static_cast<double>(i);
-    switch (kind % 8) {
-      case 0: array[i] = AnyNumber(random); break;
-      case 1: array[i] = kHostile[random() % 8]; break;
-      case 2: array[i] = kHostile[random() % 2]; break;
-      case 3: array[i] = static_cast<double>(random() % 256); break;
-      case 4: array[i] = random() % 9 == 0 ? kNaN : -step; break;
-      case 5: array[i] = step + static_cast<double>(random() % 2); break;
-      case 6: array[i] = 1.0 + std::ldexp(static_cast<double>(random() % 4096), -52); break;
-      default: array[i] = random() % 32 == 0 ? AnyNumber(random) : 0.5; break;
-    }
-  }
-  return array;
-}
-
-/// Runs a check on every kind of array, of all small sizes and some large ones.
-template <class Check>
-void ForArrays(Check check) {
-  std::mt19937_64 random(5);
-  for (std::size_t size = 0; size <= 134; ++size) {
-    const std::size_t length = size <= 130 ? size : 500 * (size - 130) + random() % 4000;
-    for (unsigned kind = 0; kind < 8; ++kind) {
-      SCOPED_TRACE(testing::Message() << "size " << length << ", kind " << kind);
-      check(random, AnyArray(random, length, kind));
-      if (testing::Test::HasFatalFailure()) return;
-    }
-  }
-}
-
-/// Runs a check on the table of every kind of lanes that this processor has.
-template <class Check>
-void ForTables(Check check) {
-  for (const Kernels* table : {&formula::kSse2Kernels, &formula::kAvx2Kernels}) {
-    SCOPED_TRACE(table == &formula::kSse2Kernels ? "SSE2" : "AVX2");
-    if (table == &formula::kSse2Kernels || table == formula::kKernels) check(*table);
   }
 }
 
@@ -270,56 +213,73 @@ TEST(NumberArrays, SortIsTheTotalOrder) {
   });
 }
 
-/// A call whose first result is one of its own inputs.
+/// A call one of whose results is one of its own inputs.
 class AliasContext final : public IXInstrContext {
  public:
-  AliasContext(nuvhost::CallContext& call, std::size_t input)
-      : call_(call), result_(&call.inputs[input]) {}
+  AliasContext(nuvhost::CallContext& call, std::size_t result, std::size_t input) : call_(call) {
+    for (CNuvObject& own : call.results) results_.push_back(&own);
+    results_[result] = &call.inputs[input];
+  }
   void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
   CNuvObject** ConstantValues() override { return call_.ConstantValues(); }
   CNuvObject** InputValues() override { return call_.InputValues(); }
   std::int32_t InputCount() override { return call_.InputCount(); }
-  CNuvObject** ResultValues() override { return &result_; }
+  CNuvObject** ResultValues() override { return results_.data(); }
   CNuvObject* ConstantValue(std::int32_t index) override { return call_.ConstantValue(index); }
-  CNuvObject* ResultValue(std::int32_t /*index*/) override { return result_; }
+  CNuvObject* ResultValue(std::int32_t index) override {
+    return results_[static_cast<std::size_t>(index)];
+  }
   void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
   void* Service(std::int32_t number) override { return call_.Service(number); }
 
  private:
   nuvhost::CallContext& call_;
-  CNuvObject* result_;
+  std::vector<CNuvObject*> results_;
 };
 
-// A host may wire a = f(a): whichever input is the result, the result is the usual one.
+void MakeAny(std::mt19937_64& random, CNuvObject& input) {
+  if (input.GetType() == NUV_OBJ_BOOL) input = random() % 2 == 0;
+  if (input.GetType() == NUV_OBJ_DOUBLE) input = static_cast<int>(random() % 48);
+  const Array values = AnyArray(random, random() % 200, 5);
+  for (const double x : values) {
+    if (input.GetType() == NUV_OBJ_DOUBLE_VECTOR) static_cast<CNuvDoubleVector&>(input).PushBack(x);
+    if (input.GetType() == NUV_OBJ_POINT_VECTOR) {
+      static_cast<CNuvPointVector&>(input).PushBack(
+          CNuvPoint(x, static_cast<double>(random() % 9)));
+    }
+  }
+}
+
+// A host may wire a = f(a): whichever input is the result, the results are the usual ones.
 TEST(NumberArrays, ResultMayBeAnInput) {
   nuvhost::Services services;
   std::mt19937_64 random(6);
   std::size_t calls = 0;
   for (const nuvhost::Instruction& instruction : BuiltCatalogue().Instructions()) {
     const DescriptorRecord& descriptor = *instruction.descriptor;
-    if (descriptor.category != std::string_view("Array: Number") ||
-        descriptor.results.Size() != 1) {
+    if (descriptor.category != std::string_view("Array: Number") &&
+        descriptor.category != std::string_view("Array: Point")) {
       continue;
     }
-    for (std::size_t alias = 0; alias < descriptor.inputs.Size(); ++alias) {
-      if (descriptor.results[0].type != NUV_PARAM_NUMBER_ARRAY ||
-          descriptor.inputs[alias].type != NUV_PARAM_NUMBER_ARRAY) {
+    const std::size_t inputs = descriptor.inputs.Size();
+    for (std::size_t pair = 0; pair < inputs * descriptor.results.Size(); ++pair) {
+      const std::size_t result = pair / inputs;
+      const std::size_t input = pair % inputs;
+      const std::uint32_t type = descriptor.inputs[input].type;
+      if ((type != NUV_PARAM_NUMBER_ARRAY && type != NUV_PARAM_POINT_ARRAY) ||
+          descriptor.results[result].type != type) {
         continue;
       }
       for (int round = 0; round < 12; ++round) {
         nuvhost::CallContext call(descriptor, services);
-        for (CNuvObject& input : call.inputs) {
-          if (input.GetType() == NUV_OBJ_BOOL) input = random() % 2 == 0;
-          if (input.GetType() == NUV_OBJ_DOUBLE) input = static_cast<int>(random() % 12);
-          if (input.GetType() != NUV_OBJ_DOUBLE_VECTOR) continue;
-          const Array values = AnyArray(random, random() % 200, 5);
-          for (const double x : values) static_cast<CNuvDoubleVector&>(input).PushBack(x);
-        }
+        for (CNuvObject& any : call.inputs) MakeAny(random, any);
         const std::int32_t status = call.Execute(*instruction.prototype);
-        AliasContext aliased(call, alias);
+        const std::vector<CNuvObject> wanted = call.results;
+        AliasContext aliased(call, result, input);
         EXPECT_EQ(static_cast<std::int32_t>(instruction.prototype->Execute(&aliased)), status);
-        if (status == 0) {
-          EXPECT_EQ(call.inputs[alias], call.results[0]) << descriptor.identifier << " " << alias;
+        for (std::size_t i = 0; status == 0 && i < wanted.size(); ++i) {
+          EXPECT_EQ(*aliased.ResultValue(static_cast<std::int32_t>(i)), wanted[i])
+              << descriptor.identifier << " " << result << " is " << input;
         }
         ++calls;
       }

@@ -53,7 +53,21 @@ struct Kernels {
   Extreme (*maximum)(const double* in, std::size_t size);
   Extreme (*minimum)(const double* in, std::size_t size);
   Extremes (*extrema)(const double* in, std::size_t size);
+
+  /// Passes of the filter (1, 2, 1) / 4, at most kSmoothPasses, over at least 3 elements to
+  /// another array. Both ends stay as they are, or are neighbours where the array is circular.
+  void (*smooth)(double* out, const double* in, std::size_t size, std::ptrdiff_t passes,
+                 bool circular);
+  /// The correlation of a pattern with every window of its size, from `search` and each of the
+  /// following elements on; 0 where the window or the pattern is constant, and how often that was.
+  /// The pattern is given by the differences from its mean and the root of their squares' sum.
+  /// Behind the last window there must be kCorrelationPadding more elements, of any value.
+  std::size_t (*correlate)(double* scores, const double* search, std::size_t windows,
+                           const double* differences, std::size_t size, double spread);
 };
+
+inline constexpr std::ptrdiff_t kSmoothPasses = 32;
+inline constexpr std::size_t kCorrelationPadding = 32;
 
 extern const Kernels kSse2Kernels;
 extern const Kernels kAvx2Kernels;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <functional>
+#include <numeric>
 
 namespace formula {
 namespace {
@@ -24,20 +26,22 @@ double ToNumber(Key key) {
 constexpr std::size_t kInsertionSize = 16;
 constexpr std::size_t kRadixSizeFrom = 64;
 
-void InsertionSort(Key* keys, std::size_t size) {
+template <class Before>
+void InsertionSort(Key* keys, std::size_t size, Before before) {
   for (std::size_t i = 1; i < size; ++i) {
     const Key key = keys[i];
     std::size_t at = i;
-    for (; at > 0 && keys[at - 1] > key; --at) keys[at] = keys[at - 1];
+    for (; at > 0 && before(key, keys[at - 1]); --at) keys[at] = keys[at - 1];
     keys[at] = key;
   }
 }
 
-void SortFew(Key* keys, std::size_t size) {
+template <class Before>
+void SortFew(Key* keys, std::size_t size, Before before) {
   if (size <= kInsertionSize) {
-    InsertionSort(keys, size);
-  } else {
-    std::sort(keys, keys + size);
+    InsertionSort(keys, size, before);
+  } else if (!std::is_sorted(keys, keys + size, before)) {  // equal keys often are
+    std::sort(keys, keys + size, before);
   }
 }
 
@@ -72,24 +76,24 @@ void Scatter(To* to, const From* from, std::size_t size, int shift, Buckets<kDig
 }
 
 /// Sorts the neighbours that agree above `shift`.
-void SortWithinTops(Key* keys, std::size_t size, int shift) {
+template <class Before>
+void SortWithinTops(Key* keys, std::size_t size, int shift, Before before) {
   for (std::size_t begin = 0; begin + 1 < size;) {
     const Key top = keys[begin] >> shift;
     std::size_t end = begin + 1;
     while (end < size && keys[end] >> shift == top) ++end;
-    if (end - begin > 1) SortFew(keys + begin, end - begin);
+    if (end - begin > 1) SortFew(keys + begin, end - begin, before);
     begin = end;
   }
 }
 
-/// Sorts the keys and leaves them less `smallest`. `spare` takes them in between.
-template <int kDigits, int kDigitBits>
-void RadixSort(Key* keys, double* spare, std::size_t size, Key smallest, Key largest) {
-  const int bits = static_cast<int>(std::bit_width(largest - smallest));
-  const int low = std::max(0, bits - kDigits * kDigitBits);
+/// Makes the keys key_of(0), key_of(1), ... and sorts them by their digits from the bit `low` on;
+/// keys equal in those keep their order. `spare` takes them in between.
+template <int kDigits, int kDigitBits, class KeyOf>
+void SortByDigits(Key* keys, double* spare, std::size_t size, int low, KeyOf key_of) {
   std::array<Buckets<kDigitBits>, kDigits> counts{};
   for (std::size_t i = 0; i < size; ++i) {
-    const Key key = keys[i] - smallest;
+    const Key key = key_of(i);
     keys[i] = key;
     for (int digit = 0; digit < kDigits; ++digit) {
       ++counts[digit][Digit<kDigitBits>(key, low + digit * kDigitBits)];
@@ -111,7 +115,24 @@ void RadixSort(Key* keys, double* spare, std::size_t size, Key smallest, Key lar
   if (in_spare) {
     for (std::size_t i = 0; i < size; ++i) keys[i] = std::bit_cast<Key>(spare[i]);
   }
-  if (low > 0) SortWithinTops(keys, size, low);
+}
+
+/// The same for keys of `bits` bits, by as many of the highest as pay, none below `bottom`.
+/// Returns the lowest bit that counted.
+template <class KeyOf>
+int SortByTops(Key* keys, double* spare, std::size_t size, int bottom, int bits, KeyOf key_of) {
+  if (size < kLargeDigitsFrom) {
+    const int low = std::max(bottom, bits - 3 * 8);
+    SortByDigits<3, 8>(keys, spare, size, low, key_of);
+    return low;
+  }
+  const int low = std::max(bottom, bits - 3 * 11);
+  SortByDigits<3, 11>(keys, spare, size, low, key_of);
+  return low;
+}
+
+bool RadixPays(std::size_t size) {
+  return size >= kRadixSizeFrom && size <= kRadixSizeTo;
 }
 
 }  // namespace
@@ -132,18 +153,53 @@ void SortNumbers(double* out, const double* in, std::size_t size, bool descendin
   Key base = 0;
   if (sorted) {
     // nothing left to do
-  } else if (size < kRadixSizeFrom || size > kRadixSizeTo) {
-    SortFew(scratch, size);
+  } else if (!RadixPays(size)) {
+    SortFew(scratch, size, std::less<>());
   } else {
     base = smallest;
-    (size < kLargeDigitsFrom ? RadixSort<3, 8> : RadixSort<3, 11>)(scratch, out, size, smallest,
-                                                                   largest);
+    const int bits = static_cast<int>(std::bit_width(largest - smallest));
+    const int low = SortByTops(scratch, out, size, 0, bits,
+                               [=](std::size_t i) { return scratch[i] - smallest; });
+    if (low > 0) SortWithinTops(scratch, size, low, std::less<>());
   }
   if (descending) {
     for (std::size_t i = 0; i < size; ++i) out[size - 1 - i] = ToNumber(scratch[i] + base);
   } else {
     for (std::size_t i = 0; i < size; ++i) out[i] = ToNumber(scratch[i] + base);
   }
+}
+
+void SortIndices(std::uint64_t* indices, const std::uint64_t* keys, std::size_t size,
+                 double* spare) {
+  Key smallest = ~Key{0};
+  Key largest = 0;
+  bool sorted = true;
+  for (std::size_t i = 0; i < size; ++i) {
+    const Key key = keys[i];
+    sorted &= key >= largest;  // the largest so far
+    smallest = std::min(smallest, key);
+    largest = std::max(largest, key);
+  }
+  const auto before = [keys](Key a, Key b) {
+    return keys[a] != keys[b] ? keys[a] < keys[b] : a < b;
+  };
+  if (sorted || !RadixPays(size)) {
+    std::iota(indices, indices + size, Key{0});
+    if (!sorted) SortFew(indices, size, before);
+    return;
+  }
+  // The highest bits in which keys differ stand above the index, which says what the rest are.
+  constexpr int kIndexBits = 32;
+  const int bits = static_cast<int>(std::bit_width(largest - smallest));
+  const int dropped = std::max(0, bits - 32);
+  const auto index = [](Key key) { return key & ~std::uint32_t{0}; };
+  const int low =
+      SortByTops(indices, spare, size, kIndexBits, kIndexBits + bits - dropped,
+                 [=](std::size_t i) { return (keys[i] - smallest) >> dropped << kIndexBits | i; });
+  if (low > kIndexBits || dropped > 0) {
+    SortWithinTops(indices, size, low, [=](Key a, Key b) { return before(index(a), index(b)); });
+  }
+  for (std::size_t i = 0; i < size; ++i) indices[i] = index(indices[i]);
 }
 
 }  // namespace formula

@@ -1,0 +1,142 @@
+// Normalised correlation: the cosine of the angle between two arrays less their means, from -1 to
+// 1 (Pearson's coefficient).
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "instr/array/math/kernels.h"
+#include "plugin/instruction.h"
+
+namespace formula {
+namespace {
+
+double Mean(const double* values, std::size_t size) {
+  double sum = 0.0;
+  for (std::size_t i = 0; i < size; ++i) sum += values[i];
+  return sum / static_cast<double>(size);
+}
+
+}  // namespace
+
+/// Of the elements that stand beside each other once array_2 has moved forward by the shift, or
+/// array_1 by a negative one.
+struct CNArrMathCorrelate final : Instruction<CNArrMathCorrelate> {
+  static constexpr Definition kDefinition{
+      .category = "Array: Number",
+      .name = "Correlate",
+      .identifier = "_Nuv_Array_CNArrMathCorrelate_",
+      .help = 460275,
+      .description = "Output = normalized_correlation(array_1, array_2)",
+      .inputs = {Numbers("array_1", "First input array"), Numbers("array_2", "Second input array"),
+                 Number("shift", 0.0, "Amount to shift array_1 relative to array_2")},
+      .results = {Number("correlation value"), Number("status"), Number("number of values used")}};
+
+  enum Outcome { kGood, kNoValues, kConstant };
+
+  static Status Run(Call& call) {
+    const CNuvDoubleVector& array_1 = call.Numbers(0);
+    const CNuvDoubleVector& array_2 = call.Numbers(1);
+    const std::int64_t shift = call.Integer(2);
+    const std::int64_t start_1 = std::max(-shift, std::int64_t{0});
+    const std::int64_t start_2 = std::max(shift, std::int64_t{0});
+    const std::int64_t count = std::min(static_cast<std::int64_t>(array_1.Size()) - start_1,
+                                        static_cast<std::int64_t>(array_2.Size()) - start_2);
+    if (count < 1) {
+      call.Warn("Correlate", "No array values to correlate!");
+      return Answer(call, 0.0, kNoValues, 0);
+    }
+    const double* x = array_1.GetStorage() + start_1;
+    const double* y = array_2.GetStorage() + start_2;
+    const auto size = static_cast<std::size_t>(count);
+    const double mean_x = Mean(x, size);
+    const double mean_y = Mean(y, size);
+    double sxy = 0.0;
+    double sxx = 0.0;
+    double syy = 0.0;
+    for (std::size_t i = 0; i < size; ++i) {
+      const double dx = x[i] - mean_x;
+      const double dy = y[i] - mean_y;
+      sxy += dx * dy;
+      sxx += dx * dx;
+      syy += dy * dy;
+    }
+    const double norm = std::sqrt(syy) * std::sqrt(sxx);
+    if (norm == 0.0) {
+      call.Warn("Correlate", "Constant array(s)!");
+      return Answer(call, 0.0, kConstant, size);
+    }
+    return Answer(call, sxy / norm, kGood, size);
+  }
+
+ private:
+  static Status Answer(Call& call, double value, Outcome outcome, std::size_t size) {
+    call.Set(0, value);
+    call.Set(1, static_cast<double>(outcome));
+    return call.Set(2, static_cast<double>(size));
+  }
+};
+
+/// Of the shorter array with every rotation of the longer. A rotation that is constant where the
+/// shorter one covers it scores 0 and is counted as invalid.
+/// Kept: a column of blanks stands in a description; hosts show it so.
+struct CNArrMathCorrelateCircular final : Instruction<CNArrMathCorrelateCircular> {
+  static constexpr Definition kDefinition{
+      .category = "Array: Number",
+      .name = "CorrelateCircular",
+      .identifier = "_Nuv_Array_CNArrMathCorrelateCircular_",
+      .help = 460282,
+      .description =
+          "Output array of normalized correlations between circular template and search arrays",
+      .inputs = {Numbers("array_1", "First input array of numbers"),
+                 Numbers("array_2", "Second input array of numbers"),
+                 Boolean("align scores", false,
+                         "If true, align array of correlation                 scores with smaller "
+                         "input array center position")},
+      .results = {Numbers("correlation scores"), Number("template size"), Number("# invalid")}};
+  static Status Run(Call& call) {
+    const bool align = call.Boolean(2);
+    CNuvDoubleVector& scores = call.NumbersResult(0);
+    const CNuvDoubleVector& array_1 = call.Numbers(0);
+    const CNuvDoubleVector& array_2 = call.Numbers(1);
+    if (array_1.Size() == 0 || array_2.Size() == 0) {
+      call.Warn("CorrelateCircular", "No array values to correlate!");
+      return Status::kSuccess;
+    }
+    const bool first_is_shorter = array_1.Size() <= array_2.Size();
+    const CNuvDoubleVector& pattern = first_is_shorter ? array_1 : array_2;
+    const CNuvDoubleVector& search = first_is_shorter ? array_2 : array_1;
+    const std::size_t pattern_size = pattern.Size();
+    const std::size_t size = search.Size();
+
+    // The differences of the pattern from its mean, then the search array with its beginning
+    // behind it. The scores, which may be an input, are written once these are made.
+    const std::size_t total = pattern_size + size + pattern_size + kCorrelationPadding;
+    const auto work = std::make_unique_for_overwrite<double[]>(total);
+    double* differences = work.get();
+    const double mean = Mean(pattern.GetStorage(), pattern_size);
+    double squares = 0.0;
+    for (std::size_t i = 0; i < pattern_size; ++i) {
+      const double difference = pattern[i] - mean;
+      differences[i] = difference;
+      squares += difference * difference;
+    }
+    double* circle = differences + pattern_size;
+    double* end = std::copy_n(search.GetStorage(), size, circle);
+    end = std::copy_n(search.GetStorage(), pattern_size, end);
+    std::fill_n(end, kCorrelationPadding, 0.0);
+
+    scores.Resize(size);
+    double* out = scores.GetStorage();
+    const std::size_t invalid =
+        kKernels->correlate(out, circle, size, differences, pattern_size, std::sqrt(squares));
+    if (align && pattern_size >= 3) std::rotate(out, out + (size - pattern_size / 2), out + size);
+    call.Set(1, static_cast<double>(pattern_size));
+    return call.Set(2, static_cast<double>(invalid));
+  }
+};
+
+template IXInstrPlugin* NewInstruction<CNArrMathCorrelate>() noexcept;
+template IXInstrPlugin* NewInstruction<CNArrMathCorrelateCircular>() noexcept;
+
+}  // namespace formula

@@ -1,0 +1,81 @@
+// Smoothing number arrays.
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "instr/array/math/kernels.h"
+#include "plugin/instruction.h"
+
+namespace formula {
+namespace {
+
+/// Smooths `in` to `out`, which may be `in`. `spare` has room for as many elements where they are
+/// one or where the passes are more than kSmoothPasses.
+void SmoothTimes(double* out, const double* in, double* spare, std::size_t size,
+                 std::ptrdiff_t passes, bool circular) {
+  const std::size_t bytes = size * sizeof(double);
+  const double* from = in;
+  while (passes > 0) {
+    // Whole rounds come last: one that changes nothing leaves nothing to do.
+    const std::ptrdiff_t odd = passes % kSmoothPasses;
+    const std::ptrdiff_t round = odd == 0 ? kSmoothPasses : odd;
+    double* to = from == out ? spare : out;
+    kKernels->smooth(to, from, size, round, circular);
+    if (round == kSmoothPasses && std::memcmp(to, from, bytes) == 0) break;
+    from = to;
+    passes -= round;
+  }
+  if (from != out) std::memcpy(out, from, bytes);
+}
+
+}  // namespace
+
+/// The filter (1, 2, 1) / 4 over each element and its neighbours, repeated. The ends stay as they
+/// are, or are each other's neighbours where the array is circular.
+struct CNArrMathSmooth final : Instruction<CNArrMathSmooth> {
+  static constexpr Definition kDefinition{
+      .category = "Array: Number",
+      .name = "Smooth",
+      .identifier = "_Nuv_Array_CNArrMathSmooth_",
+      .help = 460252,
+      .description = "Smoothed input array values with an 1,2,1 approximation to a Gaussian",
+      .inputs = {Numbers("array", "Input array"),
+                 Number("passes", 1.0, "Number of smoothing passes"),
+                 Boolean("circular", false, "If true, 'array' is circular"),
+                 Boolean("duplicate ends", false,
+                         "If true, duplicate array value 1 to 0 and last-1 to last")},
+      .results = {Numbers("Smoothed array")}};
+  static Status Run(Call& call) {
+    const std::int32_t passes = call.Truncated(1);
+    const bool circular = call.Boolean(2);
+    const bool duplicate_ends = call.Boolean(3);
+    CNuvDoubleVector& result = call.NumbersResult(0);
+    const CNuvDoubleVector& array = call.Numbers(0);
+    const std::size_t size = array.Size();
+    const bool shared = &result == &array;
+    if (passes < 1 || size < 3) {
+      // Kept: what is circular and not smoothed comes out with two zeros behind it; saved programs
+      // count on the length.
+      result.Resize(circular ? size + 2 : size);
+      double* out = result.GetStorage();
+      if (!shared) std::copy_n(array.GetStorage(), size, out);
+      std::fill(out + size, out + result.Size(), 0.0);
+      return Status::kSuccess;
+    }
+    std::unique_ptr<double[]> spare;
+    if (shared || passes > kSmoothPasses) spare = std::make_unique_for_overwrite<double[]>(size);
+    result.Resize(size);
+    double* out = result.GetStorage();
+    SmoothTimes(out, array.GetStorage(), spare.get(), size, passes, circular);
+    if (duplicate_ends) {
+      out[0] = out[1];
+      out[size - 1] = out[size - 2];
+    }
+    return Status::kSuccess;
+  }
+};
+
+template IXInstrPlugin* NewInstruction<CNArrMathSmooth>() noexcept;
+
+}  // namespace formula

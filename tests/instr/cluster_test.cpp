@@ -1,0 +1,179 @@
+// Clustering and the point arrays' algorithms against the plain ones.
+
+#include "instr/array/cluster.h"
+
+#include <algorithm>
+#include <cmath>
+#include <compare>
+#include <utility>
+
+#include "tests/instr/any_arrays.h"
+#include "tests/instr/table.h"
+
+namespace {
+
+using nuvhost::Json;
+
+TEST(Points, Rows) {
+  constexpr const char* kLine =
+      R"([{"x":0,"y":0},{"x":1,"y":0},{"x":2,"y":0},{"x":3,"y":0},{"x":10,"y":0}])";
+  const std::string half = std::string("[") + kLine + ",0.5]";
+  const std::string none = std::string("[") + kLine + ",0]";
+  const std::string hundred = std::string("[") + kLine + ",100]";
+  const std::string everything = std::string("[") + Json::parse(kLine).dump() + ",[],100]";
+  const InstructionRow rows[] = {
+      {"_Nuv_Array_CPArrExtrema_", R"([[{"x":3,"y":-1},{"x":"NaN","y":7},{"x":-2,"y":0}]])",
+       "[-2,3,-1,7]"},
+      {"_Nuv_Array_CPArrExtrema_", "[[]]",
+       "[1.7976931348623157e+308,-1.7976931348623157e+308,1.7976931348623157e+308,"
+       "-1.7976931348623157e+308]"},
+      {"_Nuv_Array_CPArrExtrema_", R"([[{"x":"Infinity","y":"-Infinity"}]])",
+       R"([1.7976931348623157e+308,"Infinity","-Infinity",-1.7976931348623157e+308])"},
+      {"_Nuv_Array_CPArrCluster1D_", half.c_str(),
+       R"([[{"x":0,"y":0},{"x":1,"y":0},{"x":2,"y":0}],[{"x":3,"y":0},{"x":10,"y":0}],60])"},
+      {"_Nuv_Array_CPArrCluster1D_", none.c_str(),
+       R"([[{"x":0,"y":0}],[{"x":1,"y":0},{"x":2,"y":0},{"x":3,"y":0},{"x":10,"y":0}],20])"},
+      {"_Nuv_Array_CPArrCluster1D_", hundred.c_str(), everything.c_str()},
+      {"_Nuv_Array_CPArrCluster1D_",  // two clusters of two: the first wins, 2 of 4
+       R"([[{"x":0,"y":0},{"x":1,"y":0},{"x":9,"y":0},{"x":17,"y":0}]])",
+       R"([[{"x":1,"y":0},{"x":9,"y":0},{"x":17,"y":0}],[{"x":0,"y":0}],75])"},
+      {"_Nuv_Array_CPArrCluster1D_", R"([[{"x":0,"y":0},{"x":1,"y":0},{"x":9,"y":0}],"NaN"])",
+       R"([[{"x":0,"y":0}],[{"x":1,"y":0},{"x":9,"y":0}],33])"},
+  };
+  CheckRows(rows);
+}
+
+// A failure empties the results; only the tolerance has a message.
+TEST(Points, ClusteringFails) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  const struct {
+    const char* inputs;
+    bool told;
+  } rows[] = {{"[[],1]", false},
+              {R"([[{"x":1,"y":1},{"x":2,"y":1}],-1])", false},
+              {R"([[{"x":1,"y":1},{"x":2,"y":1},{"x":3,"y":1}],-1e-300])", true}};
+  for (const auto& row : rows) {
+    const Json answer =
+        Exec(session, R"({"instr":"_Nuv_Array_CPArrCluster1D_","in":)" + std::string(row.inputs) +
+                          R"(,"prev":[[{"x":1,"y":2}],[{"x":1,"y":2}],5]})");
+    EXPECT_EQ(answer["status"], 3);
+    EXPECT_EQ(answer["out"].dump(), "[[],[],0]");
+    Json messages = Json::array({{{"severity", 2},
+                                  {"source", "Remove Isolated Outliers"},
+                                  {"text", "Negative tolerance is not a valid input."}}});
+    EXPECT_EQ(answer.value("messages", Json::array()), row.told ? messages : Json::array());
+  }
+}
+
+/// Every cluster with its members, its centre summed afresh for each of them.
+std::vector<std::size_t> ClusterPlainly(const Array& values, double tolerance) {
+  struct Cluster {
+    double centre = 0.0;
+    std::vector<std::size_t> members;
+  };
+  std::vector<Cluster> clusters;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    Cluster* nearest = nullptr;
+    double least = 0.0;
+    for (Cluster& cluster : clusters) {
+      const double distance = std::fabs(cluster.centre - values[i]);
+      if (!(distance < tolerance) || (nearest != nullptr && !(distance < least))) continue;
+      nearest = &cluster;
+      least = distance;
+    }
+    if (nearest == nullptr) nearest = &clusters.emplace_back();
+    nearest->members.push_back(i);
+    double sum = 0.0;
+    for (const std::size_t member : nearest->members) sum += values[member];
+    nearest->centre = sum / static_cast<double>(nearest->members.size());
+  }
+  std::vector<std::size_t> largest;
+  for (const Cluster& cluster : clusters) {
+    if (cluster.members.size() > largest.size()) largest = cluster.members;
+  }
+  return largest;
+}
+
+double HostileValue(std::mt19937_64& random, unsigned kind, std::size_t size) {
+  constexpr double kHuge = 1.6e308;
+  constexpr double kHostile[] = {kInfinity, -kInfinity, kNaN, kHuge, -kHuge, 0.0, -0.0, 5e-324};
+  const std::uint64_t bits = random();
+  switch (kind) {
+    case 0: return static_cast<double>(bits % (4 * size));         // many ties
+    case 1: return static_cast<double>(bits % 12) / 4.0;           // few clusters
+    case 2: return kHostile[bits % 8];                             // sums overflow
+    case 3: return 0x1p53 + static_cast<double>(bits % 64) * 2.0;  // rounded ties
+    case 4: return random() % 16 == 0 ? AnyNumber(random) : 3.0;   // of every magnitude
+    default: return std::ldexp(static_cast<double>(bits >> 11), -50) * static_cast<double>(size);
+  }
+}
+
+TEST(Points, ClusteringIsThePlainOne) {
+  std::mt19937_64 random(11);
+  constexpr double kTolerances[] = {0.5,       1.0,  1.5, 3.0,  100.0, 5e-324, 1e308,
+                                    kInfinity, 0.25, 0.0, kNaN, 2.0,   4.0};
+  for (int round = 0; round < RandomRounds(3000); ++round) {
+    const std::size_t size = round % 250 == 249 ? 4000 : random() % (round % 25 == 24 ? 900 : 60);
+    const unsigned kind = static_cast<unsigned>(round) % 6;
+    const double tolerance = kTolerances[random() % std::size(kTolerances)];
+    Array values(size);
+    for (double& value : values) value = HostileValue(random, kind, size);
+    // Which members some cluster has shows once it is the largest.
+    if (size > 0 && random() % 2 == 0) values.insert(values.end(), 40, values[random() % size]);
+    ASSERT_EQ(formula::LargestCluster(values, tolerance), ClusterPlainly(values, tolerance))
+        << "round " << round << ", size " << size << ", tolerance " << tolerance;
+  }
+}
+
+// The centres of many clusters drift past each other, and whole blocks of them come to nothing.
+TEST(Points, ClustersThatMoveAndVanish) {
+  std::mt19937_64 random(12);
+  for (int round = 0; round < 20; ++round) {
+    Array values;
+    for (int i = 0; i < 700; ++i) values.push_back(static_cast<double>(i) * 2e305);
+    std::shuffle(values.begin(), values.end(), random);
+    for (int i = 0; i < 1500; ++i) {
+      const double target = round % 2 == 0 ? values[random() % 700] : 1.7e308;
+      values.push_back(target * (1.0 - static_cast<double>(random() % 1000) * 1e-6));
+    }
+    const double tolerance = 1.5e305 + 1e305 * (round % 7);
+    ASSERT_EQ(formula::LargestCluster(values, tolerance), ClusterPlainly(values, tolerance));
+  }
+}
+
+double Key(const CNuvPoint& point, int criterion) {
+  if (criterion == 2 || criterion == 3) return point.y;
+  if (criterion != 4 && criterion != 5) return point.x;
+  const double sum = point.x * point.x + point.y * point.y;
+  return std::isnan(sum) ? kNaN : sum;
+}
+
+TEST(Points, SortIsStableInTheTotalOrder) {
+  nuvhost::Services services;
+  const nuvhost::Instruction& sort = *BuiltCatalogue().FindIdentifier("_Nuv_Array_CPArrSort_");
+  nuvhost::CallContext call(*sort.descriptor, services);
+  ForArrays([&](std::mt19937_64& random, const Array& x) {
+    if (x.size() % 3 == 1 && x.size() < 64) return;
+    const Array y = AnyArray(random, x.size(), static_cast<unsigned>(random() % 8));
+    auto& points = static_cast<CNuvPointVector&>(call.inputs[0]);
+    points.Resize(0);
+    for (std::size_t i = 0; i < x.size(); ++i) points.PushBack(CNuvPoint(x[i], y[i]));
+    for (int criterion = -1; criterion <= 6; ++criterion) {
+      std::vector<CNuvPoint> wanted(points.GetStorage(), points.GetStorage() + points.Size());
+      const bool descending = criterion == 1 || criterion == 3 || criterion == 5;
+      std::stable_sort(wanted.begin(), wanted.end(), [&](const CNuvPoint& a, const CNuvPoint& b) {
+        const double first = Key(descending ? b : a, criterion) + 0.0;
+        return std::strong_order(first, Key(descending ? a : b, criterion) + 0.0) < 0;
+      });
+      call.constants[0] = criterion;
+      ASSERT_EQ(call.Execute(*sort.prototype), 0);
+      const auto& sorted = static_cast<const CNuvPointVector&>(std::as_const(call.results[0]));
+      ASSERT_EQ(sorted.Size(), wanted.size());
+      for (std::size_t i = 0; i < wanted.size(); ++i) {
+        ExpectSame({sorted[i].x, sorted[i].y}, {wanted[i].x, wanted[i].y}, false);
+      }
+    }
+  });
+}
+
+}  // namespace

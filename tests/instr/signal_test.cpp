@@ -1,0 +1,297 @@
+// Smoothing, correlation and order of number arrays against the plain algorithms.
+
+#include <algorithm>
+#include <compare>
+#include <numeric>
+
+#include "instr/array/math/sort.h"
+#include "tests/instr/any_arrays.h"
+#include "tests/instr/table.h"
+
+namespace {
+
+using nuvhost::Json;
+
+TEST(Signals, Rows) {
+  const InstructionRow rows[] = {
+      {"_Nuv_Array_CNArrMathSmooth_", "[[0, 0, 4, 0, 0]]", "[[0,1,2,1,0]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[8, 0, 0, 4], 2.9]", "[[8,3.25,2,4]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[4, 0, 0, 0], 1, true]", "[[2,1,0,1]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[4, 0, 0, 8], 1, false, true]", "[[1,1,2,2]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[4, 0, 0, 8], 1, true, true]", "[[1,1,2,2]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[1, 5], 3, false, true]", "[[1,5]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[1, 2, 3], 0, true, true]", "[[1,2,3,0,0]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[1, 2, 4], 0.9, false, true]", "[[1,2,4]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", R"([[1, 2, 4], "NaN"])", "[[1,2,4]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[7], 1, true]", "[[7,0,0]]"},
+      {"_Nuv_Array_CNArrMathSmooth_", "[[], 1, true]", "[[0,0]]"},
+      {"_Nuv_Array_CNArrMathCorrelate_", "[[0, 2, 0, 2], [5, 9, 5, 9, 7]]", "[1,0,4]"},
+      {"_Nuv_Array_CNArrMathCorrelate_", "[[0, 2, 0, 2], [7, 6, 4, 6, 4], 1.9]", "[-1,0,4]"},
+      {"_Nuv_Array_CNArrMathCorrelate_", "[[9, 9, 0, 2, 0, 2], [5, 9, 5, 9], -2]", "[1,0,4]"},
+      {"_Nuv_Array_CNArrMathCorrelate_", R"([["NaN", 2], [1, 2]])", R"(["NaN",0,2])"},
+      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[0, 0, 2, 2], [2, 0, 0, 2]]",
+       "[[0,1,0,-1],4,0]"},
+      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[2, 0, 0, 2], [0, 0, 2, 2], true]",
+       "[[0,1,0,-1],4,0]"},
+      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[3, 3], [1, 2, 3], true]", "[[0,0,0],2,3]"},
+      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[1, 2], [5]]", "[[0,0],1,2]"},
+      {"_Nuv_Array_CNArrMathIndexArray_", "[[3, 1, 2]]", "[[0,2,1]]"},
+      {"_Nuv_Array_CNArrMathIndexArray_", R"([[-0.0, "NaN", 0, "Infinity", -1, 0]])",
+       "[[1,3,0,2,5,4]]"},
+      {"_Nuv_Array_CNArrMathIndexArray_", "[[5]]", "[[0]]"},
+      {"_Nuv_Array_CNArrMathIndexArray_", "[[]]", "[[]]"},
+  };
+  CheckRows(rows);
+}
+
+// Neither correlation fails; both tell the user, and one leaves its results as they were.
+TEST(Signals, CorrelationsWarn) {
+  const struct {
+    const char* source;
+    const char* inputs;
+    const char* outputs;
+    const char* text;
+  } rows[] = {
+      {"Correlate", "[[1, 2], [1, 2], 2]", "[0,1,0]", "No array values to correlate!"},
+      {"Correlate", "[[1, 2], [1, 2], -2147483648]", "[0,1,0]", "No array values to correlate!"},
+      {"Correlate", R"([[1, 2], [1, 2], "NaN"])", "[0,1,0]", "No array values to correlate!"},
+      {"Correlate", "[[], []]", "[0,1,0]", "No array values to correlate!"},
+      {"Correlate", "[[1, 2, 9], [3, 3]]", "[0,2,2]", "Constant array(s)!"},
+      {"CorrelateCircular", "[[], [1, 2]]", "[7,8,9]", "No array values to correlate!"},
+      {"CorrelateCircular", "[[1], []]", "[7,8,9]", "No array values to correlate!"},
+  };
+  nuvhost::ExecSession session(BuiltCatalogue());
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.inputs);
+    const bool circular = row.source == std::string("CorrelateCircular");
+    const std::string previous = circular ? "[[7],8,9]" : "[7,8,9]";
+    const Json answer =
+        Exec(session, R"({"instr":"_Nuv_Array_CNArrMath)" + std::string(row.source) +
+                          R"(_","in":)" + row.inputs + R"(,"prev":)" + previous + "}");
+    EXPECT_EQ(answer["status"], 0);
+    EXPECT_EQ(answer["out"].dump(), circular ? previous : row.outputs);
+    const Json message = {{"severity", 1}, {"source", row.source}, {"text", row.text}};
+    EXPECT_EQ(answer["messages"], Json::array({message}));
+  }
+}
+
+/// The filter element by element and pass by pass, two elements of the circle behind its end.
+Array SmoothPlainly(Array a, std::int64_t passes, bool circular) {
+  const std::size_t n = a.size();
+  if (circular) a.resize(n + 2);
+  for (; passes > 0; --passes) {
+    if (circular) {
+      a[n] = a[0];
+      a[n + 1] = a[1];
+    }
+    double before = a[0];
+    for (std::size_t i = 1; i + 1 < a.size(); ++i) {
+      const double old = a[i];
+      a[i] = (before + 2.0 * old + a[i + 1]) * 0.25;
+      before = old;
+    }
+    if (circular) a[0] = a[n];
+  }
+  a.resize(n);
+  return a;
+}
+
+void CheckSmooth(const Kernels& k) {
+  ForArrays([&](std::mt19937_64& random, const Array& in) {
+    if (in.size() < 3) return;
+    const auto most = static_cast<std::uint64_t>(formula::kSmoothPasses);
+    for (const std::uint64_t passes : {std::uint64_t{1}, 2 + random() % (most - 2), most}) {
+      for (const bool circular : {false, true}) {
+        const auto count = static_cast<std::ptrdiff_t>(passes);
+        Array out(in.size());
+        k.smooth(out.data(), in.data(), in.size(), count, circular);
+        ExpectSame(out, SmoothPlainly(in, count, circular));
+      }
+    }
+  });
+}
+
+TEST(Signals, SmoothInBothTables) {
+  ForTables(CheckSmooth);
+}
+
+void SetArray(CNuvObject& object, const Array& values) {
+  auto& vector = static_cast<CNuvDoubleVector&>(object);
+  vector.Resize(values.size());
+  std::ranges::copy(values, vector.GetStorage());
+}
+
+Array GetArray(const CNuvObject& object) {
+  const auto& vector = static_cast<const CNuvDoubleVector&>(object);
+  return {vector.GetStorage(), vector.GetStorage() + vector.Size()};
+}
+
+// More passes than a kernel does at once, until nothing changes any more.
+TEST(Signals, SmoothManyTimes) {
+  nuvhost::Services services;
+  const nuvhost::Instruction& smooth =
+      *BuiltCatalogue().FindIdentifier("_Nuv_Array_CNArrMathSmooth_");
+  std::mt19937_64 random(7);
+  nuvhost::CallContext call(*smooth.descriptor, services);
+  for (unsigned round = 0; round < 240; ++round) {
+    const Array in = AnyArray(random, 3 + random() % (round % 3 == 0 ? 5 : 80), round);
+    const bool circular = random() % 2 == 0;
+    const int passes = static_cast<int>(random() % (round % 3 == 0 ? 5000 : 200));
+    SCOPED_TRACE(testing::Message() << in.size() << " elements, " << passes << " passes");
+    SetArray(call.inputs[0], in);
+    call.inputs[1] = passes;
+    call.inputs[2] = circular;
+    ASSERT_EQ(call.Execute(*smooth.prototype), 0);
+    Array wanted = SmoothPlainly(in, passes, circular);
+    if (circular && passes == 0) wanted.resize(in.size() + 2);
+    ExpectSame(GetArray(call.results[0]), wanted);
+  }
+  // A host may ask for two thousand million passes.
+  const Array in = {0.0, 1.0, 1.0, 4.0};
+  SetArray(call.inputs[0], in);
+  call.inputs[1] = std::numeric_limits<int>::max();
+  call.inputs[2] = false;
+  ASSERT_EQ(call.Execute(*smooth.prototype), 0);
+  ExpectSame(GetArray(call.results[0]), SmoothPlainly(in, 5000, false));
+}
+
+struct Scores {
+  Array scores;
+  std::size_t invalid = 0;
+};
+
+/// Every window of the circle on its own.
+Scores CorrelatePlainly(const Array& pattern, const Array& search, bool align) {
+  const std::size_t t = pattern.size();
+  const std::size_t s = search.size();
+  Array circle = search;
+  circle.insert(circle.end(), search.begin(), search.begin() + static_cast<std::ptrdiff_t>(t));
+  const auto count = static_cast<double>(t);
+  const double pattern_mean = std::accumulate(pattern.begin(), pattern.end(), 0.0) / count;
+  double squares = 0.0;
+  for (const double x : pattern) squares += (x - pattern_mean) * (x - pattern_mean);
+  Scores found{Array(s)};
+  for (std::size_t p = 0; p < s; ++p) {
+    const double* w = circle.data() + p;
+    const double mean = std::accumulate(w, w + t, 0.0) / count;
+    double product = 0.0;
+    double own = 0.0;
+    for (std::size_t i = 0; i < t; ++i) {
+      product += (w[i] - mean) * (pattern[i] - pattern_mean);
+      own += (w[i] - mean) * (w[i] - mean);
+    }
+    const double norm = std::sqrt(own) * std::sqrt(squares);
+    if (norm != 0) {
+      found.scores[p] = product / norm;
+    } else {
+      ++found.invalid;
+    }
+  }
+  if (!align || t < 3) return found;
+  Array aligned(s);
+  for (std::size_t i = 0; i < s; ++i) aligned[i] = found.scores[(i + s - t / 2) % s];
+  return {aligned, found.invalid};
+}
+
+void CheckCorrelate(const Kernels& k) {
+  std::mt19937_64 random(8);
+  for (unsigned round = 0; round < 1500; ++round) {
+    const std::size_t s = 1 + random() % (round % 50 == 0 ? 700 : 70);
+    const std::size_t t = 1 + random() % s;
+    // Kinds that are often constant, that are not, and mixed.
+    const Array pattern = AnyArray(random, t, round % 7 == 0 ? 2 : round / 8);
+    const Array search = AnyArray(random, s, round);
+    SCOPED_TRACE(testing::Message() << "round " << round << ": " << t << " in " << s);
+    const Scores wanted = CorrelatePlainly(pattern, search, false);
+    const double mean =
+        std::accumulate(pattern.begin(), pattern.end(), 0.0) / static_cast<double>(t);
+    Array differences(t);
+    double squares = 0.0;
+    for (std::size_t i = 0; i < t; ++i) {
+      differences[i] = pattern[i] - mean;
+      squares += differences[i] * differences[i];
+    }
+    Array circle = search;
+    circle.insert(circle.end(), search.begin(), search.begin() + static_cast<std::ptrdiff_t>(t));
+    circle.resize(circle.size() + formula::kCorrelationPadding, round % 2 == 0 ? kNaN : 0.0);
+    Scores found{Array(s)};
+    found.invalid = k.correlate(found.scores.data(), circle.data(), s, differences.data(), t,
+                                std::sqrt(squares));
+    EXPECT_EQ(found.invalid, wanted.invalid);
+    ExpectSame(found.scores, wanted.scores);
+    if (testing::Test::HasFailure()) return;
+  }
+}
+
+TEST(Signals, CorrelateInBothTables) {
+  ForTables(CheckCorrelate);
+}
+
+TEST(Signals, CorrelateCircularIsThePlainOne) {
+  nuvhost::Services services;
+  const nuvhost::Instruction& correlate =
+      *BuiltCatalogue().FindIdentifier("_Nuv_Array_CNArrMathCorrelateCircular_");
+  std::mt19937_64 random(9);
+  nuvhost::CallContext call(*correlate.descriptor, services);
+  for (unsigned round = 0; round < 400; ++round) {
+    const Array first = AnyArray(random, 1 + random() % 40, round);
+    const Array second = AnyArray(random, 1 + random() % 40, round / 8);
+    const bool align = random() % 2 == 0;
+    SetArray(call.inputs[0], first);
+    SetArray(call.inputs[1], second);
+    call.inputs[2] = align;
+    ASSERT_EQ(call.Execute(*correlate.prototype), 0);
+    const bool swapped = second.size() < first.size();
+    const Array& pattern = swapped ? second : first;
+    const Scores wanted = CorrelatePlainly(pattern, swapped ? first : second, align);
+    ExpectSame(GetArray(call.results[0]), wanted.scores);
+    EXPECT_EQ(static_cast<double>(call.results[1]), static_cast<double>(pattern.size()));
+    EXPECT_EQ(static_cast<double>(call.results[2]), static_cast<double>(wanted.invalid));
+    if (testing::Test::HasFailure()) return;
+  }
+}
+
+// A stable sort in the total order in which zeros are equal, for each method of IndexArray.
+TEST(Signals, IndexArrayIsAStableSort) {
+  nuvhost::Services services;
+  const nuvhost::Instruction& index =
+      *BuiltCatalogue().FindIdentifier("_Nuv_Array_CNArrMathIndexArray_");
+  nuvhost::CallContext call(*index.descriptor, services);
+  ForArrays([&](std::mt19937_64& /*random*/, const Array& in) {
+    for (const int method : {-1, 0, 1, 2, 3}) {
+      Array wanted(in.size());
+      std::iota(wanted.begin(), wanted.end(), 0.0);
+      const auto value = [&](double at) { return in[static_cast<std::size_t>(at)] + 0.0; };
+      const auto ascending = [&](double a, double b) {
+        return std::strong_order(value(a), value(b)) < 0;
+      };
+      const auto descending = [&](double a, double b) { return ascending(b, a); };
+      if (method == 1) std::stable_sort(wanted.begin(), wanted.end(), descending);
+      if (method == 2) std::stable_sort(wanted.begin(), wanted.end(), ascending);
+      SetArray(call.inputs[0], in);
+      call.constants[0] = method;
+      ASSERT_EQ(call.Execute(*index.prototype), 0);
+      ExpectSame(GetArray(call.results[0]), wanted, false);
+    }
+  });
+}
+
+// Few of the highest bits differ, and those that do differ far below: all keys meet in one bucket.
+TEST(Signals, IndicesOfKeysThatDifferInTheirLowestBits) {
+  std::mt19937_64 random(10);
+  for (const std::size_t size : {100U, 1000U, 9000U}) {
+    std::vector<std::uint64_t> keys(size);
+    for (std::uint64_t& key : keys) key = random() % (size / 3);
+    keys[random() % size] = ~std::uint64_t{0};
+    std::vector<std::uint64_t> wanted(size);
+    std::iota(wanted.begin(), wanted.end(), 0U);
+    std::stable_sort(wanted.begin(), wanted.end(),
+                     [&](std::uint64_t a, std::uint64_t b) { return keys[a] < keys[b]; });
+    std::vector<std::uint64_t> indices(size);
+    Array spare(size);
+    formula::SortIndices(indices.data(), keys.data(), size, spare.data());
+    EXPECT_EQ(indices, wanted);
+  }
+}
+
+}  // namespace
