@@ -43,6 +43,9 @@ using Catalogue = InstructionList<
     struct CFindStrReverse, struct CFindStrNth, struct CReplaceStr, struct CGetAt, struct CSetAtStr,
     struct CLenStr, struct CInsertAtStr, struct CNumberToString, struct CStringToNumber,
     struct CWordLengthStr,
+    // System
+    struct CSystemBeep, struct CSystemMsgBox, struct CSystemMsgBeep,
+    struct CSystemGenerateProgramEvent,
     // Number arrays
     struct CNArrGetAt, struct CNArrSetAt, struct CNArrErase, struct CNArrEraseRange,
     struct CNArrSize, struct CNArrResize, struct CNArrCopyArray, struct CNArrInsert,
@@ -75,9 +78,11 @@ using Catalogue = InstructionList<
     struct CLArrGetAt, struct CLArrSetAt, struct CLArrErase, struct CLArrEraseRange,
     struct CLArrSize, struct CLArrResize, struct CLArrInsert, struct CLArrInsertRep,
     struct CLArrAppend, struct CLArrAppendRep, struct CLArrCreate, struct CLArrCreateInf,
-    struct CLArrCreateRep, struct CLArrConcatArr, struct CLArrDiff, struct CLArrGetRange>;
+    struct CLArrCreateRep, struct CLArrConcatArr, struct CLArrDiff, struct CLArrGetRange,
+    // Keyboard
+    struct CNuvKbdTestOneKey, struct CNuvKbdTestOneKeyStr, struct CNuvKbdTestAnyKey>;
 
-static_assert(Catalogue::kSize == 184);
+static_assert(Catalogue::kSize == 191);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

@@ -205,6 +205,7 @@ static void ProveCatalogue(void* library) {
   CHECK(LibInit(library) == INSTRUCTIONS);
   for (int i = 0; i < INSTRUCTIONS; ++i) CHECK(WalkDescriptor(descriptors[i]) == hashes[i]);
   CHECK(strcmp(Text(descriptors[0], 24), "_Nuv_Numeric_Set_") == 0);
+  CHECK(strcmp(Text(descriptors[INSTRUCTIONS - 1], 24), "_Nuv_TestAnyChar_") == 0);
 }
 
 static void ProveInstances(void* library) {
