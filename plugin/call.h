@@ -8,8 +8,10 @@
 #include "host/context.h"
 #include "host/integer.h"
 #include "host/services.h"
+#include "host/setting.h"
 #include "host/std_str.h"
 #include "plugin/instr_plugin.h"
+#include "plugin/overlay.h"
 
 namespace formula {
 
@@ -27,8 +29,16 @@ class Call {
   bool Boolean(std::int32_t input) const { return static_cast<bool>(*inputs_[input]); }
   /// A number that stands for an index, a position, a count or a character: truncated toward zero.
   std::int32_t Truncated(std::int32_t input) const { return NuvTruncate(Number(input)); }
+  /// A number that stands for a colour, 0x00BBGGRR.
+  std::uint32_t Color(std::int32_t input) const { return NuvTruncateLow32(Number(input)); }
+  /// An angle in the user's preferred unit, in radians.
+  double Angle(std::int32_t input) const { return CNuvAngleTr::ToRad(Number(input)); }
   /// Valid until a result is written.
   std::string_view Text(std::int32_t input) const {
+    return static_cast<const char*>(*inputs_[input]);
+  }
+  /// The same, ended by a zero byte.
+  const char* CString(std::int32_t input) const {
     return static_cast<const char*>(*inputs_[input]);
   }
   const CNuvStringVector& Texts(std::int32_t input) const {
@@ -68,6 +78,10 @@ class Call {
     return Status::kSuccess;
   }
 
+  /// Writes an angle in radians in the user's preferred unit.
+  Status SetAngle(std::int32_t result, double radians) {
+    return Set(result, CNuvAngleTr::ToPrefs(radians, true));
+  }
   /// A text ends at its first zero byte.
   Status Set(std::int32_t result, const std::string& text) {
     *results_[result] = text.c_str();
@@ -94,8 +108,8 @@ class Call {
   /// Sets a display attribute of a result.
   void Mark(std::int32_t result, std::int32_t value) { context_.MarkResult(result, value); }
   /// The overlay of the current image.
-  IXAnnotationService& Annotations() {
-    return *static_cast<IXAnnotationService*>(context_.Service(NUV_SERVICE_ANNOTATION));
+  Overlay Annotations() {
+    return Overlay(*static_cast<IXAnnotationService*>(context_.Service(NUV_SERVICE_ANNOTATION)));
   }
   /// What is kept under names for the life of the host's program run.
   IXNamedDataStore& NamedData() {

@@ -36,6 +36,14 @@ using Catalogue = InstructionList<
     // Trigonometric
     struct CSin, struct CCos, struct CTan, struct CArcSin, struct CArcCos, struct CArcTan,
     struct CDeg2Rad, struct CRad2Deg, struct CGetPi, struct CGetPiDiv2, struct CGetPiDiv4,
+    // Geometric
+    struct CPointSet, struct CLineSet, struct CPt2PtDist, struct CPtToPtsDist, struct CPtsToPtsDist,
+    struct CPt2PtDistPitch, struct CPt2LnDist, struct CPts2LnDist, struct CPts2LnDistInf,
+    struct CPtRotate, struct CAngleBis, struct CLnBis, struct CLn2LnDist, struct CLnPerp,
+    struct CLnPara, struct CLnInters, struct CLnToLnAngle, struct CCircleLineIntersect,
+    struct C2PtsToLn, struct CLnNorm, struct CNormAngle, struct CCircInTriangle, struct CCircBndBox,
+    struct CPtToXY, struct CXYToPt, struct CLnToAD, struct CADToLn, struct CMakeAnchor,
+    struct CMiddlePt, struct CPtAvg, struct CPtAvgInf, struct CPtsToGrid,
     // String
     struct CStringSet, struct CPrintfNum, struct CPrintfNumInf, struct CChar2Num, struct CNum2Char,
     struct CAddStr, struct CCreateStrInf, struct CCompStr, struct CCopyStr, struct CLeftStr,
@@ -79,10 +87,14 @@ using Catalogue = InstructionList<
     struct CLArrSize, struct CLArrResize, struct CLArrInsert, struct CLArrInsertRep,
     struct CLArrAppend, struct CLArrAppendRep, struct CLArrCreate, struct CLArrCreateInf,
     struct CLArrCreateRep, struct CLArrConcatArr, struct CLArrDiff, struct CLArrGetRange,
+    // Annotations
+    struct CAnnotText, struct CAnnotPoint, struct CAnnotSegment, struct CAnnotLine,
+    struct CAnnotCircle, struct CAnnotCirclesFixedRadius, struct CAnnotRect, struct CAnnotPoints,
+    struct CAnnotPixels, struct CAnnotPolyline,
     // Keyboard
     struct CNuvKbdTestOneKey, struct CNuvKbdTestOneKeyStr, struct CNuvKbdTestAnyKey>;
 
-static_assert(Catalogue::kSize == 191);
+static_assert(Catalogue::kSize == 233);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

@@ -60,3 +60,19 @@ void CheckRows(const Rows& rows) {
     EXPECT_EQ(again["out"][0].dump(), boolean ? "true" : "7.5") << "a failure wrote its result";
   }
 }
+
+/// A request line of `nuvhost exec` and its answer, the whole of it.
+struct TranscriptRow {
+  const char* request;
+  const char* answer;
+};
+
+/// Asks in order in one session. Numbers are compared to the letter.
+template <class Rows>
+void CheckTranscript(const Rows& rows) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  for (const TranscriptRow& row : rows) {
+    EXPECT_EQ(Exec(session, row.request).dump(), nuvhost::Json::parse(row.answer).dump())
+        << row.request;
+  }
+}

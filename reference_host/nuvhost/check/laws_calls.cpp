@@ -45,7 +45,13 @@ std::string Changed(const char* list, const std::vector<std::string>& before,
          Excerpt(*was, place) + " to " + Excerpt(*is, place);
 }
 
-std::string StatusComplaint(std::int32_t status, const std::vector<Message>& messages) {
+/// Kept: these report their errors and succeed; saved programs go on after them.
+bool SucceedsAfterErrors(std::string_view identifier) {
+  return identifier == "_Nuv_Geometric_PtsToGrid_" || identifier == "_Nuv_Geometric_RakePt2BestLn_";
+}
+
+std::string StatusComplaint(std::string_view identifier, std::int32_t status,
+                            const std::vector<Message>& messages) {
   if (status != 0 && status != 3) return "returned status " + std::to_string(status);
   for (const Message& message : messages) {
     if (message.severity != NUV_SEVERITY_WARNING && message.severity != NUV_SEVERITY_ERROR) {
@@ -54,7 +60,9 @@ std::string StatusComplaint(std::int32_t status, const std::vector<Message>& mes
   }
   const auto is_error = [](const Message& m) { return m.severity == NUV_SEVERITY_ERROR; };
   const bool error = std::ranges::any_of(messages, is_error);
-  if (status == 0 && error) return "reported an error and returned status 0";
+  if (status == 0 && error && !SucceedsAfterErrors(identifier)) {
+    return "reported an error and returned status 0";
+  }
   if (status == 3 && !error && !messages.empty()) return "reported a warning and returned status 3";
   return "";
 }
@@ -98,7 +106,7 @@ std::string CallComplaint(IXInstrPlugin& object, const DescriptorRecord& descrip
   } catch (...) {
     return "an exception of an unknown type left Execute";
   }
-  std::string complaint = StatusComplaint(status, services.Take().messages);
+  std::string complaint = StatusComplaint(descriptor.identifier, status, services.Take().messages);
   if (complaint.empty()) complaint = Changed("input", inputs, context.inputs);
   if (complaint.empty()) complaint = Changed("constant", constants, context.constants);
   if (complaint.empty() && status == 0 && HaveDeclaredTypes(context.inputs, descriptor)) {
