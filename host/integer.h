@@ -1,4 +1,4 @@
-// The one rule by which a number becomes a 32-bit integer.
+// The one rule by which a number becomes an integer.
 #pragma once
 
 #include <emmintrin.h>
@@ -17,8 +17,8 @@ inline std::int32_t NuvRound(double number) noexcept {
   return _mm_cvtsd_si32(_mm_set_sd(number));
 }
 
-/// Truncates toward zero to a 64-bit integer and keeps its low 32 bits, as colours are passed: -1
-/// has all bits set, 2^32 + 5 is 5. What fits no 64 bits, or NaN, gives 0.
+/// Truncates toward zero to a 64-bit integer and keeps its low 32 bits, as unsigned values are
+/// passed: -1 has all bits set, 2^32 + 5 is 5. What fits no 64 bits, or NaN, gives 0.
 inline std::uint32_t NuvTruncateLow32(double number) noexcept {
   return static_cast<std::uint32_t>(_mm_cvttsd_si64(_mm_set_sd(number)));
 }

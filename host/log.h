@@ -17,8 +17,9 @@ class NUV_LOG_API CNuvLog {
 
   static CNuvLog& Instance() noexcept;
 
-  /// Appends one entry. Without a sink it becomes one line on standard error, in which line
-  /// breaks of the text are shown as "\n" and "\r".
+  /// Appends one entry, a line in which line breaks of the text are shown as "\n" and "\r": to
+  /// the file that the settings name (CNuvSetting), to standard error where they name none or
+  /// that file cannot be written. A sink has the entry as it is, and the file has it too.
   void Log(LEVEL level, const char* text) noexcept;
   /// A null sink brings standard error back.
   void SetSink(Sink sink, void* owner) noexcept;

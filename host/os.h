@@ -14,7 +14,7 @@ class NUV_OS_API CNuvOs {
   /// Whether a file, not a folder, stands at the path.
   static bool FileExists(const char* path) noexcept;
   static bool FileCopy(const char* from, const char* to, bool fail_if_exists) noexcept;
-  /// Fails where something stands at `to`.
+  /// Fails where something else stands at `to`.
   static bool FileMove(const char* from, const char* to) noexcept;
   /// Milliseconds since an arbitrary start, never going back.
   static double GetMSecTime() noexcept;
@@ -24,6 +24,7 @@ class NUV_OS_API CNuvOs {
 
 class NUV_OS_API CNuvOsError {
  public:
-  /// Writes the system's message for a Win32 error code, without a line break at its end.
+  /// Writes the system's message for a Win32 error code, without a line break at its end; for a
+  /// code that has none, "Error" and the code.
   static void GetErrorMsg(std::uint32_t code, CStdStr& text);
 };

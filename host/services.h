@@ -43,6 +43,7 @@ class IXNamedDataStore {
   /* 0*/ virtual void* DeletingDestructor(std::uint32_t flags) = 0;
   /// The pointer stored under the name; null when there is none.
   /* 1*/ virtual void* LookUp(const char* name) = 0;
+  /// Keeps memory of the C runtime's heap, which is the store's own from then on.
   /* 2*/ virtual void Store(const char* name, void* pointer) = 0;
 
  protected:

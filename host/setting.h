@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "host/export.h"
 
@@ -25,10 +26,16 @@ class NUV_SETTING_API CNuvSetting {
   std::size_t GetVectorLimit() const noexcept { return vector_limit_; }
   void SetVectorLimit(std::size_t elements) noexcept { vector_limit_ = elements; }
 
+  /// The file, its path in UTF-8, to which log entries are appended; empty, the start value, for
+  /// the standard error stream.
+  const std::string& GetLogFile() const noexcept { return log_file_; }
+  void SetLogFile(const std::string& path) { log_file_ = path; }
+
  private:
   std::uint32_t default_color_ = 0;
   NuvAngleUnit angle_unit_ = NuvAngleUnit::kRadians;
   std::size_t vector_limit_ = 0;
+  std::string log_file_;
 };
 
 /// Angles between the user's preferred unit and radians.

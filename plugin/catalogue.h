@@ -52,8 +52,13 @@ using Catalogue = InstructionList<
     struct CLenStr, struct CInsertAtStr, struct CNumberToString, struct CStringToNumber,
     struct CWordLengthStr,
     // System
-    struct CSystemBeep, struct CSystemMsgBox, struct CSystemMsgBeep,
-    struct CSystemGenerateProgramEvent,
+    struct CGetMiliSecCount, struct CGetTimeDiff, struct CGetDate, struct CGetTime,
+    struct CGetDateFormat, struct CGetTimeFormat, struct CSleep, struct CGetEnvVars,
+    struct CGetEnvNames, struct CGetEnv, struct CSetEnv, struct CFileExists, struct CSystemBeep,
+    struct CSystemRandom, struct CSystemRandomSeed, struct CSystemMsgBox, struct CSystemMsgBeep,
+    struct CSystemGenerateProgramEvent, struct CSystemStopwatchStart, struct CSystemStopwatchStop,
+    struct CFileDelete, struct CFolderCreate, struct CFolderDelete, struct CFileCopy,
+    struct CFileMove, struct CDiskSpace, struct CLog,
     // Number arrays
     struct CNArrGetAt, struct CNArrSetAt, struct CNArrErase, struct CNArrEraseRange,
     struct CNArrSize, struct CNArrResize, struct CNArrCopyArray, struct CNArrInsert,
@@ -94,7 +99,7 @@ using Catalogue = InstructionList<
     // Keyboard
     struct CNuvKbdTestOneKey, struct CNuvKbdTestOneKeyStr, struct CNuvKbdTestAnyKey>;
 
-static_assert(Catalogue::kSize == 233);
+static_assert(Catalogue::kSize == 256);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

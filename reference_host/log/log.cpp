@@ -1,6 +1,11 @@
 #include "host/log.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "host/setting.h"
 
 namespace {
 
@@ -12,6 +17,27 @@ const char* Label(LEVEL level) {
   return "log";
 }
 
+std::string Line(LEVEL level, const char* text) {
+  std::string line = std::string(Label(level)) + ": ";
+  for (const char* c = text; *c != '\0'; ++c) {
+    if (*c == '\n') {
+      line += "\\n";
+    } else if (*c == '\r') {
+      line += "\\r";
+    } else {
+      line += *c;
+    }
+  }
+  return line + '\n';
+}
+
+bool Append(const std::string& path, const std::string& line) {
+  const std::filesystem::path file(std::u8string(path.begin(), path.end()));
+  std::ofstream stream(file, std::ios::binary | std::ios::app);
+  stream << line << std::flush;
+  return stream.good();
+}
+
 }  // namespace
 
 CNuvLog& CNuvLog::Instance() noexcept {
@@ -21,21 +47,16 @@ CNuvLog& CNuvLog::Instance() noexcept {
 
 void CNuvLog::Log(LEVEL level, const char* text) noexcept {
   if (text == nullptr) text = "";
-  if (sink_ != nullptr) {
-    sink_(owner_, level, text);
-    return;
+  if (sink_ != nullptr) sink_(owner_, level, text);
+  const std::string& file = CNuvSetting::Inst().GetLogFile();
+  if (sink_ != nullptr && file.empty()) return;
+  try {
+    const std::string line = Line(level, text);
+    if (!file.empty() && Append(file, line)) return;
+    std::fwrite(line.data(), 1, line.size(), stderr);
+  } catch (...) {
+    // Without memory the entry is lost; whoever logged it goes on.
   }
-  std::fprintf(stderr, "%s: ", Label(level));
-  for (const char* c = text; *c != '\0'; ++c) {
-    if (*c == '\n') {
-      std::fputs("\\n", stderr);
-    } else if (*c == '\r') {
-      std::fputs("\\r", stderr);
-    } else {
-      std::fputc(*c, stderr);
-    }
-  }
-  std::fputc('\n', stderr);
 }
 
 void CNuvLog::SetSink(Sink sink, void* owner) noexcept {

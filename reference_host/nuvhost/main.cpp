@@ -3,9 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <vector>
 
+#include "host/setting.h"
 #include "reference_host/nuvhost/commands.h"
 #include "reference_host/nuvhost/error.h"
 
@@ -20,6 +22,7 @@ namespace {
 /// The words of the command line.
 struct Arguments {
   std::string plugin;
+  std::string log;
   std::string category;
   std::string name;
   std::vector<std::string> values;
@@ -54,6 +57,9 @@ class CommandLine {
     app_.set_version_flag("--version", "nuvhost " NUVHOST_VERSION);
     app_.add_option("--plugin", arguments_.plugin,
                     "the plug-in library (the one beside this program unless given)");
+    app_.add_option("--log", arguments_.log,
+                    "append the entries of the application log to a file, a line each")
+        ->type_name("FILE");
     app_.fallthrough();
     AddList();
     AddDescribe();
@@ -81,6 +87,7 @@ class CommandLine {
       app_.exit(error);
       return kExitWrongCall;
     }
+    UseLogFile(arguments_.log);
     return command_(arguments_);
   }
 
@@ -89,6 +96,15 @@ class CommandLine {
 
   static void UnprotectWords(CLI::App& app) {
     for (CLI::Option* option : app.get_options()) option->transform(Unprotected);
+  }
+
+  /// Tells now, not at the first entry, that a file cannot be written.
+  static void UseLogFile(const std::string& name) {
+    if (name.empty()) return;
+    if (!std::ofstream(PathFromUtf8(name), std::ios::app)) {
+      throw UserError("cannot write the log file " + name);
+    }
+    CNuvSetting::Inst().SetLogFile(name);
   }
 
   static std::filesystem::path Plugin(const Arguments& arguments) {

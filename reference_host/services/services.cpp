@@ -59,11 +59,11 @@ void Services::MessageService::RaiseProgramEvent(std::int32_t code, std::int32_t
 
 void* Services::NamedDataStore::LookUp(const char* name) {
   const auto found = pointers_.find(name);
-  return found == pointers_.end() ? nullptr : found->second;
+  return found == pointers_.end() ? nullptr : found->second.get();
 }
 
 void Services::NamedDataStore::Store(const char* name, void* pointer) {
-  pointers_[name] = pointer;
+  pointers_[name].reset(pointer);
 }
 
 template <class Figure>

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -117,7 +119,11 @@ class Services {
     void Store(const char* name, void* pointer) override;
 
    private:
-    std::map<std::string, void*, std::less<>> pointers_;
+    struct Free {
+      void operator()(void* memory) const { std::free(memory); }
+    };
+
+    std::map<std::string, std::unique_ptr<void, Free>, std::less<>> pointers_;
   };
 
   class AnnotationService final : public IXAnnotationService {

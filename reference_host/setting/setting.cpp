@@ -11,7 +11,7 @@ bool InDegrees() noexcept {
 }  // namespace
 
 CNuvSetting& CNuvSetting::Inst() noexcept {
-  static constinit CNuvSetting settings;
+  static CNuvSetting settings;
   return settings;
 }
 

@@ -1,0 +1,171 @@
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+
+namespace platform {
+namespace {
+
+/// An open folder, which closes itself.
+class Folder {
+ public:
+  /// Takes an open descriptor over; a negative one is a folder that could not be opened.
+  explicit Folder(int descriptor) noexcept
+      : stream_(descriptor < 0 ? nullptr : fdopendir(descriptor)) {
+    if (descriptor >= 0 && stream_ == nullptr) close(descriptor);
+  }
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+  ~Folder() {
+    if (stream_ != nullptr) closedir(stream_);
+  }
+
+  bool IsOpen() const noexcept { return stream_ != nullptr; }
+  int Descriptor() const noexcept { return dirfd(stream_); }
+  /// Adds the names of all that it holds; false where they cannot be read.
+  bool ReadNames(std::vector<std::string>& names) const {
+    while (true) {
+      errno = 0;
+      const dirent* entry = readdir(stream_);
+      if (entry == nullptr) return errno == 0;
+      const std::string_view name = entry->d_name;
+      if (name != "." && name != "..") names.emplace_back(name);
+    }
+  }
+
+ private:
+  DIR* stream_;
+};
+
+/// A name without the slashes at its end, the root's own aside.
+std::string_view Trimmed(std::string_view name) {
+  while (name.size() > 1 && name.back() == '/') name.remove_suffix(1);
+  return name;
+}
+
+/// The folder of what a trimmed name names; empty where that is the current one.
+std::string_view FolderOf(std::string_view name) {
+  const std::size_t slash = name.rfind('/');
+  return slash == std::string_view::npos ? std::string_view() : Trimmed(name.substr(0, slash + 1));
+}
+
+/// Whether it is the folder that is missing, where the file is; an empty name has none.
+bool FolderIsMissing(std::string_view name) {
+  if (name.empty()) return true;
+  const std::string folder(FolderOf(Trimmed(name)));
+  struct stat status;
+  return !folder.empty() && stat(folder.c_str(), &status) != 0;
+}
+
+ErrorCode CodeOf(int error) {
+  switch (error) {
+    case 0: return 0;
+    case ENOENT: return kFileNotFound;
+    case ENOTDIR: return kPathNotFound;
+    case EMFILE:
+    case ENFILE: return 4;
+    case EACCES:
+    case EPERM:
+    case EISDIR: return 5;
+    case ENOMEM: return 8;
+    case EXDEV: return 17;
+    case EROFS: return 19;
+    case EBUSY:
+    case ETXTBSY: return 32;
+    case EEXIST: return kFileExists;
+    case EINVAL: return 87;
+    case ENOSPC:
+    case EDQUOT: return 112;
+    case EILSEQ: return 123;
+    case ENOTEMPTY: return 145;
+    case ENAMETOOLONG: return kNameTooLong;
+    case EFBIG: return 223;
+    case EIO: return 1117;
+    case EMLINK: return 1142;
+    case ELOOP: return 1921;
+    default: return 31;  // a device that does not work
+  }
+}
+
+/// Makes a folder and its missing parents, and gives errno's number.
+int MakeFolder(std::string_view name) {
+  const std::string path(name);
+  if (mkdir(path.c_str(), 0777) == 0) return 0;
+  const int error = errno;
+  const std::string_view parent = FolderOf(name);
+  if (error != ENOENT || parent.empty() || parent == name) return error;
+  const int parent_error = MakeFolder(parent);
+  if (parent_error != 0 && parent_error != EEXIST) return parent_error;
+  return mkdir(path.c_str(), 0777) == 0 ? 0 : errno;
+}
+
+bool IsRoot(const Folder& folder) {
+  struct stat root;
+  struct stat status;
+  return stat("/", &root) != 0 || fstat(folder.Descriptor(), &status) != 0 ||
+         (root.st_dev == status.st_dev && root.st_ino == status.st_ino);
+}
+
+/// Deletes what a folder holds under a name, a folder with all that is in it. Each folder is
+/// entered by a descriptor that no link leads to, so that none leads out of the tree.
+bool RemoveAt(int folder, const char* name) {
+  if (unlinkat(folder, name, 0) == 0) return true;
+  if (errno != EISDIR && errno != EPERM) return false;
+  {
+    const Folder inner(openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    std::vector<std::string> names;  // all of them, before one is deleted
+    if (!inner.IsOpen() || IsRoot(inner) || !inner.ReadNames(names)) return false;
+    for (const std::string& entry : names) {
+      if (!RemoveAt(inner.Descriptor(), entry.c_str())) return false;
+    }
+  }
+  return unlinkat(folder, name, AT_REMOVEDIR) == 0;
+}
+
+}  // namespace
+
+ErrorCode LastFileError(const char* from, const char* to) {
+  const int error = errno;
+  if (error == ENOENT && (FolderIsMissing(from) || FolderIsMissing(to))) return kPathNotFound;
+  return CodeOf(error);
+}
+
+ErrorCode RemoveFile(const char* name) {
+  if (unlink(name) == 0) return 0;
+  return LastFileError(name, name);
+}
+
+ErrorCode CreateFolders(const char* name) {
+  if (*name != '/') return kBadPathName;
+  switch (const int error = MakeFolder(Trimmed(name))) {
+    case EEXIST: return kAlreadyExists;
+    case ENOENT: return kPathNotFound;
+    default: return CodeOf(error);
+  }
+}
+
+bool RemoveFolder(const char* name) {
+  // With a slash at the end, a link would be followed.
+  const std::string path(Trimmed(name));
+  const std::string_view last = std::string_view(path).substr(path.rfind('/') + 1);
+  if (last.empty() || last == "." || last == "..") return false;
+  return RemoveAt(AT_FDCWD, path.c_str());
+}
+
+std::optional<DiskSpace> FindDiskSpace(const char* path) noexcept {
+  struct statvfs disk;
+  if (statvfs(*path == '\0' ? "." : path, &disk) != 0) return std::nullopt;
+  if (disk.f_blocks == 0) return std::nullopt;  // a view of the system, not a disk
+  return DiskSpace{.free = std::uint64_t{disk.f_bavail} * disk.f_frsize,
+                   .total = std::uint64_t{disk.f_blocks} * disk.f_frsize};
+}
+
+}  // namespace platform
