@@ -42,6 +42,7 @@ struct RunOptions {
   std::vector<std::string> data;  ///< FILE or NAME=FILE, in place of the program's own data
   std::string results;            ///< a file for all results, .csv or .json; none if empty
   bool keep_going = false;        ///< past steps that fail
+  std::string overlay = {};       ///< a file for what is drawn, .svg; none if empty
 };
 
 /// Runs an inspection program, once or over many data files.

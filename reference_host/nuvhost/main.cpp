@@ -173,6 +173,10 @@ class CommandLine {
     run->add_option("--results", arguments_.run.results,
                     "write all results to OUT.csv, a row for each run, or to OUT.json, in full")
         ->type_name("OUT");
+    run->add_option("--overlay", arguments_.run.overlay,
+                    "draw the annotations over the program's image into OUT.svg; of several runs "
+                    "each into OUT-DATAFILE.svg")
+        ->type_name("OUT");
     run->add_flag("--keep-going", arguments_.run.keep_going, "go on after a step that fails");
   }
 

@@ -60,9 +60,10 @@ class Run : public testing::Test {
   }
 
   static Answer Carry(const std::string& program, std::vector<std::string> data = {},
-                      const std::string& results = "", bool keep_going = false) {
+                      const std::string& results = "", bool keep_going = false,
+                      const std::string& overlay = "") {
     return Captured([&] {
-      return RunProgram(BuiltCatalogue(), {program, std::move(data), results, keep_going});
+      return RunProgram(BuiltCatalogue(), {program, std::move(data), results, keep_going, overlay});
     });
   }
 
@@ -297,6 +298,83 @@ TEST_F(Run, ShowsWhatInstructionsReport) {
   answer = Captured([&] { return RunChecked(program, {"p.json", {}, "", false}); });
   EXPECT_EQ(answer.code, 1);
   EXPECT_EQ(answer.error, told + "Noisy: caf\xC3\xA9\n");
+  EXPECT_EQ(Captured([&] {
+              return RunChecked(program, {"p.json", {}, "", false, "o.svg"});
+            }).code,
+            1);
+  EXPECT_NE(Read("o.svg").find("d=\"M"), std::string::npos) << "what a failed run drew";
+}
+
+// Each run's picture lies over the program's image, which is looked at before anything runs.
+TEST_F(Run, DrawsOverTheImage) {
+  const std::string png =
+      "\x89PNG\r\n\x1A\n" +
+      std::string("\0\0\0\x0DIHDR\0\0\0\x09\0\0\0\x07\x08\0\0\0\0crc_\0\0\0\0IENDcrc_", 37);
+  std::filesystem::create_directory(PathFromUtf8("größe"));
+  std::filesystem::create_directory("other");
+  const std::string program = R"({"image": "%", "data": {"n": {"file": "n.csv"}}, "steps": [
+    {"name": "s", "instr": "SumArr", "in": [{"data": "n"}]}]})";
+  const auto with_image = [&](const std::string& name) {
+    return std::string(program).replace(program.find('%'), 1, name);
+  };
+  Write("größe/p.json", with_image("teil.png"));
+  Write("größe/teil.png", png);
+  Write("größe/n.csv", "1\n");
+  Write("n.csv", "1\n");
+  Write("other/n.csv", "2\n");
+  Write("m.csv", "3\n");
+  Write("short.json", with_image("short.png"));
+  Write("short.png", png.substr(0, 30));
+  Write("none.json", with_image("none.png"));
+  Write("csv.json", with_image("n.csv"));
+  Write("picture.svg", "");
+  Write("svg.json", with_image("picture.svg"));
+  EXPECT_EQ(Carry("größe/p.json", {}, "", false, "größe/ö.svg").code, 0);
+  EXPECT_NE(Read("größe/ö.svg").find("viewBox=\"0 0 9 7\""), std::string::npos);
+  EXPECT_NE(Read("größe/ö.svg").find("data:image/png;base64,iVBORw0KGgo"), std::string::npos);
+
+  Answer answer = Carry("größe/p.json", {"n.csv", "gone.csv", "m.csv"}, "", false, "o.svg");
+  EXPECT_EQ(answer.code, 2);
+  EXPECT_EQ(Read("o-n.svg"), Read("größe/ö.svg"));
+  EXPECT_EQ(Read("o-m.svg"), Read("größe/ö.svg"));
+  EXPECT_FALSE(std::filesystem::exists("o-gone.svg") || std::filesystem::exists("o-n.svg.part"));
+
+  std::filesystem::create_directory("p-m.svg");
+  answer = Carry("größe/p.json", {"n.csv", "m.csv"}, "", false, "p.svg");
+  EXPECT_EQ(answer.code, 2);
+  EXPECT_NE(answer.out.find("m.csv: ok"), std::string::npos);
+  EXPECT_NE(answer.error.find("cannot write the picture to p-m.svg"), std::string::npos);
+  EXPECT_EQ(Read("p-n.svg"), Read("größe/ö.svg"));
+
+  struct Row {
+    const char* program;
+    std::vector<std::string> data;
+    const char* overlay;
+    const char* complaint;  ///< "" where all is well
+  };
+  const Row rows[] = {
+      {"short.json", {}, "", ""},  // nobody asks for the image
+      {"short.json",
+       {},
+       "x.svg",
+       "short.json:1:11: cannot take the image \"short.png\": the file ends"},
+      {"none.json", {}, "x.svg", "image \"none.png\": there is no such file"},
+      {"csv.json", {}, "x.svg", "image \"n.csv\": the file is neither PNG nor JPEG"},
+      {"größe/p.json", {}, "x.png", "must end in .svg"},
+      {"größe/p.json", {}, "no/such.svg", "cannot write the picture to no/such.svg"},
+      {"größe/p.json", {"n.csv", "other/n.csv"}, "x.svg", "is named \"n\""},
+      {"svg.json", {}, "picture.svg", "cannot take the image"},
+  };
+  for (const Row& row : rows) {
+    answer = Carry(row.program, row.data, "", false, row.overlay);
+    EXPECT_EQ(answer.code, *row.complaint == '\0' ? 0 : 2) << answer.error;
+    EXPECT_NE(answer.error.find(row.complaint), std::string::npos) << answer.error;
+    EXPECT_EQ(answer.out.empty(), answer.code != 0);
+    EXPECT_FALSE(std::filesystem::exists("x.svg") || std::filesystem::exists("x.svg.part"));
+  }
+  Write("picture.svg", png);
+  answer = Carry("svg.json", {}, "", false, "picture.svg");
+  EXPECT_NE(answer.error.find("would overwrite a file that the run reads"), std::string::npos);
 }
 
 }  // namespace

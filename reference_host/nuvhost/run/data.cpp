@@ -57,6 +57,20 @@ std::string BesideProgram(const std::string& program, const std::string& file) {
   return name == std::string::npos ? file : program.substr(0, name + 1) + file;
 }
 
+std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes) {
+  if (program.image.empty()) return std::nullopt;
+  const std::string name = BesideProgram(program.source.Name(), program.image);
+  std::string reason;
+  std::optional<std::string> bytes = ReadBytes(name, reason);
+  std::optional<Image> image;
+  if (bytes) image = ReadImage(std::move(*bytes), reason);
+  if (!image) {
+    mistakes.Add(program.source, program.image_offset,
+                 "cannot take the image " + Quoted(name) + ": " + reason);
+  }
+  return image;
+}
+
 std::vector<CNuvObject> LoadData(const Program& program, const Replacements& replacements,
                                  Mistakes& mistakes) {
   std::vector<std::optional<CsvTable>> tables;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "reference_host/nuvhost/run/image.h"
 #include "reference_host/nuvhost/run/program.h"
 
 namespace nuvhost {
@@ -16,7 +18,10 @@ using Replacements = std::map<std::size_t, std::string>;
 std::vector<CNuvObject> LoadData(const Program& program, const Replacements& replacements,
                                  Mistakes& mistakes);
 
-/// A data file's name as a program written beside it means it.
+/// The program's image; nothing where it names none, and after a mistake.
+std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes);
+
+/// A file's name as a program written beside it means it.
 std::string BesideProgram(const std::string& program, const std::string& file);
 
 }  // namespace nuvhost

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "reference_host/nuvhost/error.h"
+#include "reference_host/nuvhost/plugin_library.h"
 
 namespace nuvhost {
 namespace {
@@ -64,6 +65,25 @@ std::vector<Lot> PlanLots(const Program& program, const std::vector<std::string>
   std::vector<Lot> lots;
   for (const std::string& word : words) lots.push_back({word, {{0, word}}});
   return lots;
+}
+
+std::vector<std::string> OverlayNames(const std::string& name, const std::vector<Lot>& lots) {
+  constexpr std::string_view kEnding = ".svg";
+  if (!name.ends_with(kEnding)) {
+    throw UserError("--overlay " + name + ": the file's name must end in .svg");
+  }
+  if (lots.size() == 1) return {name};
+  const std::string beginning = name.substr(0, name.size() - kEnding.size());
+  std::vector<std::string> names;
+  for (const Lot& lot : lots) {
+    const std::string data = ToUtf8(PathFromUtf8(lot.file).stem());
+    names.push_back(beginning + '-' + data + std::string(kEnding));
+    if (std::ranges::count(names, names.back()) > 1) {
+      throw UserError("--overlay " + name + ": more than one data file is named " + Quoted(data) +
+                      ", and each would be drawn to " + names.back() + "; run them one by one");
+    }
+  }
+  return names;
 }
 
 }  // namespace nuvhost

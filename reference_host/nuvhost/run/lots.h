@@ -19,4 +19,9 @@ struct Lot {
 /// program.
 std::vector<Lot> PlanLots(const Program& program, const std::vector<std::string>& words);
 
+/// Where each run's picture goes: for one run to the name itself, for several to OUT-DATAFILE.svg
+/// for OUT.svg. Throws UserError for a name that does not end in .svg, and where two runs would
+/// write one file.
+std::vector<std::string> OverlayNames(const std::string& name, const std::vector<Lot>& lots);
+
 }  // namespace nuvhost

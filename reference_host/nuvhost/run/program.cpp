@@ -26,7 +26,7 @@ class ProgramReader {
   void Read(const Located& root) {
     if (!checker_.IsObject(
             root, "a program",
-            {"$schema", "title", "description", "settings", "data", "steps", "report"},
+            {"$schema", "title", "description", "settings", "image", "data", "steps", "report"},
             {"steps"})) {
       return;
     }
@@ -34,6 +34,10 @@ class ProgramReader {
     checker_.Text(root, "description");
     program_.title = checker_.Text(root, "title").value_or("");
     if (const auto settings = root.Find("settings")) ReadSettings(*settings);
+    if (const auto image = checker_.Name(root, "image")) {
+      program_.image = *image;
+      program_.image_offset = root.Find("image")->Offset();
+    }
     if (const auto data = root.Find("data")) ReadData(*data);
     if (const auto steps = root.Find("steps")) ReadSteps(*steps);
     if (const auto report = root.Find("report")) ReadReport(*report);

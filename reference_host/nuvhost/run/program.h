@@ -72,6 +72,8 @@ struct Program {
   SourceText source;
   std::string title;
   Settings settings;
+  std::string image;             ///< a file as the program names it; empty for none
+  std::size_t image_offset = 0;  ///< where it does
   std::vector<Datum> data;
   std::vector<DataUse> uses;
   std::vector<Step> steps;

@@ -2,7 +2,6 @@
 
 #include "reference_host/nuvhost/error.h"
 #include "reference_host/nuvhost/exec_session.h"
-#include "reference_host/nuvhost/plugin_library.h"
 #include "reference_host/nuvhost/run/report.h"
 #include "reference_host/nuvhost/run/text_table.h"
 
@@ -80,37 +79,28 @@ Json StepToJson(const Step& step, const StepOutcome& outcome) {
   return json;
 }
 
+/// Whether a file of that name is JSON rather than CSV.
+bool IsJsonName(const std::string& name) {
+  if (name.ends_with(".json")) return true;
+  if (name.ends_with(".csv")) return false;
+  throw UserError("--results " + name + ": the file's name must end in .csv or .json");
+}
+
 }  // namespace
 
 ResultsFile::ResultsFile(const std::string& name, const Program& program)
-    : program_(program),
-      name_(name),
-      as_json_(name.ends_with(".json")),
-      path_(PathFromUtf8(name)),
-      part_(PathFromUtf8(name + ".part")) {
-  if (!as_json_ && !name.ends_with(".csv")) {
-    throw UserError("--results " + name + ": the file's name must end in .csv or .json");
-  }
-  file_.open(part_, std::ios::binary);
-  if (!file_) throw UserError("cannot write results to " + name);
+    : program_(program), as_json_(IsJsonName(name)), file_(name, "results") {
   if (as_json_) {
     const Json title(program.title);
     const Json file(program.source.Name());
     const auto dump = [](const Json& json) {
       return json.dump(-1, ' ', false, Json::error_handler_t::replace);
     };
-    file_ << "{\n\"program\": " << dump(file) << ",\n\"title\": " << dump(title)
-          << ",\n\"runs\": [";
+    file_.Stream() << "{\n\"program\": " << dump(file) << ",\n\"title\": " << dump(title)
+                   << ",\n\"runs\": [";
   } else {
     AddHeader();
   }
-}
-
-ResultsFile::~ResultsFile() {
-  if (!file_.is_open()) return;
-  file_.close();
-  std::error_code ignored;
-  std::filesystem::remove(part_, ignored);
 }
 
 void ResultsFile::Add(const RunOutcome& run) {
@@ -119,31 +109,31 @@ void ResultsFile::Add(const RunOutcome& run) {
 }
 
 void ResultsFile::AddHeader() {
-  file_ << "file,status";
+  file_.Stream() << "file,status";
   for (const Step& step : program_.steps) {
     for (const ResultRecord& result : step.instruction->descriptor->results) {
       const std::string_view name = WithoutTrailingBlanks(TextOrEmpty(result.name));
       for (const char* part : ColumnsOf(result.type)) {
-        file_ << ',' << Field(step.name + '.' + Utf8FromBytes(name) + part);
+        file_.Stream() << ',' << Field(step.name + '.' + Utf8FromBytes(name) + part);
       }
     }
   }
-  file_ << '\n';
+  file_.Stream() << '\n';
 }
 
 // A result that a failed step did not compute is an empty field.
 void ResultsFile::AddRow(const RunOutcome& run) {
-  file_ << Field(run.file) << ',' << StateText(run.state);
+  file_.Stream() << Field(run.file) << ',' << StateText(run.state);
   for (std::size_t i = 0; i < program_.steps.size(); ++i) {
     const TStdVector<ResultRecord>& results = program_.steps[i].instruction->descriptor->results;
     const bool has_results = i < run.steps.size() && HasResults(run.steps[i]);
     for (std::size_t j = 0; j < results.Size(); ++j) {
       std::vector<std::string> fields(ColumnsOf(results[j].type).size());
       if (has_results && !fields.empty()) fields = FieldsOf(run.steps[i].context->results[j]);
-      for (const std::string& field : fields) file_ << ',' << field;
+      for (const std::string& field : fields) file_.Stream() << ',' << field;
     }
   }
-  file_ << '\n';
+  file_.Stream() << '\n';
 }
 
 void ResultsFile::AddJson(const RunOutcome& run) {
@@ -162,19 +152,13 @@ void ResultsFile::AddJson(const RunOutcome& run) {
     if (!row.unit.empty()) shown["unit"] = row.unit;
     json["report"].push_back(std::move(shown));
   }
-  file_ << (is_first_ ? "\n" : ",\n") << json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  file_.Stream() << (is_first_ ? "\n" : ",\n")
+                 << json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 void ResultsFile::Finish() {
-  if (as_json_) file_ << "\n]\n}\n";
-  file_.close();
-  std::error_code error;
-  if (file_) std::filesystem::rename(part_, path_, error);
-  if (file_ && !error) return;
-  std::error_code ignored;
-  std::filesystem::remove(part_, ignored);
-  throw UserError("cannot write results to " + name_ +
-                  (error ? ": " + error.message() : ": the disk may be full"));
+  if (as_json_) file_.Stream() << "\n]\n}\n";
+  file_.Finish();
 }
 
 }  // namespace nuvhost

@@ -8,6 +8,7 @@
 #include "reference_host/nuvhost/error.h"
 #include "reference_host/nuvhost/json_value.h"
 #include "reference_host/nuvhost/run/lots.h"
+#include "reference_host/nuvhost/run/overlay.h"
 #include "reference_host/nuvhost/run/progress.h"
 #include "reference_host/nuvhost/run/report.h"
 #include "reference_host/nuvhost/run/results_file.h"
@@ -24,17 +25,33 @@ std::string OnOneLine(const std::string& bytes) {
   return line;
 }
 
+/// All that the steps of a run drew.
+Drawing DrawingOf(const RunOutcome& run) {
+  Drawing drawing;
+  for (const StepOutcome& step : run.steps) {
+    for (const Annotation& annotation : step.record.annotations) drawing.push_back(&annotation);
+  }
+  return drawing;
+}
+
 /// The runs of one program, and what they show.
 class ProgramRuns {
  public:
-  ProgramRuns(const Program& program, const RunOptions& options)
+  ProgramRuns(const Program& program, const RunOptions& options, const std::optional<Image>& image)
       : program_(program),
+        image_(image),
         keep_going_(options.keep_going),
         lots_(PlanLots(program, options.data)),
         table_(program) {
-    if (options.results.empty()) return;
-    CheckResultsName(options.results);
-    results_.emplace(options.results, program);
+    if (!options.overlay.empty()) {
+      overlays_ = OverlayNames(options.overlay, lots_);
+      for (const std::string& name : overlays_) CheckOutput("--overlay", name);
+      const OutputFile trial(overlays_[0], kPicture);  // they all go to one folder
+    }
+    if (!options.results.empty()) {
+      CheckOutput("--results", options.results);
+      results_.emplace(options.results, program);
+    }
   }
 
   int Carry() {
@@ -46,6 +63,7 @@ class ProgramRuns {
       if (run.state == RunOutcome::State::kUnreadable && lots_.size() == 1) return kExitWrongCall;
       if (results_) results_->Add(run);
       Show(run);
+      if (!overlays_.empty() && run.state != RunOutcome::State::kUnreadable) Draw(run);
       if (run.state == RunOutcome::State::kUnreadable) {
         exit_code_ = kExitWrongCall;
       } else if (run.state == RunOutcome::State::kFailed) {
@@ -74,9 +92,10 @@ class ProgramRuns {
     }
   }
 
-  /// The results must not take the place of a file that is still to be read.
-  void CheckResultsName(const std::string& results) const {
-    std::vector<std::string> read{program_.source.Name()};
+  /// What is written must not take the place of a file that is still to be read.
+  void CheckOutput(const std::string& option, const std::string& written) const {
+    std::vector<std::string> read{program_.source.Name(),
+                                  BesideProgram(program_.source.Name(), program_.image)};
     for (const Datum& datum : program_.data) {
       read.push_back(BesideProgram(program_.source.Name(), datum.file));
     }
@@ -85,8 +104,8 @@ class ProgramRuns {
     }
     for (const std::string& name : read) {
       std::error_code ignored;
-      if (std::filesystem::equivalent(PathFromUtf8(name), PathFromUtf8(results), ignored)) {
-        throw UserError("--results " + results + " would overwrite a file that the run reads");
+      if (std::filesystem::equivalent(PathFromUtf8(name), PathFromUtf8(written), ignored)) {
+        throw UserError(option + ' ' + written + " would overwrite a file that the run reads");
       }
     }
   }
@@ -127,6 +146,24 @@ class ProgramRuns {
     }
   }
 
+  /// Writes the run's picture. One that cannot be written loses nothing of the other runs.
+  void Draw(const RunOutcome& run) {
+    const std::string& name = overlays_[lot_];
+    const Overlay overlay = DrawOverlay(DrawingOf(run), image_, program_.settings.default_color);
+    try {
+      OutputFile file(name, kPicture);
+      file.Stream() << overlay.svg;
+      file.Finish();
+    } catch (const UserError& error) {
+      Complain(error.what());
+      exit_code_ = kExitWrongCall;
+    }
+    if (overlay.left_out == 0) return;
+    Complain(name + ": left out " + std::to_string(overlay.left_out) +
+             (overlay.left_out == 1 ? " figure or point" : " figures or points") +
+             " with numbers that are not finite or beyond 1e9");
+  }
+
   /// What a step reported and logged, and how it failed, at once.
   void Tell(std::size_t step, const StepOutcome& outcome) {
     const std::string place = lots_[lot_].file + ": " + DescribeStep(program_, step) + ": ";
@@ -162,11 +199,15 @@ class ProgramRuns {
                    std::to_string(program_.steps.size()) + " steps");
   }
 
+  static constexpr const char* kPicture = "the picture";
+
   const Program& program_;
+  const std::optional<Image>& image_;
   bool keep_going_;
   std::vector<Lot> lots_;
   std::size_t lot_ = 0;
   std::optional<ResultsFile> results_;
+  std::vector<std::string> overlays_;  ///< a file for each run; none unless wanted
   Services services_;
   Progress progress_;
   ReportTable table_;
@@ -176,8 +217,9 @@ class ProgramRuns {
 
 }  // namespace
 
-int RunChecked(const Program& program, const RunOptions& options) {
-  return ProgramRuns(program, options).Carry();
+int RunChecked(const Program& program, const RunOptions& options,
+               const std::optional<Image>& image) {
+  return ProgramRuns(program, options, image).Carry();
 }
 
 int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
@@ -186,6 +228,8 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   if (!source) throw UserError("cannot read " + options.program + ": " + reason);
   Mistakes mistakes;
   const Program program = ReadProgram(catalogue, std::move(*source), mistakes);
+  std::optional<Image> image;
+  if (!options.overlay.empty()) image = LoadImage(program, mistakes);
   if (!mistakes.Empty()) {
     if (options.data.empty()) LoadData(program, {}, mistakes);  // what is wrong with these, too
     for (const std::string& mistake : mistakes.Listing()) {
@@ -193,7 +237,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
     }
     return kExitWrongCall;
   }
-  return RunChecked(program, options);
+  return RunChecked(program, options, image);
 }
 
 }  // namespace nuvhost

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/run/image.h"
 #include "reference_host/nuvhost/run/program.h"
 
 namespace nuvhost {
 
-/// Runs a program without mistakes over its data, shows what came of it and writes the results;
-/// the exit code. Throws UserError for options that do not fit the program.
-int RunChecked(const Program& program, const RunOptions& options);
+/// Runs a program without mistakes over its data, shows what came of it and writes the results and
+/// what was drawn, over the image; the exit code. Throws UserError for options that do not fit the
+/// program.
+int RunChecked(const Program& program, const RunOptions& options,
+               const std::optional<Image>& image = std::nullopt);
 
 }  // namespace nuvhost

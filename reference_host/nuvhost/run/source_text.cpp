@@ -33,7 +33,7 @@ std::string SourceText::Place(std::size_t offset) const {
          std::to_string(characters + 1);
 }
 
-std::optional<SourceText> ReadSource(const std::string& name, std::string& reason) {
+std::optional<std::string> ReadBytes(const std::string& name, std::string& reason) {
   const std::filesystem::path path = PathFromUtf8(name);
   std::error_code ignored;
   if (!std::filesystem::exists(path, ignored)) {
@@ -42,12 +42,18 @@ std::optional<SourceText> ReadSource(const std::string& name, std::string& reaso
     reason = "it is a folder, not a file";
   } else if (std::ifstream file(path, std::ios::binary); file) {
     std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (!file.bad()) return SourceText(name, std::move(text));
+    if (!file.bad()) return text;
     reason = "it cannot be read to its end";
   } else {
     reason = "it cannot be opened";
   }
   return std::nullopt;
+}
+
+std::optional<SourceText> ReadSource(const std::string& name, std::string& reason) {
+  std::optional<std::string> text = ReadBytes(name, reason);
+  if (!text) return std::nullopt;
+  return SourceText(name, std::move(*text));
 }
 
 void Mistakes::Add(const SourceText& source, std::size_t offset, const std::string& text) {

@@ -24,7 +24,11 @@ class SourceText {
   std::vector<std::size_t> lines_;  ///< where each begins
 };
 
-/// The file of that name in UTF-8; nothing, and the reason in words, where it cannot be read.
+/// The bytes of the file of that name in UTF-8; nothing, and the reason in words, where it cannot
+/// be read.
+std::optional<std::string> ReadBytes(const std::string& name, std::string& reason);
+
+/// The same as a text that a person wrote.
 std::optional<SourceText> ReadSource(const std::string& name, std::string& reason);
 
 /// All that is wrong with the files of a run, so that one look shows everything.
