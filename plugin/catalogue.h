@@ -38,12 +38,14 @@ using Catalogue = InstructionList<
     struct CDeg2Rad, struct CRad2Deg, struct CGetPi, struct CGetPiDiv2, struct CGetPiDiv4,
     // Geometric
     struct CPointSet, struct CLineSet, struct CPt2PtDist, struct CPtToPtsDist, struct CPtsToPtsDist,
-    struct CPt2PtDistPitch, struct CPt2LnDist, struct CPts2LnDist, struct CPts2LnDistInf,
-    struct CPtRotate, struct CAngleBis, struct CLnBis, struct CLn2LnDist, struct CLnPerp,
-    struct CLnPara, struct CLnInters, struct CLnToLnAngle, struct CCircleLineIntersect,
-    struct C2PtsToLn, struct CLnNorm, struct CNormAngle, struct CCircInTriangle, struct CCircBndBox,
-    struct CPtToXY, struct CXYToPt, struct CLnToAD, struct CADToLn, struct CMakeAnchor,
-    struct CMiddlePt, struct CPtAvg, struct CPtAvgInf, struct CPtsToGrid,
+    struct CPt2PtDistPitch, struct CPt2BestCircle, struct CPt2BestCircleInf, struct CPt2BestAngle,
+    struct CPt2BestLn, struct CPt2BestLnInf, struct CPt2BestLnMaxOut, struct CPt2LnDist,
+    struct CPts2LnDist, struct CPts2LnDistInf, struct CPtRotate, struct CAngleBis, struct CLnBis,
+    struct CLn2LnDist, struct CLnPerp, struct CLnPara, struct CLnInters, struct CLnToLnAngle,
+    struct CCircleLineIntersect, struct C2PtsToLn, struct CLnNorm, struct CNormAngle,
+    struct CCircInTriangle, struct CCircBndBox, struct CPtToXY, struct CXYToPt, struct CLnToAD,
+    struct CADToLn, struct CMakeAnchor, struct CMiddlePt, struct CPtAvg, struct CPtAvgInf,
+    struct CRakePt2BestLn, struct CPtsToGrid,
     // String
     struct CStringSet, struct CPrintfNum, struct CPrintfNumInf, struct CChar2Num, struct CNum2Char,
     struct CAddStr, struct CCreateStrInf, struct CCompStr, struct CCopyStr, struct CLeftStr,
@@ -99,7 +101,7 @@ using Catalogue = InstructionList<
     // Keyboard
     struct CNuvKbdTestOneKey, struct CNuvKbdTestOneKeyStr, struct CNuvKbdTestAnyKey>;
 
-static_assert(Catalogue::kSize == 256);
+static_assert(Catalogue::kSize == 263);
 
 /// A new object of an instruction class; null when memory is short. Each source instantiates it
 /// for the classes it defines.

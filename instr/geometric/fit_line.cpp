@@ -1,0 +1,138 @@
+// The line through a set of points, and the direction of the line through two.
+
+#include "instr/geometric/fit_line.h"
+
+#include "host/setting.h"
+#include "plugin/instruction.h"
+
+namespace formula {
+namespace {
+
+constexpr Parameter kPercent = Number("percent outliers", 0.0);
+constexpr Parameter kPreprocess =
+    Boolean("preprocess", false, "Use clustering for input points preprocessing");
+constexpr Parameter kTolerance =
+    Number("tolerance", 1.0, "Clustering tolerance; used only if preprocessing is enabled");
+
+/// The whole of an instruction, once it has its points. The tolerance stands behind the switch.
+/// Kept: the points that preprocessing removes are reported nowhere; those of a circle are.
+Status FitLine(Call& call, const char* title, FitPoints& points, std::int32_t preprocess_input) {
+  // All inputs are read before a result is written: a result may be an input, too.
+  const std::uint32_t percent = NuvTruncateLow32(call.Number(0));
+  const bool preprocess = call.Boolean(preprocess_input);
+  const double tolerance = call.Number(preprocess_input + 1);
+  LineFitResults results(call);
+  if (preprocess && tolerance < 0.0) {
+    return call.Fail(title, "Negative tolerance is not a valid input.");
+  }
+  if (points.Count() == 0) return Status::kSuccess;
+  if (preprocess) points.KeepLargestCluster(tolerance);
+  const bool fitted = results.Fit(points.Data(), points.Count(), percent);
+  return fitted ? Status::kSuccess : Status::kFailure;
+}
+
+}  // namespace
+
+/// The angle of the line through two points, upward positive: the image's y grows downward, so
+/// the sign is turned.
+struct CPt2BestAngle final : Instruction<CPt2BestAngle> {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToBestAngle",
+      .identifier = "_Nuv_Geometric_Pt2BestAngle_",
+      .help = 460085,
+      .description = "Calculates the angle between the x-axis and the line defined by the 2 points",
+      .inputs = {Point("pt1"), Point("pt2")},
+      .results = {Number("angle")},
+  };
+  static Status Run(Call& call) {
+    double angle = -CNuvGeometry::Points2Angle(call.Point(0), call.Point(1));
+    CNuvGeometry::NormalizeAngleMinusPiBy2ToPiBy2(&angle);
+    return call.Set(0, CNuvAngleTr::ToPrefs(angle, true));
+  }
+};
+
+/// Line through the points of an array. None is no error.
+struct CPt2BestLn final : Instruction<CPt2BestLn> {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToBestLine",
+      .identifier = "_Nuv_Geometric_Pt2BestLn_",
+      .help = 460086,
+      .description = "Fits a line through a set of points",
+      .inputs = {kPercent, Points("pts"), kPreprocess, kTolerance},
+      .results = kLineFitResults,
+  };
+  static Status Run(Call& call) {
+    call.Mark(2, kOutlierMark);
+    FitPoints points(call.Array<CNuvPointVector>(1),
+                     {&LineFitResults::Outliers(call), &LineFitResults::Used(call)});
+    return FitLine(call, "PtsToBestLine", points, 2);
+  }
+};
+
+/// Line through points given one by one.
+struct CPt2BestLnInf final : Instruction<CPt2BestLnInf> {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToBestLnInf",
+      .identifier = "_Nuv_Geometric_CPt2BestLnInf_",
+      .help = 460105,
+      .description = "Fits a line through a set of points specified as individual inputs",
+      .repeatable = true,
+      .inputs = {kPercent, kPreprocess, kTolerance, Point("point")},
+      .results = kLineFitResults,
+  };
+  static Status Run(Call& call) {
+    call.Mark(2, kOutlierMark);
+    FitPoints points(call, 3);
+    return FitLine(call, "PtsToBestLnInf", points, 1);
+  }
+};
+
+/// Line through points, with the farthest ones on either side.
+/// Kept: unlike the other fits it fails without points.
+struct CPt2BestLnMaxOut final : Instruction<CPt2BestLnMaxOut> {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToBestLnMaxOut",
+      .identifier = "_Nuv_Geometric_Pt2BestLnMaxOut_",
+      .help = 460087,
+      .description =
+          "Fits a line through a set of points; calculates furthest points above and "
+          "below the line and distances to them",
+      .inputs = {Points("pts"), kPercent},
+      .results = {Number("pts included"), Number("min dist"), Number("max dist"),
+                  Point("min point"), Point("max point"), Line("ln"), Points("outliers")},
+  };
+  static Status Run(Call& call) {
+    constexpr std::int32_t kOutliers = 6;
+    call.Mark(kOutliers, kOutlierMark);
+    auto& outliers = call.ArrayResult<CNuvPointVector>(kOutliers);
+    const FitPoints points(call.Array<CNuvPointVector>(0), {&outliers});
+    std::uint32_t included = 0;
+    double min_distance = 0.0;
+    double max_distance = 0.0;
+    CNuvPoint min_point;
+    CNuvPoint max_point;
+    CNuvLine line;
+    const bool fitted =
+        CNuvGeometry::Points2BestLineMaxOutliers(
+            points.Data(), points.Count(), NuvTruncateLow32(call.Number(1)), &included,
+            &min_distance, &max_distance, &min_point, &max_point, &line, &outliers) == 0;
+    call.Set(0, static_cast<double>(included));
+    call.Set(1, min_distance);
+    call.Set(2, max_distance);
+    call.Set(3, min_point);
+    call.Set(4, max_point);
+    call.Set(5, line);
+    return fitted ? Status::kSuccess : Status::kFailure;
+  }
+};
+
+template IXInstrPlugin* NewInstruction<CPt2BestAngle>() noexcept;
+template IXInstrPlugin* NewInstruction<CPt2BestLn>() noexcept;
+template IXInstrPlugin* NewInstruction<CPt2BestLnInf>() noexcept;
+template IXInstrPlugin* NewInstruction<CPt2BestLnMaxOut>() noexcept;
+
+}  // namespace formula

@@ -1,0 +1,390 @@
+#include "reference_host/geometry/circle_fit.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "reference_host/geometry/frame.h"
+#include "reference_host/geometry/line_fit.h"
+
+namespace geometry {
+namespace {
+
+/// A centre so many times farther away than the points are spread is that of a line.
+constexpr double kFarthestCenter = 1e9;
+
+/// The sum of the lanes that hold points: `last` is half filled where the count is odd.
+double Total(Two pairs, Two last) {
+  return Sum(pairs) + Low(last);
+}
+
+Two SquaredLength(Two x, Two y) {
+  return x * x + y * y;
+}
+
+/// Never 0, since it divides.
+Two SquaredDistance(Two dx, Two dy) {
+  return Largest(SquaredLength(dx, dy), Two(1e-60));
+}
+Two Distance(Two dx, Two dy) {
+  return Sqrt(SquaredDistance(dx, dy));
+}
+
+/// What the mean squared distance from the best circle about a centre is, and how it changes with
+/// the centre.
+struct Landscape {
+  double radius;
+  double squares;
+  double slope_x, slope_y;           ///< half the gradient
+  double xx, xy, yy;                 ///< half the second derivatives: what the first ones of the
+                                     ///< distances make of them, never negative definite,
+  double bend_xx, bend_xy, bend_yy;  ///< and the rest
+  double radius_x, radius_y;         ///< the gradient of the radius
+};
+
+/// What there is to know of a point, or of two: how far it lies beyond the circle, the inverse of
+/// its distance d from the centre, the direction u to it, and w, which is u less a vector that is
+/// the same for all points.
+struct Ray {
+  Two beyond, inverse_d, ux, uy, wx, wy;
+};
+
+/// Rays from a centre among the points.
+struct NearCenter {
+  explicit NearCenter(const CircleFigure& circle) : center(circle) {}
+  Two Beyond(Two px, Two py) const {
+    return Distance(px - Two(center.x), py - Two(center.y)) - Two(center.radius);
+  }
+  Ray To(Two px, Two py) const {
+    const Two dx = px - Two(center.x);
+    const Two dy = py - Two(center.y);
+    // The division need not wait for the root.
+    const Two squared = SquaredDistance(dx, dy);
+    const Two d = Sqrt(squared);
+    const Two inverse_d = Two(1.0) / squared * d;
+    const Two ux = dx * inverse_d;
+    const Two uy = dy * inverse_d;
+    return {d - Two(center.radius), inverse_d, ux, uy, ux, uy};
+  }
+  CircleFigure center;
+  double same_x = 0.0;  ///< u less w
+  double same_y = 0.0;
+};
+
+/// Rays from a centre far from the points, without the rounding of large radii: with rho the
+/// centre's distance from the origin, d exceeds rho by (|p|^2 - 2 c p) / (d + rho), which is as
+/// exact as the point; and u is nearly the same for all points.
+struct FarCenter {
+  explicit FarCenter(const CircleFigure& circle)
+      : center(circle),
+        rho(std::sqrt(circle.x * circle.x + circle.y * circle.y)),
+        offset(circle.radius - rho),
+        same_x(-circle.x / rho),
+        same_y(-circle.y / rho) {}
+  Two Beyond(Two px, Two py) const {
+    const Two d = Distance(px - Two(center.x), py - Two(center.y));
+    return BeyondRho(px, py) / (d + Two(rho)) - Two(offset);
+  }
+  Ray To(Two px, Two py) const {
+    const Two dx = px - Two(center.x);
+    const Two dy = py - Two(center.y);
+    const Two d = Distance(dx, dy);
+    const Two sum = d + Two(rho);
+    const Two inverse = Two(1.0) / (d * sum);
+    const Two inverse_d = sum * inverse;
+    const Two beyond_rho = BeyondRho(px, py) * (d * inverse);
+    return {beyond_rho - Two(offset),
+            inverse_d,
+            dx * inverse_d,
+            dy * inverse_d,
+            (px - Two(same_x) * beyond_rho) * inverse_d,
+            (py - Two(same_y) * beyond_rho) * inverse_d};
+  }
+  /// How much further than rho, times d + rho.
+  Two BeyondRho(Two px, Two py) const {
+    const Two dot = px * Two(center.x) + py * Two(center.y);
+    return SquaredLength(px, py) - (dot + dot);
+  }
+  CircleFigure center;
+  double rho;
+  double offset;  ///< the radius beyond rho
+  double same_x;
+  double same_y;
+};
+
+/// Calls task(center) with the kind of centre that suits the circle.
+template <class Task>
+auto WithCenter(const CircleFigure& circle, const Task& task) {
+  const bool is_near = circle.x * circle.x + circle.y * circle.y < 16.0;
+  return is_near ? task(NearCenter(circle)) : task(FarCenter(circle));
+}
+
+struct LandscapeSums {
+  Two r, rr, wx, wy, wxx, wxy, wyy, rwx, rwy, bxx, bxy, byy;
+
+  void Add(const Ray& ray) {
+    const Two bend = ray.beyond * ray.inverse_d;
+    r += ray.beyond;
+    rr += ray.beyond * ray.beyond;
+    wx += ray.wx;
+    wy += ray.wy;
+    wxx += ray.wx * ray.wx;
+    wxy += ray.wx * ray.wy;
+    wyy += ray.wy * ray.wy;
+    rwx += ray.beyond * ray.wx;
+    rwy += ray.beyond * ray.wy;
+    bxx += bend * (ray.uy * ray.uy);
+    bxy += bend * (ray.ux * ray.uy);
+    byy += bend * (ray.ux * ray.ux);
+  }
+};
+
+template <class Center>
+Landscape SurveyFrom(const Center& center, const double* px, const double* py, std::size_t count) {
+  LandscapeSums pairs;
+  LandscapeSums last;
+  std::size_t i = 0;
+  for (; i + 1 < count; i += 2) pairs.Add(center.To(Two(px + i), Two(py + i)));
+  if (i < count) last.Add(center.To(Two(px[i]), Two(py[i])));
+  const double share = 1.0 / static_cast<double>(count);
+  const auto mean = [&](Two LandscapeSums::*sum) { return Total(pairs.*sum, last.*sum) * share; };
+  const double r = mean(&LandscapeSums::r);
+  const double wx = mean(&LandscapeSums::wx);
+  const double wy = mean(&LandscapeSums::wy);
+  Landscape land;
+  land.radius = center.center.radius + r;
+  land.radius_x = -wx - center.same_x;
+  land.radius_y = -wy - center.same_y;
+  land.squares = mean(&LandscapeSums::rr) - r * r;
+  land.slope_x = r * wx - mean(&LandscapeSums::rwx);
+  land.slope_y = r * wy - mean(&LandscapeSums::rwy);
+  land.xx = mean(&LandscapeSums::wxx) - wx * wx;
+  land.xy = mean(&LandscapeSums::wxy) - wx * wy;
+  land.yy = mean(&LandscapeSums::wyy) - wy * wy;
+  // As if the circle had the best radius, which it all but has.
+  land.bend_xx = mean(&LandscapeSums::bxx);
+  land.bend_xy = -mean(&LandscapeSums::bxy);
+  land.bend_yy = mean(&LandscapeSums::byy);
+  return land;
+}
+
+Landscape Survey(const CircleFigure& circle, const double* px, const double* py,
+                 std::size_t count) {
+  return WithCenter(circle, [=](const auto& center) { return SurveyFrom(center, px, py, count); });
+}
+
+/// How far each point lies beyond the circle, and the sum of that. It may replace the points.
+double Measure(const CircleFigure& circle, const double* px, const double* py, std::size_t count,
+               double* out) {
+  return WithCenter(circle, [=](const auto& center) {
+    Two sum;
+    std::size_t i = 0;
+    for (; i + 1 < count; i += 2) {
+      const Two beyond = center.Beyond(Two(px + i), Two(py + i));
+      sum += beyond;
+      Store(beyond, out + i);
+    }
+    if (i == count) return Sum(sum);
+    out[i] = Low(center.Beyond(Two(px[i]), Two(py[i])));
+    return Sum(sum) + out[i];
+  });
+}
+
+/// Solves (xx xy; xy yy) step = -slope, with `damping` on the diagonal; false where the matrix is
+/// not positive definite.
+bool Solve(const Landscape& land, double bend, double damping, double* step_x, double* step_y) {
+  const double xx = land.xx + bend * land.bend_xx + damping;
+  const double xy = land.xy + bend * land.bend_xy;
+  const double yy = land.yy + bend * land.bend_yy + damping;
+  const double determinant = xx * yy - xy * xy;
+  if (!(xx + yy > 0.0 && determinant > 1e-14 * xx * yy)) return false;
+  *step_x = (xy * land.slope_y - yy * land.slope_x) / determinant;
+  *step_y = (xy * land.slope_x - xx * land.slope_y) / determinant;
+  return true;
+}
+
+/// Sums for Taubin's fit, of points about their mean, with z = x^2 + y^2.
+struct AlgebraicSums {
+  Two xx, xy, yy, xz, yz, zz;
+
+  void Add(Two x, Two y) {
+    const Two x2 = x * x;
+    const Two y2 = y * y;
+    const Two z = x2 + y2;
+    xx += x2;
+    xy += x * y;
+    yy += y2;
+    xz += x * z;
+    yz += y * z;
+    zz += z * z;
+  }
+};
+
+/// The root of a0 + a1 v + a2 v^2 + a3 v^3 that Newton's method finds from 0: with the coefficients
+/// of Taubin's fit, the smallest one that is not negative.
+double SmallestRoot(double a0, double a1, double a2, double a3) {
+  double root = 0.0;
+  double value = a0;
+  for (int step = 0; step < 50; ++step) {
+    const double slope = a1 + root * (2.0 * a2 + root * 3.0 * a3);
+    const double next = root - value / slope;
+    if (next == root || !std::isfinite(next)) break;
+    const double next_value = a0 + next * (a1 + next * (a2 + next * a3));
+    if (!(std::fabs(next_value) < std::fabs(value))) break;
+    root = next;
+    value = next_value;
+  }
+  return root;
+}
+
+/// Whether the points lie on a line, to a root mean square distance of `resolution`.
+bool LieOnLine(const double* px, const double* py, std::size_t count, double resolution) {
+  LineFigure line;
+  if (!line.Fit(px, py, count)) return true;
+  double squares = 0.0;
+  for (std::size_t i = 0; i < count; ++i) squares += line.SquaredDistance(px[i], py[i]);
+  return squares <= static_cast<double>(count) * resolution * resolution;
+}
+
+}  // namespace
+
+bool CircleFigure::Through(const double* px, const double* py, const std::size_t* positions) {
+  const double x0 = px[positions[0]];
+  const double y0 = py[positions[0]];
+  const double x1 = px[positions[1]] - x0;
+  const double y1 = py[positions[1]] - y0;
+  const double x2 = px[positions[2]] - x0;
+  const double y2 = py[positions[2]] - y0;
+  const double z1 = x1 * x1 + y1 * y1;
+  const double z2 = x2 * x2 + y2 * y2;
+  const double area = 2.0 * (x1 * y2 - x2 * y1);
+  const double dx = (z1 * y2 - z2 * y1) / area;
+  const double dy = (z2 * x1 - z1 * x2) / area;
+  radius = std::sqrt(dx * dx + dy * dy);
+  x = x0 + dx;
+  y = y0 + dy;
+  return radius < kFarthestCenter;
+}
+
+bool CircleFigure::Fit(const double* px, const double* py, std::size_t count) {
+  const auto n = static_cast<double>(count);
+  return FitAbout(SumOf(px, count) / n, SumOf(py, count) / n, px, py, count);
+}
+
+bool CircleFigure::FitAbout(double mean_x, double mean_y, const double* px, const double* py,
+                            std::size_t count) {
+  AlgebraicSums pairs;
+  AlgebraicSums last;
+  std::size_t i = 0;
+  for (; i + 1 < count; i += 2) pairs.Add(Two(px + i) - Two(mean_x), Two(py + i) - Two(mean_y));
+  if (i < count) last.Add(Two(px[i] - mean_x), Two(py[i] - mean_y));
+  const double share = 1.0 / static_cast<double>(count);
+  const auto mean = [&](Two AlgebraicSums::*sum) { return Total(pairs.*sum, last.*sum) * share; };
+  const double xx = mean(&AlgebraicSums::xx);
+  const double xy = mean(&AlgebraicSums::xy);
+  const double yy = mean(&AlgebraicSums::yy);
+  const double xz = mean(&AlgebraicSums::xz);
+  const double yz = mean(&AlgebraicSums::yz);
+  const double zz = mean(&AlgebraicSums::zz);
+  const double z = xx + yy;
+  const double spread = xx * yy - xy * xy;
+  const double variance = zz - z * z;
+  const double root =
+      SmallestRoot(xz * (xz * yy - yz * xy) + yz * (yz * xx - xz * xy) - variance * spread,
+                   variance * z + 4.0 * spread * z - xz * xz - yz * yz, -3.0 * z * z - zz, 4.0 * z);
+  const double determinant = root * (root - z) + spread;
+  const double dx = (xz * (yy - root) - yz * xy) / determinant * 0.5;
+  const double dy = (yz * (xx - root) - xz * xy) / determinant * 0.5;
+  x = mean_x + dx;
+  y = mean_y + dy;
+  radius = std::sqrt(dx * dx + dy * dy + z);
+  return radius < kFarthestCenter;
+}
+
+bool CircleFigure::Refine(const double* px, const double* py, std::size_t count, double* squares) {
+  constexpr int kMostSteps = 200;
+  // A Newton step below this share of the radius squares the error, to far below rounding.
+  constexpr double kLastStep = 1e-10;
+  Landscape land = Survey(*this, px, py, count);
+  double damping = 0.0;
+  for (int i = 0; i < kMostSteps; ++i) {
+    radius = land.radius;
+    *squares = land.squares;
+    if (!(radius < kFarthestCenter)) return false;
+    const double size = land.xx + land.yy;
+    double step_x = 0.0;
+    double step_y = 0.0;
+    if (!Solve(land, 1.0, damping, &step_x, &step_y) &&
+        !Solve(land, 0.0, std::max(damping, 1e-6 * size), &step_x, &step_y)) {
+      return true;
+    }
+    if (step_x * step_x + step_y * step_y <= kLastStep * kLastStep * radius * radius) {
+      if (damping == 0.0) {
+        x += step_x;
+        y += step_y;
+        radius += land.radius_x * step_x + land.radius_y * step_y;
+      }
+      return true;
+    }
+    const CircleFigure next{x + step_x, y + step_y,
+                            radius + land.radius_x * step_x + land.radius_y * step_y};
+    const Landscape there = Survey(next, px, py, count);
+    // Near the end the sums differ by their rounding alone.
+    if (there.squares <= land.squares * (1.0 + 1e-13)) {
+      *this = next;
+      land = there;
+      damping = damping < 1e-6 * size ? 0.0 : damping * 0.1;
+    } else {
+      damping = std::max(damping * 10.0, 1e-3 * size);
+    }
+  }
+  return true;
+}
+
+bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit) {
+  if (count < CircleFigure::kPoints) return false;
+  const Box box = BoundingBox(points, count);
+  if (!box.IsFinite()) return false;
+  const Frame frame = Frame::Around(box);
+  const auto coordinates = std::make_unique_for_overwrite<double[]>(2 * count);
+  double* const x = coordinates.get();
+  double* const y = x + count;
+  Two sums_x;
+  Two sums_y;
+  std::size_t i = 0;
+  for (; i + 1 < count; i += 2) {
+    const Two pair_x = frame.X(Two(points[i].x, points[i + 1].x));
+    const Two pair_y = frame.Y(Two(points[i].y, points[i + 1].y));
+    sums_x += pair_x;
+    sums_y += pair_y;
+    Store(pair_x, x + i);
+    Store(pair_y, y + i);
+  }
+  double sum_x = Sum(sums_x);
+  double sum_y = Sum(sums_y);
+  if (i < count) {
+    sum_x += x[i] = frame.X(points[i].x);
+    sum_y += y[i] = frame.Y(points[i].y);
+  }
+  const auto n = static_cast<double>(count);
+  CircleFigure circle;
+  double squares = 0.0;
+  if (!circle.FitAbout(sum_x / n, sum_y / n, x, y, count) || !circle.Refine(x, y, count, &squares))
+    return false;
+  // Only a circle much larger than the spread of its points may be a line.
+  if (circle.radius > 10.0 && LieOnLine(x, y, count, 4.0 * frame.Resolution(box.Magnitude()))) {
+    return false;
+  }
+  double* const beyond = x;
+  const double middle = Measure(circle, x, y, count, beyond) / n;
+  const double error = SumOf(beyond, count, [=](Two r) { return Absolute(r - Two(middle)); }) / n;
+  circle.radius += middle;
+  fit->x = frame.BackX(circle.x);
+  fit->y = frame.BackY(circle.y);
+  fit->diameter = frame.BackLength(2.0 * circle.radius);
+  fit->mean_error = frame.BackLength(error);
+  return std::isfinite(fit->x) && std::isfinite(fit->y) && std::isfinite(fit->diameter) &&
+         std::isfinite(fit->mean_error);
+}
+
+}  // namespace geometry

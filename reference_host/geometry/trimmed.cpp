@@ -1,0 +1,169 @@
+#include "reference_host/geometry/trimmed.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace geometry {
+namespace {
+
+/// Moves the values for which keep(value) holds to the front, without a branch for each; gives how
+/// many they are.
+template <class Keep>
+std::size_t MoveToFront(double* values, std::size_t size, const Keep& keep) {
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < size; ++i) {
+    const double value = values[i];
+    values[kept] = value;
+    kept += keep(value) ? 1 : 0;
+  }
+  return kept;
+}
+
+/// The value that has the rank when they are in order. Spoils the array.
+double ValueAt(double* values, std::size_t size, std::size_t rank) {
+  // A bad run of pivots is left to the library, which knows no bad ones.
+  for (int round = 0; size > 12 && round < 50; ++round) {
+    const double a = values[0];
+    const double b = values[size / 2];
+    const double c = values[size - 1];
+    const double pivot = std::max(std::min(a, b), std::min(std::max(a, b), c));
+    const std::size_t below = CountBelow(values, size, pivot);
+    if (rank < below) {
+      size = MoveToFront(values, size, [pivot](double value) { return value < pivot; });
+      continue;
+    }
+    const std::size_t above =
+        MoveToFront(values, size, [pivot](double value) { return value > pivot; });
+    if (rank < size - above) return pivot;
+    rank -= size - above;
+    size = above;
+  }
+  std::nth_element(values, values + rank, values + size);
+  return values[rank];
+}
+
+}  // namespace
+
+std::size_t Draws::Below(std::size_t end) {
+  state_ += 0x9e3779b97f4a7c15U;
+  std::uint64_t bits = state_;
+  bits = (bits ^ (bits >> 30)) * 0xbf58476d1ce4e5b9U;
+  bits = (bits ^ (bits >> 27)) * 0x94d049bb133111ebU;
+  bits ^= bits >> 31;
+  return static_cast<std::size_t>(((bits >> 32) * end) >> 32);
+}
+
+std::vector<std::size_t> Sample(std::size_t count) {
+  constexpr std::size_t kMost = 512;
+  std::vector<std::size_t> positions(std::min(count, kMost));
+  if (count <= kMost) {
+    std::iota(positions.begin(), positions.end(), std::size_t{0});
+    return positions;
+  }
+  // One from each of as many stretches: points that belong together often come together.
+  Draws draws;
+  for (std::size_t i = 0; i < kMost; ++i) {
+    const std::size_t start = i * count / kMost;
+    positions[i] = start + draws.Below((i + 1) * count / kMost - start);
+  }
+  return positions;
+}
+
+Frame FrameOfMost(const CNuvPoint* points, const std::vector<std::size_t>& sample, std::size_t kept,
+                  const Box& box) {
+  const std::size_t size = sample.size();
+  std::vector<double> values(size);
+  const auto fill = [&](const auto& of) {
+    for (std::size_t i = 0; i < size; ++i) values[i] = of(points[sample[i]]);
+  };
+  fill([](const CNuvPoint& point) { return point.x; });
+  const double x = ValueAt(values.data(), size, size / 2);
+  fill([](const CNuvPoint& point) { return point.y; });
+  const double y = ValueAt(values.data(), size, size / 2);
+  // Halves: differences of huge coordinates may not fit.
+  fill([=](const CNuvPoint& point) {
+    return std::max(std::fabs(point.x * 0.5 - x * 0.5), std::fabs(point.y * 0.5 - y * 0.5));
+  });
+  double spread = ValueAt(values.data(), size, kept - 1);
+  if (spread == 0.0) {
+    spread = std::max(box.right * 0.5 - box.left * 0.5, box.bottom * 0.5 - box.top * 0.5);
+  }
+  return {x, y, spread, box.Magnitude()};
+}
+
+PointSet InFrame(const Frame& frame, const CNuvPoint* points,
+                 const std::vector<std::size_t>& positions) {
+  PointSet set(positions.size());
+  for (std::size_t i = 0; i < set.Size(); ++i) {
+    frame.Map(points[positions[i]], &set.x[i], &set.y[i]);
+  }
+  return set;
+}
+
+PointSet InFrame(const Frame& frame, const CNuvPoint* points, std::size_t count) {
+  PointSet set(count);
+  for (std::size_t i = 0; i < count; ++i) frame.Map(points[i], &set.x[i], &set.y[i]);
+  return set;
+}
+
+Nearest::Nearest(const PointSet& set, std::size_t kept)
+    : set_(set),
+      kept_(kept),
+      squared_(set.Size()),
+      scratch_(set.Size() + 1),
+      kept_x_(kept + 1),
+      kept_y_(kept + 1) {}
+
+/// Only the values between `low` and `high` need to be ordered, if it is there.
+double Nearest::FindReach(double low, double high) {
+  std::size_t below = 0;
+  std::size_t near = 0;
+  for (const double squared : squared_) {
+    scratch_[near] = squared;
+    below += squared < low ? 1 : 0;
+    near += static_cast<std::size_t>(squared >= low) & static_cast<std::size_t>(squared <= high);
+  }
+  if (below >= kept_ || below + near < kept_) {
+    std::copy(squared_.begin(), squared_.end(), scratch_.begin());
+    below = 0;
+    near = squared_.size();
+  }
+  return ValueAt(scratch_.data(), near, kept_ - 1 - below);
+}
+
+/// Calls visit(position, 1 or 0) for each point, 1 for selected ones.
+template <class Visit>
+void Nearest::Visits(const Visit& visit) const {
+  std::size_t ties = kept_ - CountBelow(squared_.data(), squared_.size(), reach_);
+  for (std::size_t i = 0; i < squared_.size(); ++i) {
+    const auto tie = static_cast<std::size_t>((squared_[i] == reach_) & (ties != 0));
+    ties -= tie;
+    visit(i, static_cast<std::size_t>(squared_[i] < reach_) | tie);
+  }
+}
+
+double Nearest::Gather() {
+  // Written without a branch, so that there is room for one more.
+  const double* const x = set_.x.data();
+  const double* const y = set_.y.data();
+  double* const kept_x = kept_x_.data();
+  double* const kept_y = kept_y_.data();
+  double* const kept_squared = scratch_.data();
+  std::size_t place = 0;
+  Visits([&](std::size_t i, std::size_t selected) {
+    kept_x[place] = x[i];
+    kept_y[place] = y[i];
+    kept_squared[place] = squared_[i];
+    place += selected;
+  });
+  return SumOf(kept_squared, kept_);
+}
+
+std::vector<bool> Nearest::Selected() const {
+  std::vector<bool> flags(squared_.size());
+  Visits([&](std::size_t i, std::size_t selected) { flags[i] = selected != 0; });
+  return flags;
+}
+
+}  // namespace geometry
