@@ -254,7 +254,8 @@ TEST(Geometric, AResultMayBeAnInput) {
       if (input.GetType() == NUV_OBJ_DOUBLE) input = 2.0 + next;
       if (input.GetType() == NUV_OBJ_POINT_VECTOR) {
         auto& points = static_cast<CNuvPointVector&>(input);
-        for (const double x : {1.0, 9.0, 3.0, 6.0}) points.PushBack(CNuvPoint(x * next, (x - 5) * (x - 5)));
+        for (const double x : {1.0, 9.0, 3.0, 6.0})
+          points.PushBack(CNuvPoint(x * next, (x - 5) * (x - 5)));
       }
       next += 0.75;
     }
