@@ -16,7 +16,12 @@ template <class... Instructions>
 struct InstructionList {
   static constexpr std::size_t kSize = sizeof...(Instructions);
   template <class I>
-  static constexpr bool kContains = (std::is_same_v<I, Instructions> || ...);
+  static constexpr bool kContains = [] {
+    for (const bool same : {std::is_same_v<I, Instructions>...}) {
+      if (same) return true;
+    }
+    return false;
+  }();
 };
 
 using Catalogue = InstructionList<

@@ -35,7 +35,9 @@ LoadedLibrary library;
 CFormulaLib::CFormulaLib() {
   Reserve(formula::Catalogue::kSize);
   [this]<class... Instructions>(formula::InstructionList<Instructions...>) {
-    (Register(RequireMemory(formula::NewInstruction<Instructions>())), ...);
+    for (const auto make : {formula::NewInstruction<Instructions>...}) {
+      Register(RequireMemory(make()));
+    }
   }(formula::Catalogue());
 }
 
