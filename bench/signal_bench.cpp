@@ -17,6 +17,7 @@
 #include "bench/ready_context.h"
 #include "instr/array/cluster.h"
 #include "instr/array/math/kernels.h"
+#include "tests/instr/plain_signals.h"
 
 namespace {
 
@@ -115,43 +116,12 @@ void SmoothPlain(benchmark::State& state, int passes) {
         return Pair{Uniform(random, size), {}, Array(size)};
       },
       [=](Pair& pair) {
-        Array& a = pair.out;
-        a = pair.a;
-        for (int pass = 0; pass < passes; ++pass) {
-          double before = a[0];
-          for (std::size_t i = 1; i + 1 < a.size(); ++i) {
-            const double old = a[i];
-            a[i] = (before + 2.0 * old + a[i + 1]) * 0.25;
-            before = old;
-          }
-        }
+        pair.out = pair.a;
+        SmoothPlainly(pair.out, passes, false);
       });
 }
 
 // Circular correlation of a pattern with a search array.
-
-void CorrelatePlainly(const Array& pattern, const Array& search, Array& scores) {
-  const std::size_t t = pattern.size();
-  const std::size_t s = search.size();
-  Array circle = search;
-  circle.insert(circle.end(), search.begin(), search.begin() + static_cast<std::ptrdiff_t>(t));
-  const auto count = static_cast<double>(t);
-  const double pattern_mean = std::accumulate(pattern.begin(), pattern.end(), 0.0) / count;
-  double squares = 0.0;
-  for (const double x : pattern) squares += (x - pattern_mean) * (x - pattern_mean);
-  for (std::size_t p = 0; p < s; ++p) {
-    const double* w = circle.data() + p;
-    const double mean = std::accumulate(w, w + t, 0.0) / count;
-    double product = 0.0;
-    double own = 0.0;
-    for (std::size_t i = 0; i < t; ++i) {
-      product += (w[i] - mean) * (pattern[i] - pattern_mean);
-      own += (w[i] - mean) * (w[i] - mean);
-    }
-    const double norm = std::sqrt(own) * std::sqrt(squares);
-    scores[p] = norm != 0 ? product / norm : 0.0;
-  }
-}
 
 void CorrelateOurs(benchmark::State& state) {
   const auto s = static_cast<std::size_t>(state.range(0));
@@ -247,37 +217,6 @@ void PointSortPlain(benchmark::State& state, Before before) {
 }
 
 // Clustering.
-
-std::vector<std::size_t> ClusterPlainly(const Array& values, double tolerance) {
-  struct Cluster {
-    double centre = 0.0;
-    std::vector<std::pair<double, std::size_t>> members;
-  };
-  std::vector<Cluster> clusters;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    std::size_t nearest = clusters.size();
-    double least = tolerance;
-    for (std::size_t c = 0; c < clusters.size(); ++c) {
-      const double distance = std::fabs(clusters[c].centre - values[i]);
-      if (!(distance < least)) continue;
-      nearest = c;
-      least = distance;
-    }
-    if (nearest == clusters.size()) clusters.emplace_back();
-    Cluster& cluster = clusters[nearest];
-    cluster.members.emplace_back(values[i], i);
-    double sum = 0.0;
-    for (const auto& member : cluster.members) sum += member.first;
-    cluster.centre = sum / static_cast<double>(cluster.members.size());
-  }
-  std::vector<std::size_t> largest;
-  for (const Cluster& cluster : clusters) {
-    if (cluster.members.size() <= largest.size()) continue;
-    largest.clear();
-    for (const auto& member : cluster.members) largest.push_back(member.second);
-  }
-  return largest;
-}
 
 /// Few clusters: two groups of gaps. Many: values all over, a little more than half of them alone.
 template <auto kCluster>

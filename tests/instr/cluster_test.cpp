@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tests/instr/any_arrays.h"
+#include "tests/instr/plain_signals.h"
 #include "tests/instr/table.h"
 
 namespace {
@@ -63,35 +64,6 @@ TEST(Points, ClusteringFails) {
                                   {"text", "Negative tolerance is not a valid input."}}});
     EXPECT_EQ(answer.value("messages", Json::array()), row.told ? messages : Json::array());
   }
-}
-
-/// Every cluster with its members, its centre summed afresh for each of them.
-std::vector<std::size_t> ClusterPlainly(const Array& values, double tolerance) {
-  struct Cluster {
-    double centre = 0.0;
-    std::vector<std::size_t> members;
-  };
-  std::vector<Cluster> clusters;
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    Cluster* nearest = nullptr;
-    double least = 0.0;
-    for (Cluster& cluster : clusters) {
-      const double distance = std::fabs(cluster.centre - values[i]);
-      if (!(distance < tolerance) || (nearest != nullptr && !(distance < least))) continue;
-      nearest = &cluster;
-      least = distance;
-    }
-    if (nearest == nullptr) nearest = &clusters.emplace_back();
-    nearest->members.push_back(i);
-    double sum = 0.0;
-    for (const std::size_t member : nearest->members) sum += values[member];
-    nearest->centre = sum / static_cast<double>(nearest->members.size());
-  }
-  std::vector<std::size_t> largest;
-  for (const Cluster& cluster : clusters) {
-    if (cluster.members.size() > largest.size()) largest = cluster.members;
-  }
-  return largest;
 }
 
 double HostileValue(std::mt19937_64& random, unsigned kind, std::size_t size) {

@@ -6,6 +6,7 @@
 
 #include "instr/array/math/sort.h"
 #include "tests/instr/any_arrays.h"
+#include "tests/instr/plain_signals.h"
 #include "tests/instr/table.h"
 
 namespace {
@@ -75,24 +76,8 @@ TEST(Signals, CorrelationsWarn) {
   }
 }
 
-/// The filter element by element and pass by pass, two elements of the circle behind its end.
-Array SmoothPlainly(Array a, std::int64_t passes, bool circular) {
-  const std::size_t n = a.size();
-  if (circular) a.resize(n + 2);
-  for (; passes > 0; --passes) {
-    if (circular) {
-      a[n] = a[0];
-      a[n + 1] = a[1];
-    }
-    double before = a[0];
-    for (std::size_t i = 1; i + 1 < a.size(); ++i) {
-      const double old = a[i];
-      a[i] = (before + 2.0 * old + a[i + 1]) * 0.25;
-      before = old;
-    }
-    if (circular) a[0] = a[n];
-  }
-  a.resize(n);
+Array Smoothed(Array a, std::int64_t passes, bool circular) {
+  SmoothPlainly(a, passes, circular);
   return a;
 }
 
@@ -105,7 +90,7 @@ void CheckSmooth(const Kernels& k) {
         const auto count = static_cast<std::ptrdiff_t>(passes);
         Array out(in.size());
         k.smooth(out.data(), in.data(), in.size(), count, circular);
-        ExpectSame(out, SmoothPlainly(in, count, circular));
+        ExpectSame(out, Smoothed(in, count, circular));
       }
     }
   });
@@ -142,7 +127,7 @@ TEST(Signals, SmoothManyTimes) {
     call.inputs[1] = passes;
     call.inputs[2] = circular;
     ASSERT_EQ(call.Execute(*smooth.prototype), 0);
-    Array wanted = SmoothPlainly(in, passes, circular);
+    Array wanted = Smoothed(in, passes, circular);
     if (circular && passes == 0) wanted.resize(in.size() + 2);
     ExpectSame(GetArray(call.results[0]), wanted);
   }
@@ -152,7 +137,7 @@ TEST(Signals, SmoothManyTimes) {
   call.inputs[1] = std::numeric_limits<int>::max();
   call.inputs[2] = false;
   ASSERT_EQ(call.Execute(*smooth.prototype), 0);
-  ExpectSame(GetArray(call.results[0]), SmoothPlainly(in, 5000, false));
+  ExpectSame(GetArray(call.results[0]), Smoothed(in, 5000, false));
 }
 
 struct Scores {
@@ -160,33 +145,11 @@ struct Scores {
   std::size_t invalid = 0;
 };
 
-/// Every window of the circle on its own.
-Scores CorrelatePlainly(const Array& pattern, const Array& search, bool align) {
+Scores Correlated(const Array& pattern, const Array& search, bool align) {
   const std::size_t t = pattern.size();
   const std::size_t s = search.size();
-  Array circle = search;
-  circle.insert(circle.end(), search.begin(), search.begin() + static_cast<std::ptrdiff_t>(t));
-  const auto count = static_cast<double>(t);
-  const double pattern_mean = std::accumulate(pattern.begin(), pattern.end(), 0.0) / count;
-  double squares = 0.0;
-  for (const double x : pattern) squares += (x - pattern_mean) * (x - pattern_mean);
   Scores found{Array(s)};
-  for (std::size_t p = 0; p < s; ++p) {
-    const double* w = circle.data() + p;
-    const double mean = std::accumulate(w, w + t, 0.0) / count;
-    double product = 0.0;
-    double own = 0.0;
-    for (std::size_t i = 0; i < t; ++i) {
-      product += (w[i] - mean) * (pattern[i] - pattern_mean);
-      own += (w[i] - mean) * (w[i] - mean);
-    }
-    const double norm = std::sqrt(own) * std::sqrt(squares);
-    if (norm != 0) {
-      found.scores[p] = product / norm;
-    } else {
-      ++found.invalid;
-    }
-  }
+  found.invalid = CorrelatePlainly(pattern, search, found.scores);
   if (!align || t < 3) return found;
   Array aligned(s);
   for (std::size_t i = 0; i < s; ++i) aligned[i] = found.scores[(i + s - t / 2) % s];
@@ -202,7 +165,7 @@ void CheckCorrelate(const Kernels& k) {
     const Array pattern = AnyArray(random, t, round % 7 == 0 ? 2 : round / 8);
     const Array search = AnyArray(random, s, round);
     SCOPED_TRACE(testing::Message() << "round " << round << ": " << t << " in " << s);
-    const Scores wanted = CorrelatePlainly(pattern, search, false);
+    const Scores wanted = Correlated(pattern, search, false);
     const double mean =
         std::accumulate(pattern.begin(), pattern.end(), 0.0) / static_cast<double>(t);
     Array differences(t);
@@ -243,7 +206,7 @@ TEST(Signals, CorrelateCircularIsThePlainOne) {
     ASSERT_EQ(call.Execute(*correlate.prototype), 0);
     const bool swapped = second.size() < first.size();
     const Array& pattern = swapped ? second : first;
-    const Scores wanted = CorrelatePlainly(pattern, swapped ? first : second, align);
+    const Scores wanted = Correlated(pattern, swapped ? first : second, align);
     ExpectSame(GetArray(call.results[0]), wanted.scores);
     EXPECT_EQ(static_cast<double>(call.results[1]), static_cast<double>(pattern.size()));
     EXPECT_EQ(static_cast<double>(call.results[2]), static_cast<double>(wanted.invalid));
