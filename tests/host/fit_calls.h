@@ -1,0 +1,130 @@
+// Calls of the fits, and points to fit.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <numbers>
+#include <random>
+#include <vector>
+
+#include "host/geometry.h"
+
+using Points = std::vector<CNuvPoint>;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+inline Points ToPoints(const CNuvPointVector& vector) {
+  return {vector.GetStorage(), vector.GetStorage() + vector.Size()};
+}
+
+/// Results that begin as rubbish, so that one not written shows.
+struct Result {
+  std::uint32_t status = 77;
+  std::uint32_t included = 77;
+  CNuvLine line{7.0, 7.0};
+  CNuvPoint center{7.0, 7.0};
+  double diameter = 7.0;
+  double error = 7.0;
+  Points outliers;
+  Points used;
+
+  friend bool operator==(const Result& a, const Result& b) {
+    const auto same = [](double x, double y) { return std::memcmp(&x, &y, sizeof x) == 0; };
+    return a.status == b.status && a.included == b.included && same(a.line.a, b.line.a) &&
+           same(a.line.d, b.line.d) && same(a.center.x, b.center.x) &&
+           same(a.center.y, b.center.y) && same(a.diameter, b.diameter) && same(a.error, b.error) &&
+           a.outliers == b.outliers && a.used == b.used;
+  }
+};
+
+using Fitting = Result (*)(const Points&, std::uint32_t percent);
+
+inline Result FitLine(const Points& points, std::uint32_t percent) {
+  Result result;
+  CNuvPointVector outliers;
+  CNuvPointVector used;
+  outliers.Resize(3);
+  used.Resize(3);
+  result.status =
+      CNuvGeometry::Points2BestLine(points.data(), static_cast<std::uint32_t>(points.size()),
+                                    percent, &result.included, &result.line, &outliers, &used);
+  result.outliers = ToPoints(outliers);
+  result.used = ToPoints(used);
+  return result;
+}
+
+inline Result FitCircle(const Points& points, std::uint32_t percent) {
+  Result result;
+  CNuvPointVector outliers;
+  CNuvPointVector used;
+  outliers.Resize(3);
+  used.Resize(3);
+  result.status = CNuvGeometry::Points2BestCircle(
+      points.data(), static_cast<std::uint32_t>(points.size()), percent, &result.diameter,
+      &result.included, &result.error, &result.center, &outliers, &used);
+  result.outliers = ToPoints(outliers);
+  result.used = ToPoints(used);
+  return result;
+}
+
+class Random {
+ public:
+  explicit Random(std::uint64_t seed) : engine_(seed) {}
+  double Between(double low, double high) {
+    return low + (high - low) * static_cast<double>(engine_() >> 11) * 0x1p-53;
+  }
+  double Normal() { return normal_(engine_); }
+  int Below(int end) { return static_cast<int>(engine_() % static_cast<unsigned>(end)); }
+
+ private:
+  std::mt19937_64 engine_;
+  std::normal_distribution<double> normal_;
+};
+
+/// Points near a line or a circle of size 100, with a share of outliers.
+inline Points Scene(Random& random, bool circle, int count, double outlier_share, double noise) {
+  const double angle = random.Between(0.0, 3.2);
+  const double x = random.Between(-100.0, 100.0);
+  const double y = random.Between(-100.0, 100.0);
+  Points points;
+  for (int i = 0; i < count; ++i) {
+    if (random.Between(0.0, 1.0) < outlier_share) {
+      points.emplace_back(x + random.Between(-80.0, 80.0), y + random.Between(-80.0, 80.0));
+    } else if (circle) {
+      const double t = random.Between(0.0, 2.0 * std::numbers::pi);
+      const double r = 50.0 + noise * random.Normal();
+      points.emplace_back(x + r * std::cos(t), y + r * std::sin(t));
+    } else {
+      const double t = random.Between(-50.0, 50.0);
+      const double r = noise * random.Normal();
+      points.emplace_back(x + t * std::cos(angle) - r * std::sin(angle),
+                          y + t * std::sin(angle) + r * std::cos(angle));
+    }
+  }
+  return points;
+}
+
+/// Used and left out together are the input, each in its order.
+inline void ExpectDivided(const Points& points, const Result& result, std::uint32_t percent) {
+  const std::size_t out = points.size() * percent / 100;
+  ASSERT_EQ(result.outliers.size(), out);
+  ASSERT_EQ(result.used.size(), points.size() - out);
+  EXPECT_EQ(result.included, result.used.size());
+  // How many of the first points may be among those used: several, where points coincide.
+  std::vector<bool> possible(result.used.size() + 1);
+  possible[0] = true;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    std::vector<bool> next(possible.size());
+    for (std::size_t used = 0; used < possible.size(); ++used) {
+      if (!possible[used] || used > i) continue;
+      const std::size_t left = i - used;
+      if (used < result.used.size() && result.used[used] == points[i]) next[used + 1] = true;
+      if (left < out && result.outliers[left] == points[i]) next[used] = true;
+    }
+    possible = next;
+  }
+  EXPECT_TRUE(possible.back()) << "not the input in its order";
+}
