@@ -1,4 +1,4 @@
-// Geometric instructions: their rules, their units, and results that are inputs.
+// Geometric instructions: their rules and their units.
 
 #include <algorithm>
 #include <cmath>
@@ -214,74 +214,6 @@ TEST(Geometric, GridsAgreeWithTheirRule) {
     object = expected;
     ASSERT_EQ(nuvhost::ToJson(call.results[0]).dump(), nuvhost::ToJson(object).dump());
   }
-}
-
-/// A context whose values are somebody else's, wired at will.
-class WiredContext final : public IXInstrContext {
- public:
-  explicit WiredContext(nuvhost::Services& services) : services_(services) {}
-  std::vector<CNuvObject*> constants;
-  std::vector<CNuvObject*> inputs;
-  std::vector<CNuvObject*> results;
-
-  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
-  CNuvObject** ConstantValues() override { return constants.data(); }
-  CNuvObject** InputValues() override { return inputs.data(); }
-  std::int32_t InputCount() override { return static_cast<std::int32_t>(inputs.size()); }
-  CNuvObject** ResultValues() override { return results.data(); }
-  CNuvObject* ConstantValue(std::int32_t index) override { return constants[index]; }
-  CNuvObject* ResultValue(std::int32_t index) override { return results[index]; }
-  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
-  void* Service(std::int32_t number) override { return services_.Find(number); }
-
- private:
-  nuvhost::Services& services_;
-};
-
-// Whatever a result is wired to, every result comes out as it does apart.
-TEST(Geometric, AResultMayBeAnInput) {
-  nuvhost::Services services;
-  int wirings = 0;
-  for (const nuvhost::Instruction& instruction : BuiltCatalogue().Instructions()) {
-    const DescriptorRecord& descriptor = *instruction.descriptor;
-    if (descriptor.category != std::string("Geometric")) continue;
-    nuvhost::CallContext apart(descriptor, services);
-    double next = 0.5;
-    for (CNuvObject& input : apart.inputs) {
-      const CNuvPoint point(next, next * next);
-      if (input.GetType() == NUV_OBJ_POINT) input = point;
-      if (input.GetType() == NUV_OBJ_LINE) input = CNuvLine(next, 2.0);
-      if (input.GetType() == NUV_OBJ_DOUBLE) input = 2.0 + next;
-      if (input.GetType() == NUV_OBJ_POINT_VECTOR) {
-        auto& points = static_cast<CNuvPointVector&>(input);
-        for (const double x : {1.0, 9.0, 3.0, 6.0})
-          points.PushBack(CNuvPoint(x * next, (x - 5) * (x - 5)));
-      }
-      next += 0.75;
-    }
-    const std::vector<CNuvObject> before = apart.inputs;
-    const std::int32_t status = apart.Execute(*instruction.prototype);  // one point has no line
-    for (std::size_t result = 0; result < apart.results.size(); ++result) {
-      for (std::size_t input = 0; input < before.size(); ++input) {
-        if (before[input].GetType() != apart.results[result].GetType()) continue;
-        SCOPED_TRACE(testing::Message() << descriptor.identifier << result << input);
-        ++wirings;
-        std::vector<CNuvObject> values = before;
-        std::vector<CNuvObject> results = apart.results;
-        std::vector<CNuvObject> constants = apart.constants;
-        WiredContext context(services);
-        for (CNuvObject& value : constants) context.constants.push_back(&value);
-        for (CNuvObject& value : values) context.inputs.push_back(&value);
-        for (CNuvObject& value : results) context.results.push_back(&value);
-        context.results[result] = &values[input];
-        ASSERT_EQ(static_cast<std::int32_t>(instruction.prototype->Execute(&context)), status);
-        for (std::size_t i = 0; i < results.size(); ++i) {
-          EXPECT_EQ(nuvhost::ToJson(*context.results[i]), nuvhost::ToJson(apart.results[i])) << i;
-        }
-      }
-    }
-  }
-  EXPECT_GT(wirings, 25);
 }
 
 }  // namespace
