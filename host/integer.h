@@ -11,12 +11,6 @@ inline std::int32_t NuvTruncate(double number) noexcept {
   return _mm_cvttsd_si32(_mm_set_sd(number));
 }
 
-/// Truncates toward zero to 64 bits and keeps the low 32: how a number becomes an unsigned
-/// integer. So -1 is 4294967295; a value outside the 64-bit signed range, or NaN, gives 0.
-inline std::uint32_t NuvTruncateUnsigned(double number) noexcept {
-  return static_cast<std::uint32_t>(_mm_cvttsd_si64(_mm_set_sd(number)));
-}
-
 /// Rounds by the processor's current mode, half to even unless it was changed, with the same
 /// rule for what does not fit.
 inline std::int32_t NuvRound(double number) noexcept {

@@ -2,7 +2,6 @@
 
 #include "instr/geometric/fit_line.h"
 
-#include "host/setting.h"
 #include "plugin/instruction.h"
 
 namespace formula {
@@ -48,7 +47,7 @@ struct CPt2BestAngle final : Instruction<CPt2BestAngle> {
   static Status Run(Call& call) {
     double angle = -CNuvGeometry::Points2Angle(call.Point(0), call.Point(1));
     CNuvGeometry::NormalizeAngleMinusPiBy2ToPiBy2(&angle);
-    return call.Set(0, CNuvAngleTr::ToPrefs(angle, true));
+    return call.SetAngle(0, angle);
   }
 };
 

@@ -4,7 +4,6 @@
 #include <span>
 #include <vector>
 
-#include "host/setting.h"
 #include "instr/array/cluster.h"
 #include "instr/geometric/fit_line.h"
 #include "plugin/instruction.h"
@@ -69,7 +68,7 @@ struct CRakePt2BestLn final : Instruction<CRakePt2BestLn> {
                            {&LineFitResults::Outliers(call), &LineFitResults::Used(call)});
     const std::uint32_t percent = NuvTruncateLow32(call.Number(0));
     const double linear_tolerance = call.Number(2);
-    const double angular_tolerance = CNuvAngleTr::ToRad(call.Number(3));
+    const double angular_tolerance = call.Angle(3);
     LineFitResults results(call);
     if (linear_tolerance < 0.0) {
       return Reject(call, "Negative linear tolerance is not a valid input.");

@@ -34,7 +34,7 @@ struct CDiskSpace final : Instruction<CDiskSpace> {
       .results = {Number("free disk space"), Number("total disk space"), Number("percent free")},
   };
   static Status Run(Call& call) {
-    const auto disk = platform::FindDiskSpace(std::string(call.Text(0)).c_str());
+    const auto disk = platform::FindDiskSpace(call.CString(0));
     double free = 0.0;
     double total = 0.0;
     double percent = 0.0;

@@ -64,7 +64,7 @@ struct CGetEnv final : Instruction<CGetEnv> {
       .results = {Text("env var value")},
   };
   static Status Run(Call& call) {
-    const char* value = platform::FindVariable(std::string(call.Text(0)).c_str());
+    const char* value = platform::FindVariable(call.CString(0));
     const bool found = value != nullptr && *value != '\0';
     return call.Set(0, std::string_view(found ? value : "Not found"));
   }

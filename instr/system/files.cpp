@@ -58,9 +58,7 @@ struct CFileExists final : Instruction<CFileExists> {
       .inputs = {Text("filename")},
       .results = {Boolean("file exists")},
   };
-  static Status Run(Call& call) {
-    return call.Set(0, CNuvOs::FileExists(std::string(call.Text(0)).c_str()));
-  }
+  static Status Run(Call& call) { return call.Set(0, CNuvOs::FileExists(call.CString(0))); }
 };
 
 /// A file that is not there is as good as deleted; a folder that is not there is an error.

@@ -22,7 +22,7 @@ struct CLog final : Instruction<CLog> {
   };
   static Status Run(Call& call) {
     const auto level = static_cast<LEVEL>(call.ConstantInteger(0));
-    CNuvLog::Instance().Log(level, std::string(call.Text(0)).c_str());
+    CNuvLog::Instance().Log(level, call.CString(0));
     return Status::kSuccess;
   }
 };
