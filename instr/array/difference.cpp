@@ -62,13 +62,13 @@ struct CNArrDiff final : Difference<CNArrDiff, NumberElement> {
   static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CNArrDiff_", 460224);
 };
 struct CSArrDiff final : Difference<CSArrDiff, StringElement> {
-  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CSArrDiff_", 460225);
+  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CSArrDiff_", 460226);
 };
 struct CPArrDiff final : Difference<CPArrDiff, PointElement> {
-  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CPArrDiff_", 460226);
+  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CPArrDiff_", 460227);
 };
 struct CLArrDiff final : Difference<CLArrDiff, LineElement> {
-  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CLArrDiff_", 460227);
+  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CLArrDiff_", 460225);
 };
 
 template IXInstrPlugin* NewInstruction<CNArrDiff>() noexcept;

@@ -32,7 +32,7 @@ constexpr Definition OverArray(const char* name, const char* identifier, std::ui
 
 Status SetExtreme(Call& call, const Extreme& extreme) {
   call.Set(0, extreme.value);
-  return call.Set(1, static_cast<double>(extreme.index));
+  return call.Set(1, static_cast<std::int32_t>(extreme.index));
 }
 
 /// Writes the input that beats all before it, and its index; the first of equals wins.

@@ -9,7 +9,7 @@ namespace formula {
 namespace {
 
 /// The largest width and precision, so that no format asks for gigabytes.
-constexpr int kLimit = 4096;
+constexpr int kLimit = 65535;
 
 struct Conversion {
   bool left = false;       // -
@@ -62,6 +62,8 @@ std::optional<Conversion> Parse(std::string_view text) {
     conversion.precision = 0;
     if (!TakeSize(text, conversion.precision)) return std::nullopt;
   }
+  // As in C, an l says nothing before such a letter.
+  if (text.starts_with('l')) text.remove_prefix(1);
   if (text.size() != 1 || std::string_view("eEfFgGaA").find(text[0]) == text.npos) {
     return std::nullopt;
   }
@@ -74,11 +76,15 @@ std::optional<Conversion> Parse(std::string_view text) {
 /// Windows libraries loses the sign of a NaN and some of the padding, and rounds %a otherwise. A
 /// negative precision: as many digits as the number has.
 std::string ToChars(double magnitude, std::chars_format format, int precision) {
-  char buffer[kLimit + 320];  // the largest number has 309 digits before its point
-  const auto [end, error] =
-      precision < 0 ? std::to_chars(buffer, std::end(buffer), magnitude, format)
-                    : std::to_chars(buffer, std::end(buffer), magnitude, format, precision);
-  return {buffer, end};
+  // The largest number has 309 digits before its point.
+  std::string digits(static_cast<std::size_t>(std::max(precision, 0)) + 320, '\0');
+  char* const begin = digits.data();
+  char* const limit = begin + digits.size();
+  const auto [end, error] = precision < 0
+                                ? std::to_chars(begin, limit, magnitude, format)
+                                : std::to_chars(begin, limit, magnitude, format, precision);
+  digits.resize(static_cast<std::size_t>(end - begin));
+  return digits;
 }
 
 /// %#g, which keeps the zeros at the end.

@@ -2,10 +2,10 @@
 // whatever the format says.
 //
 // A format is a user's text, so none of it reaches the C library. A conversion is
-// %[-+ #0][width][.precision]{e,E,f,F,g,G,a,A} and takes the next number; %% is a percent sign.
-// Anything else behind a % (%s, %n, %d, *, %1$f, a length such as l), a width or a precision over
-// 4096, and a conversion for which no number is left, is invalid: it is copied as it stands, takes
-// no number, and is told to the user.
+// %[-+ #0][width][.precision][l]{e,E,f,F,g,G,a,A} and takes the next number; %% is a percent sign.
+// Anything else behind a % (%s, %n, %d, *, %1$f, another length such as L), a width or a precision
+// over 65535, and a conversion for which no number is left, is invalid: it is copied as it stands,
+// takes no number, and is told to the user.
 #pragma once
 
 #include <span>

@@ -8,8 +8,8 @@
 namespace formula {
 namespace {
 
-/// Reports a warning, each "%s" or "%d" of its format replaced by the next text as it stands, and
-/// sets the result to false.
+/// Sets the result to false, and reports a warning, each "%s" or "%d" of its format replaced by
+/// the next text as it stands.
 Status Warned(Call& call, const char* source, std::string_view format,
               std::initializer_list<std::string_view> texts) {
   std::string warning;
@@ -20,8 +20,9 @@ Status Warned(Call& call, const char* source, std::string_view format,
     format.remove_prefix(mark + 2);
   }
   warning += format;
+  call.Set(0, false);
   call.Warn(source, warning.c_str());
-  return call.Set(0, false);
+  return Status::kSuccess;
 }
 
 std::string ErrorText(platform::ErrorCode error) {
@@ -74,8 +75,9 @@ struct CFileDelete final : Instruction<CFileDelete> {
   };
   static Status Run(Call& call) {
     const std::string name(call.Text(0));
+    call.Set(0, true);
     const platform::ErrorCode error = platform::RemoveFile(name.c_str());
-    if (error == 0 || error == platform::kFileNotFound) return call.Set(0, true);
+    if (error == 0 || error == platform::kFileNotFound) return Status::kSuccess;
     return Warned(call, "FileDelete", "Failed to delete \"%s\". %s", {name, ErrorText(error)});
   }
 };
@@ -92,8 +94,9 @@ struct CFolderCreate final : Instruction<CFolderCreate> {
   };
   static Status Run(Call& call) {
     const std::string name(call.Text(0));
+    call.Set(0, true);
     const platform::ErrorCode error = platform::CreateFolders(name.c_str());
-    if (error == 0) return call.Set(0, true);
+    if (error == 0) return Status::kSuccess;
     if (const char* reason = CreationError(error)) {
       return Warned(call, "FolderCreate", "Failed to create folder \"%s\". %s", {name, reason});
     }
@@ -114,10 +117,11 @@ struct CFolderDelete final : Instruction<CFolderDelete> {
   };
   static Status Run(Call& call) {
     const std::string name(call.Text(0));
+    call.Set(0, true);
     if (name.size() > platform::kLongestFolderName) {
       return Warned(call, "FolderDelete", "Filename too long: %s", {name});
     }
-    if (platform::RemoveFolder(name.c_str())) return call.Set(0, true);
+    if (platform::RemoveFolder(name.c_str())) return Status::kSuccess;
     return Warned(call, "FolderDelete", "Failed to delete folder \"%s\"", {name});
   }
 };
@@ -137,7 +141,9 @@ struct CFileCopy final : Instruction<CFileCopy> {
   static Status Run(Call& call) {
     const std::string from(call.Text(0));
     const std::string to(call.Text(1));
-    if (CNuvOs::FileCopy(from.c_str(), to.c_str(), call.Boolean(2))) return call.Set(0, true);
+    const bool fail_if_exists = call.Boolean(2);
+    call.Set(0, true);
+    if (CNuvOs::FileCopy(from.c_str(), to.c_str(), fail_if_exists)) return Status::kSuccess;
     const platform::ErrorCode error = platform::LastFileError(from.c_str(), to.c_str());
     return Warned(call, "FileCopy", "Failed to copy \"%s\" to \"%s\". %s",
                   {from, to, ErrorText(error)});
@@ -157,7 +163,8 @@ struct CFileMove final : Instruction<CFileMove> {
   static Status Run(Call& call) {
     const std::string from(call.Text(0));
     const std::string to(call.Text(1));
-    if (CNuvOs::FileMove(from.c_str(), to.c_str())) return call.Set(0, true);
+    call.Set(0, true);
+    if (CNuvOs::FileMove(from.c_str(), to.c_str())) return Status::kSuccess;
     const platform::ErrorCode error = platform::LastFileError(from.c_str(), to.c_str());
     return Warned(call, "FileMove", "Failed to move \"%s\" to \"%s\". %s",
                   {from, to, ErrorText(error)});

@@ -87,15 +87,16 @@ TEST(Format, PrintfNum) {
       {name, R"("in":["%*f", 1])", "%*f", R"(Invalid conversion "%*f" in format;)"},
       {name, R"("in":["%.*fx", 1])", "%.*fx", R"(Invalid conversion "%.*f" in format;)"},
       {name, R"("in":["%1$f", 1])", "%1$f", R"(Invalid conversion "%1$f" in format;)"},
-      {name, R"("in":["%lf%Lf", 1])", "%lf%Lf",
-       R"(Invalid conversion "%lf" in format;Invalid conversion "%Lf" in format;)"},
+      {name, R"("in":["%-+10.3lgx", 1])", "+1        x"},
+      {name, R"("in":["%llf%Lf%lf", 1])", "%llf%Lf1.000000",
+       R"(Invalid conversion "%llf" in format;Invalid conversion "%Lf" in format;)"},
       {name, R"("in":["%.-1f", 1])", "%.-1f", R"(Invalid conversion "%.-1f" in format;)"},
       {name, R"("in":["5 % %g", 1])", "5 % 1", R"(Invalid conversion "% " in format;)"},
       {name, R"("in":["5%5%", 1])", "5%5%",
        R"(Invalid conversion "%5" in format;Invalid conversion "%" in format;)"},
       {name, R"("in":["%%%", 1])", "%%", R"(Invalid conversion "%" in format;)"},
-      {name, R"("in":["%4097f", 1])", "%4097f", R"(Invalid conversion "%4097f" in format;)"},
-      {name, R"("in":["%.4097f", 1])", "%.4097f", R"(Invalid conversion "%.4097f" in format;)"},
+      {name, R"("in":["%65536f", 1])", "%65536f", R"(Invalid conversion "%65536f" in format;)"},
+      {name, R"("in":["%.65536f", 1])", "%.65536f", R"(Invalid conversion "%.65536f" in format;)"},
       {name, R"("in":["%99999999999999999999f", 1])", "%99999999999999999999f",
        R"(Invalid conversion "%99999999999999999999f" in format;)"},
   };
@@ -121,11 +122,14 @@ TEST(Format, PrintfNumInf) {
 
 TEST(Format, LimitsOfWidthAndPrecision) {
   const double largest[] = {std::numeric_limits<double>::max()};
-  const std::string text = FormatNumbers("%#.4096f", largest).text;
-  EXPECT_EQ(text.size(), 309 + 1 + 4096);
-  EXPECT_EQ(FormatNumbers("%04096.4096f", largest).text, text);
+  const std::string text = FormatNumbers("%#.65535f", largest).text;
+  EXPECT_EQ(text.size(), 309 + 1 + 65535);
+  EXPECT_EQ(FormatNumbers("%065535.65535f", largest).text, text);
   const double smallest[] = {-std::numeric_limits<double>::denorm_min()};
-  EXPECT_EQ(FormatNumbers("%4096.f", smallest).text, std::string(4094, ' ') + "-0");
+  EXPECT_EQ(FormatNumbers("%65535.f", smallest).text, std::string(65533, ' ') + "-0");
+  for (const char* beyond : {"%65536f", "%.65536f"}) {
+    EXPECT_EQ(FormatNumbers(beyond, largest).text, beyond);
+  }
 }
 
 #if defined(__GLIBC__)
@@ -138,6 +142,7 @@ std::string AnyConversion(std::mt19937_64& random) {
   if (conversion.back() == '.' && random() % 8 != 0) {
     conversion += std::to_string(random() % (random() % 8 == 0 ? 1200 : 25));
   }
+  if (random() % 8 == 0) conversion += 'l';
   return conversion + "eEfFgGaA"[random() % 8];
 }
 
@@ -162,9 +167,9 @@ TEST(Format, EqualsTheCLibraryOnRandomConversions) {
 // Formats made of anything: under the sanitizers a read behind the numbers, or outside the format,
 // ends the test. What is invalid is copied, so that it stands in the text, too.
 TEST(Format, AnyFormatIsSafe) {
-  constexpr const char* kPieces[] = {
-      "%", "%", "%", "f", "e", "g", "a", "G", ".", "*", "$",  "-",  "+",    " ",    "#",
-      "0", "1", "9", "l", "h", "s", "n", "d", "x", "'", "%f", "%%", "\x80", "4096", "99999999999"};
+  constexpr const char* kPieces[] = {"%", "%", "%", "f", "e", "g",  "a",  "G",    ".",     "*",
+                                     "$", "-", "+", " ", "#", "0",  "1",  "9",    "l",     "h",
+                                     "s", "n", "d", "x", "'", "%f", "%%", "\x80", "65535", "65536"};
   std::mt19937_64 random(2);
   for (int round = RandomRounds(100'000); round > 0; --round) {
     const std::string text = AnyText(random, kPieces, 12);
