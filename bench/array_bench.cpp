@@ -122,7 +122,7 @@ struct StringKind {
   static constexpr const char* kInstruction = "CSArrDiff";
   static CNuvString Make(std::uint64_t n) { return CNuvString("part " + std::to_string(n)); }
   static std::size_t Hash(const CNuvString& text) {
-    return std::hash<std::string_view>()(text.View());
+    return std::hash<std::string_view>()(std::string_view(text));
   }
 };
 

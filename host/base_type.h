@@ -1,4 +1,7 @@
 // CNuvBaseType: what every typed value of the host can do, and the numbers of the value types.
+//
+// Values belong to the host: a value's virtual functions, and whatever allocates or frees for it,
+// are the host's own, so that values outlive the plug-in that wrote them.
 #pragma once
 
 #include <cstdint>
@@ -45,25 +48,4 @@ class NUV_OBJECT_API CNuvBaseType {
   CNuvBaseType() = default;
   CNuvBaseType(const CNuvBaseType&) = default;
   CNuvBaseType& operator=(const CNuvBaseType&) = default;
-};
-
-/// The operations of CNuvBaseType for a value class that copies and compares by its operators.
-template <class Value, NUV_OBJ_TYPE Type>
-class TNuvTypedValue : public CNuvBaseType {
- public:
-  static constexpr NUV_OBJ_TYPE kType = Type;
-
-  CNuvBaseType* Clone() const override { return new Value(Self()); }
-  bool Copy(const CNuvBaseType& other) override {
-    if (other.GetType() != Type) return false;
-    static_cast<Value&>(*this) = static_cast<const Value&>(other);
-    return true;
-  }
-  bool Compare(const CNuvBaseType& other) const override {
-    return other.GetType() == Type && Self() == static_cast<const Value&>(other);
-  }
-  NUV_OBJ_TYPE GetType() const noexcept override { return Type; }
-
- private:
-  const Value& Self() const { return static_cast<const Value&>(*this); }
 };

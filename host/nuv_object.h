@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
 
 #include "host/base_type.h"
 #include "host/values.h"
@@ -15,22 +14,19 @@
 /// wanted type's default and leaves the value alone. Reading never throws. A conversion to a
 /// mutable reference makes a value of another type a default one of the wanted type first, so
 /// that results are written in place; that may throw std::bad_alloc and then changes nothing.
-/// Assigning keeps the storage where the type matches.
+/// Assigning keeps the storage where the type matches. The value held is always the host's own: a
+/// copy made by the host, or one that it made and another module wrote to.
 class NUV_OBJECT_API CNuvObject {
  public:
-  constexpr CNuvObject() noexcept = default;
+  CNuvObject() : CNuvObject(NUV_OBJ_EMPTY) {}
   /// An empty value of the type; an unknown type number gives the empty value.
-  explicit CNuvObject(NUV_OBJ_TYPE type) { SetType(type); }
+  explicit CNuvObject(NUV_OBJ_TYPE type);
   CNuvObject(const CNuvObject& other);
-  CNuvObject(CNuvObject&& other) noexcept { Swap(other); }
-  ~CNuvObject() { Clear(); }
+  CNuvObject(CNuvObject&& other) noexcept;
+  ~CNuvObject();
 
   CNuvObject& operator=(const CNuvObject& other);
-  CNuvObject& operator=(CNuvObject&& other) noexcept {
-    CNuvObject taken(std::move(other));
-    Swap(taken);
-    return *this;
-  }
+  CNuvObject& operator=(CNuvObject&& other) noexcept;
   CNuvObject& operator=(const CNuvBaseType& value);
   CNuvObject& operator=(bool value);
   /// An integer is held as the number it is.
@@ -41,10 +37,9 @@ class NUV_OBJECT_API CNuvObject {
   /// Makes this an empty value of the type: false, 0, "", (0, 0), an array without elements.
   void SetType(NUV_OBJ_TYPE type);
   void Clear() noexcept;
-  NUV_OBJ_TYPE GetType() const noexcept { return type_; }
+  NUV_OBJ_TYPE GetType() const noexcept;
   /// The held value; null when empty.
-  const CNuvBaseType* Get() const noexcept { return value_; }
-  void Swap(CNuvObject& other) noexcept;
+  const CNuvBaseType* Get() const noexcept;
 
   explicit operator bool() const noexcept;
   /// Truncates toward zero; what does not fit, and NaN, gives -2147483648.

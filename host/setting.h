@@ -16,7 +16,7 @@ class NUV_SETTING_API CNuvSetting {
   static CNuvSetting& Inst() noexcept;
 
   /// The colour of annotations that name none, 0x00BBGGRR.
-  std::uint32_t GetDefaultAnnotationColor() const noexcept { return default_color_; }
+  std::uint32_t GetDefaultAnnotationColor() const noexcept;
   void SetDefaultAnnotationColor(std::uint32_t color) noexcept { default_color_ = color; }
 
   NuvAngleUnit GetAngleUnit() const noexcept { return angle_unit_; }

@@ -11,7 +11,7 @@
 /// An 8-bit string of 40 bytes with a small buffer: up to 15 characters stand inline, longer
 /// ones on the C runtime's heap. The text is always closed by a zero byte, which the length does
 /// not count. What throws std::bad_alloc leaves the text as it was. Assigning a shorter text keeps
-/// the storage; appending costs time in proportion to what is appended.
+/// the storage.
 class NUV_TYPES_API CStdStr {
  public:
   CStdStr() noexcept = default;
@@ -25,10 +25,6 @@ class NUV_TYPES_API CStdStr {
   CStdStr& operator=(const CStdStr& other);
   CStdStr& operator=(CStdStr&& other) noexcept;
   CStdStr& operator=(std::string_view text);
-
-  void Append(std::string_view text);
-  /// Makes room for a text of this length.
-  void Reserve(std::size_t length);
 
   const char* c_str() const noexcept { return IsInline() ? storage_.inline_text : storage_.heap; }
   std::size_t Size() const noexcept { return length_; }

@@ -13,13 +13,21 @@
 
 /// A growable array of 32 bytes: an allocator word, then the begin, end and capacity pointers.
 /// It owns its elements. An operation that throws (std::bad_alloc, or std::length_error for a
-/// size that no memory holds) leaves the array as it was; elements must move without throwing.
+/// size that no memory holds) leaves the array as it was; an array that grows moves its elements,
+/// which must not throw.
 template <class T>
 class TStdVector {
-  static_assert(std::is_nothrow_move_constructible_v<T> && std::is_nothrow_move_assignable_v<T>);
-
  public:
   constexpr TStdVector() noexcept = default;
+  /// So many value-initialised elements, and no room for more.
+  explicit TStdVector(std::size_t count) {
+    if (count == 0) return;
+    TStdVector made;
+    made.Allocate(count);
+    std::uninitialized_value_construct_n(made.begin_, count);
+    made.end_ = made.capacity_;
+    Swap(made);
+  }
   TStdVector(const TStdVector& other) {
     if (other.begin_ == other.end_) return;
     TStdVector copy;
@@ -74,6 +82,7 @@ class TStdVector {
   void Release() noexcept { TStdVector().Swap(*this); }
 
   void Reserve(std::size_t count) {
+    static_assert(std::is_nothrow_move_constructible_v<T> && std::is_nothrow_move_assignable_v<T>);
     if (count <= Capacity()) return;
     TStdVector grown;
     grown.Allocate(count);
@@ -109,21 +118,6 @@ class TStdVector {
     std::uninitialized_fill_n(end_, count, copy);
     end_ += count;
     std::rotate(begin_ + position, begin_ + old_size, end_);
-  }
-
-  /// Destroys the elements and makes room for `count` others; what throws destroys nothing.
-  void Restart(std::size_t count) {
-    if (count <= Capacity()) return Clear();
-    TStdVector fresh;
-    fresh.Allocate(std::max(count, Capacity() + Capacity() / 2));
-    Swap(fresh);
-  }
-  /// Puts copies behind the last element. There must be room for them.
-  void Append(const T* first, std::size_t count) {
-    end_ = std::uninitialized_copy_n(first, count, end_);
-  }
-  void AppendCopies(std::size_t count, const T& value) {
-    end_ = std::uninitialized_fill_n(end_, count, value);
   }
 
   void Swap(TStdVector& other) noexcept {

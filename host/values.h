@@ -8,8 +8,10 @@
 #include "host/std_str.h"
 
 /// One boolean.
-class NUV_OBJECT_API CNuvBool final : public TNuvTypedValue<CNuvBool, NUV_OBJ_BOOL> {
+class NUV_OBJECT_API CNuvBool final : public CNuvBaseType {
  public:
+  static constexpr NUV_OBJ_TYPE kType = NUV_OBJ_BOOL;
+
   explicit CNuvBool(bool value = false) noexcept : value_(value) {}
   CNuvBool& operator=(bool value) noexcept {
     value_ = value;
@@ -19,13 +21,20 @@ class NUV_OBJECT_API CNuvBool final : public TNuvTypedValue<CNuvBool, NUV_OBJ_BO
   operator const bool&() const noexcept { return value_; }
   friend bool operator==(const CNuvBool& a, const CNuvBool& b) { return a.value_ == b.value_; }
 
+  CNuvBaseType* Clone() const override;
+  bool Copy(const CNuvBaseType& other) override;
+  bool Compare(const CNuvBaseType& other) const override;
+  NUV_OBJ_TYPE GetType() const noexcept override;
+
  private:
   bool value_;
 };
 
 /// One number.
-class NUV_OBJECT_API CNuvDouble final : public TNuvTypedValue<CNuvDouble, NUV_OBJ_DOUBLE> {
+class NUV_OBJECT_API CNuvDouble final : public CNuvBaseType {
  public:
+  static constexpr NUV_OBJ_TYPE kType = NUV_OBJ_DOUBLE;
+
   explicit CNuvDouble(double value = 0.0) noexcept : value_(value) {}
   CNuvDouble& operator=(double value) noexcept {
     value_ = value;
@@ -35,28 +44,38 @@ class NUV_OBJECT_API CNuvDouble final : public TNuvTypedValue<CNuvDouble, NUV_OB
   operator const double&() const noexcept { return value_; }
   friend bool operator==(const CNuvDouble& a, const CNuvDouble& b) { return a.value_ == b.value_; }
 
+  CNuvBaseType* Clone() const override;
+  bool Copy(const CNuvBaseType& other) override;
+  bool Compare(const CNuvBaseType& other) const override;
+  NUV_OBJ_TYPE GetType() const noexcept override;
+
  private:
   double value_;
 };
 
 /// An 8-bit text. Bytes 128 to 255 are legal everywhere; a zero byte ends the text.
-class NUV_OBJECT_API CNuvString final : public TNuvTypedValue<CNuvString, NUV_OBJ_STRING> {
+class NUV_OBJECT_API CNuvString final : public CNuvBaseType {
  public:
-  CNuvString() noexcept = default;
+  static constexpr NUV_OBJ_TYPE kType = NUV_OBJ_STRING;
+
+  CNuvString() noexcept;
   /// A null pointer stands for the empty text.
-  CNuvString(const char* text) : text_(text) {}
-  CNuvString(const std::string& text) : text_(text.c_str()) {}
-  CNuvString& operator=(const char* text) {
-    text_ = std::string_view(text == nullptr ? "" : text);
-    return *this;
-  }
-  operator const char*() const noexcept { return text_.c_str(); }
-  std::string_view View() const noexcept { return text_.View(); }
-  /// The text, to be written in place; no zero byte may come into it.
-  CStdStr& Str() noexcept { return text_; }
-  friend bool operator==(const CNuvString& a, const CNuvString& b) noexcept {
-    return a.text_ == b.text_;
-  }
+  CNuvString(const char* text);
+  CNuvString(const std::string& text) : CNuvString(text.c_str()) {}
+  CNuvString(const CNuvString& other);
+  CNuvString(CNuvString&& other) noexcept;
+  ~CNuvString() override;
+  CNuvString& operator=(const CNuvString& other);
+  CNuvString& operator=(CNuvString&& other) noexcept;
+  /// The text may be a part of this one.
+  CNuvString& operator=(const char* text);
+  operator const char*() const noexcept;
+  friend NUV_OBJECT_API bool operator==(const CNuvString& a, const CNuvString& b) noexcept;
+
+  CNuvBaseType* Clone() const override;
+  bool Copy(const CNuvBaseType& other) override;
+  bool Compare(const CNuvBaseType& other) const override;
+  NUV_OBJ_TYPE GetType() const noexcept override;
 
  private:
   CStdStr text_;
@@ -64,37 +83,59 @@ class NUV_OBJECT_API CNuvString final : public TNuvTypedValue<CNuvString, NUV_OB
 
 /// A point in the image; y grows downward. Equality is exact in both coordinates.
 template <class Number, NUV_OBJ_TYPE Type>
-class TNuvPoint final : public TNuvTypedValue<TNuvPoint<Number, Type>, Type> {
+class TNuvPoint final : public CNuvBaseType {
  public:
-  constexpr TNuvPoint(Number x_value = 0, Number y_value = 0) noexcept : x(x_value), y(y_value) {}
+  static constexpr NUV_OBJ_TYPE kType = Type;
+
+  TNuvPoint(Number x_value = 0, Number y_value = 0) noexcept : x(x_value), y(y_value) {}
   friend bool operator==(const TNuvPoint& a, const TNuvPoint& b) {
     return a.x == b.x && a.y == b.y;
   }
 
+  CNuvBaseType* Clone() const override;
+  bool Copy(const CNuvBaseType& other) override;
+  bool Compare(const CNuvBaseType& other) const override;
+  NUV_OBJ_TYPE GetType() const noexcept override;
+
   Number x;
   Number y;
 };
+extern template class NUV_OBJECT_API TNuvPoint<double, NUV_OBJ_POINT>;
 using CNuvPoint = TNuvPoint<double, NUV_OBJ_POINT>;
 
 /// A line in normal form: the points (x, y) with -x sin(a) + y cos(a) = d, in image coordinates.
 /// Equality is exact in both numbers.
-class NUV_OBJECT_API CNuvLine final : public TNuvTypedValue<CNuvLine, NUV_OBJ_LINE> {
+class NUV_OBJECT_API CNuvLine final : public CNuvBaseType {
  public:
+  static constexpr NUV_OBJ_TYPE kType = NUV_OBJ_LINE;
+
   explicit CNuvLine(double angle = 0.0, double distance = 0.0) noexcept : a(angle), d(distance) {}
   friend bool operator==(const CNuvLine& l, const CNuvLine& m) { return l.a == m.a && l.d == m.d; }
+
+  CNuvBaseType* Clone() const override;
+  bool Copy(const CNuvBaseType& other) override;
+  bool Compare(const CNuvBaseType& other) const override;
+  NUV_OBJ_TYPE GetType() const noexcept override;
 
   double a;  ///< angle with the x axis, in radians
   double d;  ///< signed distance from the origin
 };
 
 /// A circle by its centre and radius.
-class NUV_OBJECT_API CNuvCircle final : public TNuvTypedValue<CNuvCircle, NUV_OBJ_CIRCLE> {
+class NUV_OBJECT_API CNuvCircle final : public CNuvBaseType {
  public:
+  static constexpr NUV_OBJ_TYPE kType = NUV_OBJ_CIRCLE;
+
   explicit CNuvCircle(double center_x = 0.0, double center_y = 0.0, double r = 0.0) noexcept
       : x(center_x), y(center_y), radius(r) {}
   friend bool operator==(const CNuvCircle& a, const CNuvCircle& b) {
     return a.x == b.x && a.y == b.y && a.radius == b.radius;
   }
+
+  CNuvBaseType* Clone() const override;
+  bool Copy(const CNuvBaseType& other) override;
+  bool Compare(const CNuvBaseType& other) const override;
+  NUV_OBJ_TYPE GetType() const noexcept override;
 
   double x;
   double y;
@@ -103,8 +144,10 @@ class NUV_OBJECT_API CNuvCircle final : public TNuvTypedValue<CNuvCircle, NUV_OB
 
 /// A rectangle by its centre, width and height, turned around its centre by an angle in radians.
 template <class Number, NUV_OBJ_TYPE Type>
-class TNuvRect final : public TNuvTypedValue<TNuvRect<Number, Type>, Type> {
+class TNuvRect final : public CNuvBaseType {
  public:
+  static constexpr NUV_OBJ_TYPE kType = Type;
+
   explicit TNuvRect(Number center_x = 0, Number center_y = 0, Number w = 0, Number h = 0,
                     Number a = 0) noexcept
       : x(center_x), y(center_y), width(w), height(h), angle(a) {}
@@ -113,10 +156,16 @@ class TNuvRect final : public TNuvTypedValue<TNuvRect<Number, Type>, Type> {
            a.angle == b.angle;
   }
 
+  CNuvBaseType* Clone() const override;
+  bool Copy(const CNuvBaseType& other) override;
+  bool Compare(const CNuvBaseType& other) const override;
+  NUV_OBJ_TYPE GetType() const noexcept override;
+
   Number x;
   Number y;
   Number width;
   Number height;
   Number angle;
 };
+extern template class NUV_OBJECT_API TNuvRect<double, NUV_OBJ_RECT>;
 using CNuvRect = TNuvRect<double, NUV_OBJ_RECT>;

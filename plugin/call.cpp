@@ -1,21 +1,18 @@
 #include "plugin/call.h"
 
-#include <utility>
+#include <stdexcept>
 
 #include "host/std_str.h"
 
 namespace formula {
 
-Status Call::Set(std::int32_t result, std::string_view text) {
-  CNuvObject& object = *results_[result];
-  if (object.GetType() != NUV_OBJ_STRING) return Set(result, CStdStr(text));
-  static_cast<CNuvString&>(object).Str() = text;
-  return Status::kSuccess;
+void CheckTextLength(std::size_t length) {
+  if (length > kLongestText) throw std::length_error("text too long");
 }
 
-Status Call::Set(std::int32_t result, CStdStr&& text) {
-  static_cast<CNuvString&>(*results_[result]).Str() = std::move(text);
-  return Status::kSuccess;
+Status Call::Set(std::int32_t result, const std::string& text) {
+  CheckTextLength(text.size());
+  return Set(result, text.c_str());
 }
 
 Status Call::Fail(const char* source, const char* text) {
@@ -28,7 +25,7 @@ void Call::Warn(const char* source, const char* text) {
 }
 
 void Call::Report(NuvSeverity severity, const char* source, const char* text) {
-  Messages().Report(severity, CStdStr(source), CStdStr(text));
+  if (auto* messages = Messages()) messages->Report(severity, CStdStr(source), CStdStr(text));
 }
 
 }  // namespace formula

@@ -11,14 +11,15 @@ std::uint32_t FormatCode(const DescriptorRecord& record) {
   return record.results.Empty() ? 18 : 19;
 }
 
-CNuvObject DefaultValue(const Parameter& input) {
-  CNuvObject value;
+void SetDefault(CNuvObject& value, const Parameter& input) {
   switch (input.type) {
     case NUV_PARAM_BOOLEAN: value = input.first != 0.0; break;
     case NUV_PARAM_NUMBER: value = input.first; break;
     case NUV_PARAM_STRING: value = input.text; break;
-    case NUV_PARAM_POINT: value = CNuvPoint(input.first, input.second); break;
-    case NUV_PARAM_LINE: value = CNuvLine(input.first, input.second); break;
+    case NUV_PARAM_POINT:
+      static_cast<CNuvPoint&>(value) = CNuvPoint(input.first, input.second);
+      break;
+    case NUV_PARAM_LINE: static_cast<CNuvLine&>(value) = CNuvLine(input.first, input.second); break;
     case NUV_PARAM_BOOLEAN_ARRAY: value.SetType(NUV_OBJ_BOOL_VECTOR); break;
     case NUV_PARAM_NUMBER_ARRAY: value.SetType(NUV_OBJ_DOUBLE_VECTOR); break;
     case NUV_PARAM_STRING_ARRAY: value.SetType(NUV_OBJ_STRING_VECTOR); break;
@@ -27,11 +28,9 @@ CNuvObject DefaultValue(const Parameter& input) {
     case NUV_PARAM_INTEGER:
     case NUV_PARAM_CHOICE: break;  // constant parameters alone
   }
-  return value;
 }
 
-ConstantRecord MakeConstant(const Constant& constant) {
-  ConstantRecord record;
+void Fill(ConstantRecord& record, const Constant& constant) {
   record.type = constant.type;
   record.group = constant.group;
   record.name = constant.name;
@@ -46,34 +45,32 @@ ConstantRecord MakeConstant(const Constant& constant) {
     record.maximum = constant.maximum;
   }
   for (const Choice& choice : constant.choices) record.choices.Insert(choice.key, choice.label);
-  return record;
 }
 
-ParameterRecord MakeInput(const Parameter& input) {
-  ParameterRecord record;
+void Fill(ParameterRecord& record, const Parameter& input) {
   record.type = input.type;
   record.name = input.name;
   record.description = input.description;
-  record.default_value = DefaultValue(input);
-  return record;
+  SetDefault(record.default_value, input);
 }
 
-ResultRecord MakeResult(const Parameter& result) {
-  ResultRecord record;
+void Fill(ResultRecord& record, const Parameter& result) {
   record.type = result.type;
   record.name = result.name;
   record.description = result.description;
-  return record;
 }
 
-template <class Record, class List, class Make>
-void Append(TStdVector<Record>& records, const List& definitions, Make make) {
-  records.Reserve(definitions.size());
+/// The records are made where they stay: a value of the host's need not be movable.
+template <class Record, class List>
+TStdVector<Record> Records(const List& definitions) {
+  TStdVector<Record> records(definitions.size());
+  std::uint32_t index = 0;
   for (const auto& definition : definitions) {
-    Record record = make(definition);
-    record.index = static_cast<std::uint32_t>(records.Size());
-    records.PushBack(std::move(record));
+    Fill(records[index], definition);
+    records[index].index = index;
+    ++index;
   }
+  return records;
 }
 
 }  // namespace
@@ -86,9 +83,9 @@ void BuildDescriptor(DescriptorRecord& record, const Definition& definition) {
   fresh.description = definition.description;
   fresh.help = definition.help;
   fresh.repeatable = definition.repeatable ? 1 : 0;
-  Append(fresh.constants, definition.constants, MakeConstant);
-  Append(fresh.inputs, definition.inputs, MakeInput);
-  Append(fresh.results, definition.results, MakeResult);
+  fresh.constants = Records<ConstantRecord>(definition.constants);
+  fresh.inputs = Records<ParameterRecord>(definition.inputs);
+  fresh.results = Records<ResultRecord>(definition.results);
   fresh.format = FormatCode(fresh);
   record = std::move(fresh);
 }

@@ -8,47 +8,53 @@
 namespace formula {
 
 /// The host's annotation service, without the two flags that every drawing operation ends with.
-/// A colour is 0x00BBGGRR, 0 for the host's default; a label may be null.
+/// A colour is 0x00BBGGRR, 0 for the host's default; a label may be null. Where the host has no
+/// such service, nothing is drawn.
 class Overlay {
  public:
-  explicit Overlay(IXAnnotationService& service) : service_(service) {}
+  explicit Overlay(IXAnnotationService* service) : service_(service) {}
 
   void Point(const char* label, const CNuvPoint& point, std::uint32_t color) {
-    service_.DrawPoint(label, point, color, true, true);
+    Draw(&IXAnnotationService::DrawPoint, label, point, color);
   }
   void Segment(const char* label, const CNuvPoint& start, const CNuvPoint& end,
                std::uint32_t color) {
-    service_.DrawSegment(label, start, end, color, true, true);
+    Draw(&IXAnnotationService::DrawSegment, label, start, end, color);
   }
   void Line(const char* label, const CNuvLine& line, std::uint32_t color) {
-    service_.DrawLine(label, line, color, true, true);
+    Draw(&IXAnnotationService::DrawLine, label, line, color);
   }
   void Circle(const char* label, const CNuvCircle& circle, std::uint32_t color, bool fill) {
-    service_.DrawCircle(label, circle, color, fill, true, true);
+    Draw(&IXAnnotationService::DrawCircle, label, circle, color, fill);
   }
   void Circles(const char* label, const CNuvPointVector& centers, double radius,
                std::uint32_t color, bool fill) {
-    service_.DrawCircles(label, centers, radius, color, fill, true, true);
+    Draw(&IXAnnotationService::DrawCircles, label, centers, radius, color, fill);
   }
   void Rect(const char* label, const CNuvRect& rect, std::uint32_t color, bool fill) {
-    service_.DrawRect(label, rect, color, fill, true, true);
+    Draw(&IXAnnotationService::DrawRect, label, rect, color, fill);
   }
   void Points(const char* label, const CNuvPointVector& points, std::uint32_t color) {
-    service_.DrawPoints(label, points, color, true, true);
+    Draw(&IXAnnotationService::DrawPoints, label, points, color);
   }
   void Text(const CNuvPoint& location, const char* label, const char* font, std::uint32_t color,
             bool paint_background) {
-    service_.DrawText(location, label, font, color, paint_background, true, true);
+    Draw(&IXAnnotationService::DrawText, location, label, font, color, paint_background);
   }
   void Polyline(const char* label, const CNuvPointVector& points, std::uint32_t color) {
-    service_.DrawPolyline(label, points, color, true, true);
+    Draw(&IXAnnotationService::DrawPolyline, label, points, color);
   }
   void Pixels(const char* label, const CNuvPointVector& pixels, std::uint32_t color) {
-    service_.DrawPixels(label, pixels, color, true, true);
+    Draw(&IXAnnotationService::DrawPixels, label, pixels, color);
   }
 
  private:
-  IXAnnotationService& service_;
+  template <class Operation, class... Arguments>
+  void Draw(Operation operation, const Arguments&... arguments) {
+    if (service_ != nullptr) (service_->*operation)(arguments..., true, true);
+  }
+
+  IXAnnotationService* service_;
 };
 
 }  // namespace formula

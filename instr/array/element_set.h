@@ -58,7 +58,7 @@ inline std::uint64_t Hash(std::string_view text) {
 }
 
 inline std::uint64_t Hash(const CNuvString& string) {
-  return Hash(string.View());
+  return Hash(std::string_view(string));
 }
 inline std::uint64_t Hash(double number) {
   // Integers held as doubles differ in their upper bits alone.

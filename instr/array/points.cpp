@@ -117,11 +117,11 @@ struct CPArrCluster1D final : Instruction<CPArrCluster1D> {
     auto& good = call.ArrayResult<CNuvPointVector>(0);
     auto& bad = call.ArrayResult<CNuvPointVector>(1);
     const auto& input = call.Array<CNuvPointVector>(0);
-    // A result that is the input gives its points away before it is emptied.
-    CNuvPointVector taken;
-    if (&input == &good) taken.Swap(good);
-    if (&input == &bad) taken.Swap(bad);
-    const CNuvPointVector& points = &input == &good || &input == &bad ? taken : input;
+    // A result may be the input: its points are kept before it is emptied.
+    CNuvPointVector copy;
+    const bool is_result = &input == &good || &input == &bad;
+    if (is_result) copy = input;
+    const CNuvPointVector& points = is_result ? copy : input;
     good.Resize(0);
     bad.Resize(0);
     call.Set(2, 0.0);
@@ -131,13 +131,15 @@ struct CPArrCluster1D final : Instruction<CPArrCluster1D> {
       return call.Fail("Remove Isolated Outliers", "Negative tolerance is not a valid input.");
     }
     const std::vector<std::size_t> members = LargestCluster(Gaps(points), tolerance);
-    good.Restart(members.size());
-    bad.Restart(size - members.size());
+    good.Resize(members.size());
+    bad.Resize(size - members.size());
+    CNuvPoint* next_good = good.GetStorage();
+    CNuvPoint* next_bad = bad.GetStorage();
     auto member = members.begin();
     for (std::size_t i = 0; i < size; ++i) {
       const bool is_good = member != members.end() && *member == i;
       if (is_good) ++member;
-      (is_good ? good : bad).AppendCopies(1, points[i]);
+      *(is_good ? next_good : next_bad)++ = points[i];
     }
     const std::size_t percent = members.size() * 100 / size;
     return call.Set(2, static_cast<double>(percent));

@@ -57,9 +57,7 @@ struct StringElement : ElementType<CNuvStringVector> {
   static constexpr const char* kCategory = "Array: String";
   static constexpr Parameter kValue = Text("val");
   static constexpr Parameter Array(const char* name) { return Texts(name); }
-  static CNuvString Value(const Call& call, std::int32_t input) {
-    return static_cast<const char*>(call.Input(input));
-  }
+  static const char* Value(const Call& call, std::int32_t input) { return call.CString(input); }
 };
 
 struct PointElement : ElementType<CNuvPointVector> {

@@ -4,9 +4,9 @@
 // inputs are dealt with here.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <type_traits>
 
 #include "plugin/call.h"
 
@@ -20,7 +20,9 @@ struct Slice {
   std::size_t size;
 
   bool Reads(const Vector& result) const { return &from == &result; }
-  void AppendTo(Vector& result) const { result.Append(from.GetStorage() + start, size); }
+  void CopyTo(typename Vector::value_type* to) const {
+    std::copy_n(from.GetStorage() + start, size, to);
+  }
 };
 
 template <class Vector>
@@ -44,8 +46,8 @@ struct Picked {
   std::size_t size;
 
   bool Reads(const Vector& result) const { return &from == &result; }
-  void AppendTo(Vector& result) const {
-    for (std::size_t i = 0; i < size; ++i) result.AppendCopies(1, from[indices[i]]);
+  void CopyTo(typename Vector::value_type* to) const {
+    for (std::size_t i = 0; i < size; ++i) to[i] = from[indices[i]];
   }
 };
 
@@ -59,9 +61,9 @@ struct Copies {
   bool Reads(const Vector& /*result*/) const {
     return false;
   }
-  template <class Vector>
-  void AppendTo(Vector& result) const {
-    result.AppendCopies(size, value);
+  template <class Target>
+  void CopyTo(Target* to) const {
+    std::fill_n(to, size, value);
   }
 };
 template <class Element>
@@ -76,9 +78,9 @@ struct GivenValues {
     if (call.Count() > first) size = static_cast<std::size_t>(call.Count() - first);
   }
   bool Reads(const Vector& /*result*/) const { return false; }
-  void AppendTo(Vector& result) const {
+  void CopyTo(typename E::Element* to) const {
     for (std::size_t i = 0; i < size; ++i) {
-      result.AppendCopies(1, E::Value(call, first + static_cast<std::int32_t>(i)));
+      to[i] = E::Value(call, first + static_cast<std::int32_t>(i));
     }
   }
 
@@ -87,18 +89,39 @@ struct GivenValues {
   std::size_t size = 0;
 };
 
-/// Makes the array consist of the pieces. What throws leaves it as it was.
+/// Empties an array, unless it is told that the array is written.
+template <class Vector>
+class EmptyUnlessWritten {
+ public:
+  explicit EmptyUnlessWritten(Vector& array) : array_(array) {}
+  EmptyUnlessWritten(const EmptyUnlessWritten&) = delete;
+  EmptyUnlessWritten& operator=(const EmptyUnlessWritten&) = delete;
+  ~EmptyUnlessWritten() {
+    if (!written_) array_.Resize(0);
+  }
+  Vector& Array() { return array_; }
+  void Written() { written_ = true; }
+
+ private:
+  Vector& array_;
+  bool written_ = false;
+};
+
+/// Makes the array consist of the pieces. A size that is too large leaves it as it was, and an
+/// element for which memory is short leaves it empty.
 template <class Vector, class... Pieces>
 void WriteArray(Vector& result, const Pieces&... pieces) {
   const auto write = [&](Vector& target) {
-    target.Restart((std::size_t{0} + ... + pieces.size));
-    (pieces.AppendTo(target), ...);
+    target.Resize((std::size_t{0} + ... + pieces.size));
+    EmptyUnlessWritten<Vector> guard(target);
+    auto* to = target.GetStorage();
+    ((pieces.CopyTo(to), to += pieces.size), ...);
+    guard.Written();
   };
-  constexpr bool kCopyMayThrow = !std::is_nothrow_copy_constructible_v<typename Vector::value_type>;
-  if (kCopyMayThrow || (pieces.Reads(result) || ...)) {
+  if ((pieces.Reads(result) || ...)) {
     Vector fresh;
     write(fresh);
-    result.Swap(fresh);
+    result = fresh;
   } else {
     write(result);
   }
@@ -117,21 +140,15 @@ template <class E>
 class EmptiedResult {
  public:
   explicit EmptiedResult(Call& call) : result_(call.ArrayResult<typename E::Vector>(0)) {}
-  EmptiedResult(const EmptiedResult&) = delete;
-  EmptiedResult& operator=(const EmptiedResult&) = delete;
-  ~EmptiedResult() {
-    if (!written_) result_.Clear();
-  }
   template <class... Pieces>
   Status Write(const Pieces&... pieces) {
-    WriteArray(result_, pieces...);
-    written_ = true;
+    WriteArray(result_.Array(), pieces...);
+    result_.Written();
     return Status::kSuccess;
   }
 
  private:
-  typename E::Vector& result_;
-  bool written_ = false;
+  EmptyUnlessWritten<typename E::Vector> result_;
 };
 
 }  // namespace formula

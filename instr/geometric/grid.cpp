@@ -61,11 +61,14 @@ struct CPtsToGrid final : Instruction<CPtsToGrid> {
 
     // The corners are read: the grid may be the same array.
     auto& grid = call.ArrayResult<CNuvPointVector>(0);
-    grid.Restart(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
+    grid.Resize(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows));
+    CNuvPoint* point = grid.GetStorage();
     for (std::int32_t row = 0; row < rows; ++row) {
       const double row_y = down.first + row * step_y;
       for (std::int32_t column = 0; column < columns; ++column) {
-        grid.AppendCopies(1, CNuvPoint(across.first + column * step_x, row_y));
+        point->x = across.first + column * step_x;
+        point->y = row_y;
+        ++point;
       }
     }
     grid[0] = CNuvPoint(across.first, down.first);  // even where a step is infinite

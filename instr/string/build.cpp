@@ -1,10 +1,19 @@
 // Setting texts and putting them together.
 
-#include <utility>
+#include <string>
+#include <string_view>
 
 #include "plugin/instruction.h"
 
 namespace formula {
+namespace {
+
+void Append(std::string& text, std::string_view more) {
+  CheckTextLength(text.size() + more.size());
+  text += more;
+}
+
+}  // namespace
 
 /// Copies the input value as it is, whatever its type.
 struct CStringSet final : Instruction<CStringSet> {
@@ -33,11 +42,12 @@ struct CAddStr final : Instruction<CAddStr> {
   static Status Run(Call& call) {
     const std::string_view first = call.Text(0);
     const std::string_view second = call.Text(1);
-    CStdStr sum;
-    sum.Reserve(first.size() + second.size());
-    sum.Append(first);
-    sum.Append(second);
-    return call.Set(0, std::move(sum));
+    CheckTextLength(first.size() + second.size());
+    std::string sum;
+    sum.reserve(first.size() + second.size());
+    sum += first;
+    sum += second;
+    return call.Set(0, sum);
   }
 };
 
@@ -54,9 +64,9 @@ struct CCreateStrInf final : Instruction<CCreateStrInf> {
   };
   static Status Run(Call& call) {
     const std::int32_t count = call.Count();
-    CStdStr text;
-    for (std::int32_t i = 0; i < count; ++i) text.Append(call.Text(i));
-    return call.Set(0, std::move(text));
+    std::string text;
+    for (std::int32_t i = 0; i < count; ++i) Append(text, call.Text(i));
+    return call.Set(0, text);
   }
 };
 
@@ -72,9 +82,10 @@ struct CPackStr final : Instruction<CPackStr> {
   };
   static Status Run(Call& call) {
     const CNuvStringVector& strings = call.Texts(0);
-    CStdStr text;
-    for (std::size_t i = 0; i < strings.Size(); ++i) text.Append(strings[i].View());
-    return call.Set(0, std::move(text));
+    std::string text;
+    for (std::size_t i = 0; i < strings.Size(); ++i)
+      Append(text, static_cast<const char*>(strings[i]));
+    return call.Set(0, text);
   }
 };
 
@@ -97,12 +108,13 @@ struct CInsertAtStr final : Instruction<CInsertAtStr> {
     if (position < 0 || position >= static_cast<std::int64_t>(text.size())) {
       return call.Set(0, kUnsetText);
     }
-    CStdStr result;
-    result.Reserve(text.size() + inserted.size());
-    result.Append(text.substr(0, position));
-    result.Append(inserted);
-    result.Append(text.substr(position));
-    return call.Set(0, std::move(result));
+    CheckTextLength(text.size() + inserted.size());
+    std::string result;
+    result.reserve(text.size() + inserted.size());
+    result += text.substr(0, position);
+    result += inserted;
+    result += text.substr(position);
+    return call.Set(0, result);
   }
 };
 

@@ -1,7 +1,8 @@
 // Searching texts and replacing what is found. All of it is case sensitive.
 
 #include <algorithm>
-#include <utility>
+#include <string>
+#include <vector>
 
 #include "instr/string/text_search.h"
 #include "plugin/instruction.h"
@@ -108,18 +109,31 @@ struct CReplaceStr final : Instruction<CReplaceStr> {
     const std::string_view replacement = call.Text(2);
     if (what.empty()) return call.Set(0, source);
 
-    TextSearch search(source, what);
-    CStdStr replaced;
-    replaced.Reserve(source.size());
+    const std::vector<std::size_t> places = Places(source, what);
+    const std::size_t length =
+        source.size() - places.size() * what.size() + places.size() * replacement.size();
+    CheckTextLength(length);
+    std::string replaced;
+    replaced.reserve(length);
     std::size_t from = 0;
-    for (std::size_t found = search.Next(0); found != TextSearch::kNone;
-         found = search.Next(from)) {
-      replaced.Append(source.substr(from, found - from));
-      replaced.Append(replacement);
-      from = found + what.size();
+    for (const std::size_t place : places) {
+      replaced += source.substr(from, place - from);
+      replaced += replacement;
+      from = place + what.size();
     }
-    replaced.Append(source.substr(from));
-    return call.Set(0, std::move(replaced));
+    replaced += source.substr(from);
+    return call.Set(0, replaced);
+  }
+
+ private:
+  static std::vector<std::size_t> Places(std::string_view text, std::string_view what) {
+    TextSearch search(text, what);
+    std::vector<std::size_t> places;
+    for (std::size_t found = search.Next(0); found != TextSearch::kNone;
+         found = search.Next(found + what.size())) {
+      places.push_back(found);
+    }
+    return places;
   }
 };
 

@@ -66,7 +66,7 @@ struct CGetEnv final : Instruction<CGetEnv> {
   static Status Run(Call& call) {
     const char* value = platform::FindVariable(call.CString(0));
     const bool found = value != nullptr && *value != '\0';
-    return call.Set(0, std::string_view(found ? value : "Not found"));
+    return call.Set(0, found ? value : "Not found");
   }
 };
 

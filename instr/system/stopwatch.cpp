@@ -18,21 +18,25 @@ struct FreeMemory {
 };
 
 /// The start times, 0 for a stopwatch that does not run: one table for all instructions of the
-/// host's run, made when it is first wanted and the store's own from then on.
+/// host's run, made when it is first wanted and the store's own from then on. Null where the host
+/// keeps nothing.
 double* Table(Call& call) {
-  IXNamedDataStore& store = call.NamedData();
-  if (void* found = store.LookUp(kTableName)) return static_cast<double*>(found);
+  IXNamedDataStore* store = call.NamedData();
+  if (store == nullptr) return nullptr;
+  if (void* found = store->LookUp(kTableName)) return static_cast<double*>(found);
   std::unique_ptr<double, FreeMemory> table(
       static_cast<double*>(std::calloc(kStopwatches, sizeof(double))));
   if (table == nullptr) throw std::bad_alloc();
-  store.Store(kTableName, table.get());
+  store->Store(kTableName, table.get());
   return table.release();
 }
 
-/// The start time of the stopwatch that the constant names; null for an index that none has.
+/// The start time of the stopwatch that the constant names; null where there is none.
 double* StartTime(Call& call) {
   const auto index = static_cast<std::uint32_t>(call.ConstantInteger(0));
-  return index < kStopwatches ? Table(call) + index : nullptr;
+  if (index >= kStopwatches) return nullptr;
+  double* const table = Table(call);
+  return table == nullptr ? nullptr : table + index;
 }
 
 constexpr Constant kIndex{

@@ -1,5 +1,6 @@
 // The fits of CNuvGeometry.
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -45,17 +46,19 @@ bool Divide(const CNuvPoint* points, std::uint32_t count, std::uint32_t percent,
   const std::size_t kept = count - out;
   if (kept < Figure::kPoints) return false;
   if (out == 0) {
-    used->Restart(count);
-    used->Append(points, count);
+    used->Resize(count);
+    std::copy_n(points, count, used->GetStorage());
     return true;
   }
   const geometry::Box box = geometry::BoundingBox(points, count);
   if (!box.IsFinite()) return false;
   const std::vector<bool> flags = BestSubset(Figure(), points, count, kept, box);
   if (flags.empty()) return false;
-  used->Restart(kept);
-  outliers->Restart(out);
-  for (std::uint32_t i = 0; i < count; ++i) (flags[i] ? used : outliers)->Append(points + i, 1);
+  used->Resize(kept);
+  outliers->Resize(out);
+  CNuvPoint* next_used = used->GetStorage();
+  CNuvPoint* next_outlier = outliers->GetStorage();
+  for (std::uint32_t i = 0; i < count; ++i) *(flags[i] ? next_used : next_outlier)++ = points[i];
   return true;
 }
 

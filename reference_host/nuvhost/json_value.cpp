@@ -85,7 +85,7 @@ Json LineToJson(const CNuvLine& line) {
 }
 
 Json StringToJson(const CNuvString& text) {
-  return Utf8FromBytes(text.View());
+  return Utf8FromBytes(static_cast<const char*>(text));
 }
 
 Json PointsToJson(const CNuvPointVector& points) {

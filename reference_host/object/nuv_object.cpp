@@ -28,8 +28,27 @@ std::unique_ptr<CNuvBaseType> MakeValue(NUV_OBJ_TYPE type) {
 
 }  // namespace
 
+CNuvObject::CNuvObject(NUV_OBJ_TYPE type) {
+  SetType(type);
+}
+
 CNuvObject::CNuvObject(const CNuvObject& other)
     : value_(other.value_ == nullptr ? nullptr : other.value_->Clone()), type_(other.type_) {}
+
+CNuvObject::CNuvObject(CNuvObject&& other) noexcept
+    : value_(std::exchange(other.value_, nullptr)),
+      type_(std::exchange(other.type_, NUV_OBJ_EMPTY)) {}
+
+CNuvObject::~CNuvObject() {
+  delete value_;
+}
+
+CNuvObject& CNuvObject::operator=(CNuvObject&& other) noexcept {
+  CNuvObject taken(std::move(other));
+  std::swap(value_, taken.value_);
+  std::swap(type_, taken.type_);
+  return *this;
+}
 
 CNuvObject& CNuvObject::operator=(const CNuvObject& other) {
   if (this == &other) return *this;
@@ -85,9 +104,12 @@ void CNuvObject::Clear() noexcept {
   type_ = NUV_OBJ_EMPTY;
 }
 
-void CNuvObject::Swap(CNuvObject& other) noexcept {
-  std::swap(value_, other.value_);
-  std::swap(type_, other.type_);
+NUV_OBJ_TYPE CNuvObject::GetType() const noexcept {
+  return type_;
+}
+
+const CNuvBaseType* CNuvObject::Get() const noexcept {
+  return value_;
 }
 
 template <class Value>

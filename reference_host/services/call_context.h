@@ -32,6 +32,8 @@ class CallContext final : public IXInstrContext {
   std::vector<CNuvObject> results;
   /// How many inputs the instruction is told of; all of them unless set.
   std::optional<std::int32_t> input_count;
+  /// Whether the instruction gets the services, or null for each.
+  bool has_services = true;
   std::vector<Mark> marks;
 
   std::int32_t Execute(IXInstrPlugin& instruction);
@@ -44,7 +46,9 @@ class CallContext final : public IXInstrContext {
   CNuvObject* ConstantValue(std::int32_t index) override;
   CNuvObject* ResultValue(std::int32_t index) override;
   void MarkResult(std::int32_t index, std::int32_t value) override;
-  void* Service(std::int32_t number) override { return services_.Find(number); }
+  void* Service(std::int32_t number) override {
+    return has_services ? services_.Find(number) : nullptr;
+  }
 
  private:
   Services& services_;

@@ -15,6 +15,10 @@ CNuvSetting& CNuvSetting::Inst() noexcept {
   return settings;
 }
 
+std::uint32_t CNuvSetting::GetDefaultAnnotationColor() const noexcept {
+  return default_color_;
+}
+
 double CNuvAngleTr::ToRad(double angle) noexcept {
   return InDegrees() ? angle * kPi / 180.0 : angle;
 }

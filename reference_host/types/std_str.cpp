@@ -39,32 +39,6 @@ CStdStr& CStdStr::operator=(std::string_view text) {
   return *this;
 }
 
-// The text may be a part of this string's own, so the old storage goes last.
-void CStdStr::Append(std::string_view text) {
-  if (text.size() > capacity_ - length_) {
-    CStdStr grown;
-    grown.Reserve(std::max<std::size_t>(length_ + text.size(), capacity_ + capacity_ / 2));
-    grown.Append(View());
-    grown.Append(text);
-    *this = std::move(grown);
-    return;
-  }
-  if (text.empty()) return;
-  char* end = (IsInline() ? storage_.inline_text : storage_.heap) + length_;
-  std::memcpy(end, text.data(), text.size());
-  end[text.size()] = '\0';
-  length_ += text.size();
-}
-
-void CStdStr::Reserve(std::size_t length) {
-  if (length <= capacity_) return;
-  char* heap = new char[length + 1];
-  std::memcpy(heap, c_str(), length_ + 1);
-  Free();
-  storage_.heap = heap;
-  capacity_ = length;
-}
-
 // The text may be a part of this string's own.
 void CStdStr::Assign(std::string_view text) {
   if (text.size() > capacity_) {

@@ -190,9 +190,11 @@ const std::vector<FaultRow>& CalmFaults() {
       {"nothing to repeat", {R"(repeatable: "_Faulty_Danger_": repeatable without an input)"}},
       {"exception",
        {R"(call-numbers: "_Faulty_Double_" with infinity in input 0, "number": an exception left )"
-        "Execute: number too large"}},
+        "Execute: number too large",
+        "call-services: an exception ended the trial: number too large"}},
       {"odd exception",
-       {R"(call-numbers: "_Faulty_Double_" with infinity in input 0, "number": an exception of)"}},
+       {R"(call-numbers: "_Faulty_Double_" with infinity in input 0, "number": an exception of)",
+        "call-services: an exception of an unknown type ended the trial"}},
       {"status 7",
        {R"(call-defaults: "_Faulty_Double_" with its defaults: returned status 7)",
         R"(call-numbers: "_Faulty_Double_" with NaN in input 0, "number": returned status 7)",
@@ -217,6 +219,8 @@ const std::vector<FaultRow>& CalmFaults() {
       {"array changed",
        {R"(call-arrays: "_Faulty_Pick_" with an array of 1000 elements in input 0, "array": )"
         "input 0 was changed from ...4"}},
+      {"fails unheard",
+       {R"(call-services: "_Faulty_Pick_" without services, with its defaults: returned status 3)"}},
       {"severity",
        {R"(call-defaults: "_Faulty_Pick_" with its defaults: reported a message of severity 0)",
         R"(call-arrays: "_Faulty_Pick_" with an array of 0 elements in input 0, "array": )",
@@ -235,11 +239,23 @@ const std::vector<FaultRow>& WildFaults() {
     {"crash on load", {"export: crashed while loading the library"}},
 #endif
     {"crash",
-     {R"(call-numbers: crashed while executing "_Faulty_Double_" with NaN in input 0, "number")"}},
-    {"recursion", {R"(call-numbers: crashed while executing "_Faulty_Double_" with NaN)"}},
-    {"exit", {R"(call-numbers: crashed while executing "_Faulty_Double_" with NaN)"}},
+     {R"(call-numbers: crashed while executing "_Faulty_Double_" with NaN in input 0, "number")",
+      "call-services: crashed"}},
+    {"recursion",
+     {R"(call-numbers: crashed while executing "_Faulty_Double_" with NaN)",
+      "call-services: crashed"}},
+    {"exit",
+     {R"(call-numbers: crashed while executing "_Faulty_Double_" with NaN)",
+      "call-services: crashed"}},
     {"destroys null", {R"(destroy: crashed while destroying objects of "_Faulty_Double_")"}},
-    {"hang", {R"(call-numbers: no answer within 5 s while executing "_Faulty_Double_" with 1e)"}},
+    {"needs messages",
+     {R"(call-services: crashed while executing "_Faulty_Pick_" without services, with its)"}},
+    {"own value",
+     {R"(unload: crashed while reading, copying, comparing and clearing, after the library was )"
+      R"(unloaded, what "_Faulty_Double_" wrote to results that hold values of type 0)"}},
+    {"hang",
+     {R"(call-numbers: no answer within 5 s while executing "_Faulty_Double_" with 1e)",
+      "call-services: no answer within 5 s"}},
   };
   return rows;
 }

@@ -38,7 +38,11 @@ void Head(DescriptorRecord& record, const char* category, const char* name, cons
 
 Status Report(IXInstrContext& context, std::int32_t severity, Status status) {
   auto* messages = static_cast<IXMessageService*>(context.Service(NUV_SERVICE_MESSAGE));
-  messages->Report(severity, CStdStr("Faulty"), CStdStr("out of range"));
+  if (messages != nullptr || Fault("needs messages")) {
+    messages->Report(severity, CStdStr("Faulty"), CStdStr("out of range"));
+  } else if (Fault("fails unheard")) {
+    return Status::kFailure;
+  }
   return status;
 }
 
@@ -52,6 +56,19 @@ Status Report(IXInstrContext& context, std::int32_t severity, Status status) {
   volatile int here[1000] = {*above};
   return *above < 0 ? 0 : Recurse(here) + here[0];
 }
+
+/// A number whose virtual functions go with this library.
+class OwnNumber final : public CNuvBaseType {
+ public:
+  explicit OwnNumber(double number) : number_(number) {}
+  CNuvBaseType* Clone() const override { return new OwnNumber(*this); }
+  bool Copy(const CNuvBaseType& /*other*/) override { return false; }
+  bool Compare(const CNuvBaseType& /*other*/) const override { return false; }
+  NUV_OBJ_TYPE GetType() const noexcept override { return NUV_OBJ_DOUBLE; }
+
+ private:
+  double number_;
+};
 
 /// The slots, over a class's Fill and Run.
 template <class Self>
@@ -128,6 +145,8 @@ struct Double final : Slots<Double> {
     if (Fault("sign lost") && number == 0.0) input = 0.0;
     if (Fault("text result") && result.GetType() == NUV_OBJ_STRING) {
       result = "double";
+    } else if (Fault("own value")) {
+      result = OwnNumber(2 * number);
     } else {
       result = 2 * number;
     }

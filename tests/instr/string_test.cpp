@@ -130,6 +130,14 @@ double Position(std::size_t position) {
   return position == std::string::npos ? -1.0 : static_cast<double>(position);
 }
 
+TEST(Strings, ATextBeyondOneGibibyteIsRefusedBeforeItIsMade) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  const std::string many(100'000, 'a');
+  const nuvhost::Json request{
+      {"instr", "_Nuv_String_CReplaceStr_"}, {"in", {many, "a", many}}, {"prev", {"as it was"}}};
+  EXPECT_EQ(Exec(session, request.dump()), nuvhost::Json({{"status", 3}, {"out", {"as it was"}}}));
+}
+
 TEST(Strings, AgreeWithPlainVersionsOnRandomTexts) {
   nuvhost::ExecSession session(BuiltCatalogue());
   const auto result = [&](const char* name, const Json& inputs) {

@@ -90,6 +90,30 @@ TEST_F(SystemCalls, StopwatchesShareOneTableInTheNamedData) {
   EXPECT_EQ(table[255], 0.0);
 }
 
+TEST_F(SystemCalls, AHostWithoutServicesHearsNothing) {
+  // Without the named data there are no stopwatches; what is only reported is dropped.
+  const struct {
+    const char* identifier;
+    std::int32_t status;
+    const char* input;
+  } rows[] = {{"_Nuv_System_CSystemStopwatchStart_", 3, ""},
+              {"_Nuv_System_CSystemStopwatchStop_", 3, ""},
+              {"_Nuv_System_CSystemGenerateProgramEvent_", 0, ""},
+              {"_Nuv_System_CFileDelete_", 0, "no folder/of that name/file"},
+              {"_Nuv_System_CFolderDelete_", 0, "no folder of that name"}};
+  nuvhost::Services services;
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.identifier);
+    const nuvhost::Instruction& instruction = BuiltCatalogue().Find(row.identifier);
+    nuvhost::CallContext context(*instruction.descriptor, services);
+    context.has_services = false;
+    for (CNuvObject& input : context.inputs) input = row.input;
+    EXPECT_EQ(context.Execute(*instruction.prototype), row.status);
+    for (const CNuvObject& result : context.results) EXPECT_FALSE(static_cast<bool>(result));
+  }
+  EXPECT_TRUE(services.Take().messages.empty());
+}
+
 TEST_F(SystemCalls, SleepTakesTheLow32Bits) {
   const double start = Clock();
   for (const Json& milliseconds :

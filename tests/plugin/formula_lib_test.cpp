@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <stdexcept>
+
+#include "plugin/call.h"
 
 #if !defined(_WIN32)
 #include <dlfcn.h>
 #endif
 
+#include "plugin/call.h"
 #include "plugin/catalogue.h"
 #include "tests/plugin/allocation_failure.h"
 
@@ -138,6 +142,11 @@ TEST(FormulaLib, IsTheOneThatTheExportGives) {
   EXPECT_EQ(library->GetPluginCount(), formula::Catalogue::kSize);
   EXPECT_STREQ(library->GetLibInfo()->text,
                "Formula Library\nThis is the very first version of it");
+}
+
+TEST(Call, ATextResultHoldsUpToOneGibibyte) {
+  EXPECT_NO_THROW(formula::CheckTextLength(std::size_t{1} << 30));
+  EXPECT_THROW(formula::CheckTextLength((std::size_t{1} << 30) + 1), std::length_error);
 }
 
 }  // namespace

@@ -150,21 +150,113 @@ void JudgeInstruction(Trial& trial, const Instruction& instruction, const Cases&
   trial.At("destroying an object of " + label);
 }
 
-template <auto MakeCases>
-void JudgeCalls(Trial& trial) {
+/// What a call gives, and the values of its results.
+struct Answer {
+  std::int32_t status;
+  std::vector<std::string> results;
+};
+
+Answer AnswerOf(IXInstrPlugin& object, const DescriptorRecord& descriptor, const Case& call,
+                Services& services, bool has_services) {
+  CallContext context(descriptor, services);
+  call.prepare(context);
+  context.has_services = has_services;
+  const std::int32_t status = context.Execute(object);
+  services.Take();
+  return {status, AllShown(context.results)};
+}
+
+/// Whether an instruction answers the same with and without services.
+void JudgeServices(Trial& trial, const Instruction& instruction, const Cases& calls,
+                   Services& services) {
+  const std::string label = Label(instruction);
+  const WorkingObject object(*instruction.prototype);
+  for (const Case& call : calls) {
+    const std::string what = label + " without services, with " + call.how;
+    trial.At("executing " + what);
+    const DescriptorRecord& descriptor = *instruction.descriptor;
+    const Answer with = AnswerOf(object.Get(), descriptor, call, services, true);
+    const Answer without = AnswerOf(object.Get(), descriptor, call, services, false);
+    if (with.status != without.status) {
+      return trial.Complain(what + ": returned status " + std::to_string(without.status) +
+                            ", and " + std::to_string(with.status) + " with them");
+    }
+    if (with.results != without.results) return trial.Complain(what + ": gave other results");
+  }
+}
+
+/// Values that an instruction wrote, and what they were when the library was there.
+struct Kept {
+  std::string label;
+  std::vector<CNuvObject> values;
+  std::vector<std::string> shown;
+};
+
+/// The defaults of every instruction and, where it may be called, its results.
+std::vector<Kept> ValuesOf(Trial& trial, const Subject& subject) {
+  Services services;
+  std::vector<Kept> kept;
+  const auto keep = [&kept](const std::string& label, const std::vector<CNuvObject>& values) {
+    kept.push_back({label, values, AllShown(values)});
+  };
+  for (const Instruction& instruction : subject.Instructions()) {
+    const std::string label = Label(instruction);
+    CallContext defaults(*instruction.descriptor, services);
+    keep("the default inputs of " + label, defaults.inputs);
+    keep("the default constants of " + label, defaults.constants);
+    if (!IsCallable(instruction)) continue;
+    for (const Case& call : ResultCases(*instruction.descriptor)) {
+      trial.At("executing " + label + " with " + call.how);
+      CallContext context(*instruction.descriptor, services);
+      call.prepare(context);
+      context.Execute(*instruction.prototype);
+      services.Take();
+      // The results themselves, not copies of them.
+      const std::vector<std::string> shown = AllShown(context.results);
+      kept.push_back({"what " + label + " wrote to " + call.how, {}, shown});
+      kept.back().values.swap(context.results);
+    }
+  }
+  return kept;
+}
+
+void JudgeUnload(Trial& trial) {
+  std::vector<Kept> kept;
+  {
+    const Subject subject(trial);
+    kept = ValuesOf(trial, subject);
+  }
+  for (Kept& one : kept) {
+    trial.At("reading, copying, comparing and clearing, after the library was unloaded, " +
+             one.label);
+    std::vector<CNuvObject> copies = one.values;
+    for (CNuvObject& copy : copies) copy = CNuvObject(copy);
+    if (AllShown(one.values) != one.shown || AllShown(copies) != one.shown) {
+      trial.Complain(one.label + " changed when the library was unloaded");
+    }
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+      [[maybe_unused]] const bool equal = copies[i] == one.values[i];
+      one.values[i].Clear();
+    }
+  }
+}
+
+/// Applies `judge` to each instruction that may be called, in the ways that suit it.
+template <class MakeCases, class Judge>
+void ForEachCallable(Trial& trial, MakeCases make_cases, Judge judge) {
   Services services;
   const Subject subject(trial);
   std::size_t called = 0;
   std::size_t not_called = 0;
   for (const Instruction& instruction : subject.Instructions()) {
-    const Cases calls = MakeCases(*instruction.descriptor);
+    const Cases calls = make_cases(*instruction.descriptor);
     if (calls.empty()) continue;
     if (!IsCallable(instruction)) {
       ++not_called;
       continue;
     }
     ++called;
-    JudgeInstruction(trial, instruction, calls, services);
+    judge(trial, instruction, calls, services);
   }
   if (called == 0 && not_called == 0) return trial.Skip("no instruction can be called so");
   std::string note = std::to_string(called) + " instructions called";
@@ -178,6 +270,24 @@ void JudgeCalls(Trial& trial) {
   } else {
     trial.Note(note);
   }
+}
+
+template <auto MakeCases>
+void JudgeCalls(Trial& trial) {
+  ForEachCallable(trial, MakeCases, JudgeInstruction);
+}
+
+/// Calls that end well, fail and report.
+Cases ServiceCases(const DescriptorRecord& descriptor) {
+  Cases cases = DefaultCases(descriptor);
+  for (const auto make : {NumberCases, ArrayCases, CountCases}) {
+    for (Case& call : make(descriptor)) cases.push_back(std::move(call));
+  }
+  return cases;
+}
+
+void JudgeServiceCalls(Trial& trial) {
+  ForEachCallable(trial, ServiceCases, JudgeServices);
 }
 
 // Each of these laws asks the same of every call; docs/check.md tells it in full.
@@ -209,6 +319,14 @@ constexpr Law kLaws[] = {
      "Every instruction keeps its promises with each choice and both ends of each range of its "
      "constants.",
      JudgeCalls<ConstantCases>},
+    {"calls", "call-services",
+     "Every instruction answers the same where the host has no services: what it reports or draws "
+     "is dropped.",
+     JudgeServiceCalls},
+    {"calls", "unload",
+     "Defaults and results stay whole after the library is unloaded: they are read, copied, "
+     "compared and cleared.",
+     JudgeUnload},
 };
 
 }  // namespace

@@ -32,8 +32,7 @@ std::vector<std::string> FieldsOf(const CNuvObject& value) {
   switch (value.GetType()) {
     case NUV_OBJ_BOOL: return {static_cast<bool>(value) ? "true" : "false"};
     case NUV_OBJ_DOUBLE: return {NumberText(static_cast<double>(value))};
-    case NUV_OBJ_STRING:
-      return {Field(Utf8FromBytes(static_cast<const CNuvString&>(*value.Get()).View()))};
+    case NUV_OBJ_STRING: return {Field(Utf8FromBytes(static_cast<const char*>(value)))};
     case NUV_OBJ_POINT: {
       const auto& point = static_cast<const CNuvPoint&>(value);
       return {NumberText(point.x), NumberText(point.y)};

@@ -121,14 +121,14 @@ std::string ValueText(const CNuvObject& value, std::optional<int> decimals) {
   switch (value.GetType()) {
     case NUV_OBJ_BOOL: return boolean(static_cast<bool>(value));
     case NUV_OBJ_DOUBLE: return number(static_cast<double>(value));
-    case NUV_OBJ_STRING: return PlainText(static_cast<const CNuvString&>(*value.Get()).View());
+    case NUV_OBJ_STRING: return PlainText(static_cast<const char*>(value));
     case NUV_OBJ_POINT: return point(static_cast<const CNuvPoint&>(*value.Get()));
     case NUV_OBJ_LINE: return line(static_cast<const CNuvLine&>(*value.Get()));
     case NUV_OBJ_BOOL_VECTOR: return ArrayText<CNuvBoolVector>(value, boolean);
     case NUV_OBJ_DOUBLE_VECTOR: return ArrayText<CNuvDoubleVector>(value, number);
     case NUV_OBJ_STRING_VECTOR:
       return ArrayText<CNuvStringVector>(
-          value, [](const CNuvString& s) { return Dump(Json(Utf8FromBytes(s.View()))); });
+          value, [](const char* s) { return Dump(Json(Utf8FromBytes(s))); });
     case NUV_OBJ_POINT_VECTOR: return ArrayText<CNuvPointVector>(value, point);
     case NUV_OBJ_LINE_VECTOR:
       return ArrayText<CNuvLineVector>(value,
