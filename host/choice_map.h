@@ -43,10 +43,21 @@ class NUV_TYPES_API CChoiceMap {
   static const Node* Next(const Node* node) noexcept;
 
  private:
+  struct Layout;
+
   std::uint64_t allocator_ = 0;  //  0  allocator word, unused
   Node* head_;                   //  8  the sentinel
   std::uint64_t size_ = 0;       // 16  choices in the map
 };
 
-static_assert(sizeof(CChoiceMap) == 24 && std::is_standard_layout_v<CChoiceMap>);
-static_assert(sizeof(CChoiceMap::Node) == 80 && offsetof(CChoiceMap::Node, label) == 40);
+static_assert(std::is_standard_layout_v<CChoiceMap> && sizeof(CChoiceMap) == 24);
+struct CChoiceMap::Layout {
+  static_assert(offsetof(CChoiceMap, head_) == 8 && offsetof(CChoiceMap, size_) == 16);
+};
+static_assert(std::is_standard_layout_v<CChoiceMap::Node> && sizeof(CChoiceMap::Node) == 80);
+static_assert(offsetof(CChoiceMap::Node, parent) == 8);
+static_assert(offsetof(CChoiceMap::Node, right) == 16);
+static_assert(offsetof(CChoiceMap::Node, color) == 24);
+static_assert(offsetof(CChoiceMap::Node, is_nil) == 25);
+static_assert(offsetof(CChoiceMap::Node, key) == 32);
+static_assert(offsetof(CChoiceMap::Node, label) == 40);

@@ -1,7 +1,9 @@
 // CNuvObject: the host's typed variant value. Every default, input and result is one.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "host/base_type.h"
 #include "host/values.h"
@@ -71,6 +73,7 @@ class NUV_OBJECT_API CNuvObject {
   friend NUV_OBJECT_API bool operator==(const CNuvObject& a, const CNuvObject& b);
 
  private:
+  struct Layout;
   template <class Value>
   Value& InPlace();
   template <class Value>
@@ -81,4 +84,7 @@ class NUV_OBJECT_API CNuvObject {
   std::uint32_t padding_ = 0;          // 12
 };
 
-static_assert(sizeof(CNuvObject) == 16);
+static_assert(std::is_standard_layout_v<CNuvObject> && sizeof(CNuvObject) == 16);
+struct CNuvObject::Layout {
+  static_assert(offsetof(CNuvObject, value_) == 0 && offsetof(CNuvObject, type_) == 8);
+};

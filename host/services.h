@@ -1,7 +1,8 @@
 // The services that the host offers to a running instruction, by their slots.
 //
-// Slot 0 of each table is the host's own. Texts and values are the caller's and live only for
-// the call.
+// Slot 0 of each table is the host's own. Instructions call a service during Execute, on the thread
+// that runs it; where the host runs several at once, guarding the service is the host's. Texts,
+// values and figures passed to it are the instruction's and live only for the call.
 #pragma once
 
 #include <cstdint>

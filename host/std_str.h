@@ -35,6 +35,7 @@ class NUV_TYPES_API CStdStr {
   }
 
  private:
+  struct Layout;
   static constexpr std::uint64_t kInlineCapacity = 15;
 
   bool IsInline() const noexcept { return capacity_ <= kInlineCapacity; }
@@ -53,4 +54,8 @@ class NUV_TYPES_API CStdStr {
   std::uint64_t capacity_ = kInlineCapacity;  // 32  characters that fit; 15 while inline
 };
 
-static_assert(sizeof(CStdStr) == 40 && std::is_standard_layout_v<CStdStr>);
+static_assert(std::is_standard_layout_v<CStdStr> && sizeof(CStdStr) == 40);
+struct CStdStr::Layout {
+  static_assert(offsetof(CStdStr, storage_) == 8 && offsetof(CStdStr, length_) == 24 &&
+                offsetof(CStdStr, capacity_) == 32);
+};

@@ -127,6 +127,9 @@ class TStdVector {
   }
 
  private:
+  template <class Element>
+  friend struct TStdVectorLayout;
+
   static constexpr std::size_t MaxSize() noexcept {
     return static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(T);
   }
@@ -156,4 +159,11 @@ class TStdVector {
   T* capacity_ = nullptr;        // 24  behind the storage
 };
 
-static_assert(sizeof(TStdVector<int>) == 32 && std::is_standard_layout_v<TStdVector<int>>);
+template <class Element>
+struct TStdVectorLayout {
+  using Vector = TStdVector<Element>;
+  static_assert(std::is_standard_layout_v<Vector> && sizeof(Vector) == 32);
+  static_assert(offsetof(Vector, begin_) == 8 && offsetof(Vector, end_) == 16 &&
+                offsetof(Vector, capacity_) == 24);
+};
+template struct TStdVectorLayout<int>;

@@ -169,3 +169,8 @@ class TNuvRect final : public CNuvBaseType {
 };
 extern template class NUV_OBJECT_API TNuvRect<double, NUV_OBJ_RECT>;
 using CNuvRect = TNuvRect<double, NUV_OBJ_RECT>;
+
+// A value begins with its virtual table, which is the host's.
+static_assert(sizeof(CNuvBool) == 16 && sizeof(CNuvDouble) == 16 && sizeof(CNuvString) == 48);
+static_assert(sizeof(CNuvPoint) == 24 && sizeof(CNuvLine) == 24 && sizeof(CNuvCircle) == 32);
+static_assert(sizeof(CNuvRect) == 48);

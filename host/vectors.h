@@ -55,3 +55,8 @@ using CNuvDoubleVector = TNuvVector<double, NUV_OBJ_DOUBLE_VECTOR>;
 using CNuvStringVector = TNuvVector<CNuvString, NUV_OBJ_STRING_VECTOR>;
 using CNuvPointVector = TNuvVector<CNuvPoint, NUV_OBJ_POINT_VECTOR>;
 using CNuvLineVector = TNuvVector<CNuvLine, NUV_OBJ_LINE_VECTOR>;
+
+// A virtual table, and the elements' vector.
+static_assert(sizeof(CNuvBoolVector) == 40 && sizeof(CNuvDoubleVector) == 40);
+static_assert(sizeof(CNuvStringVector) == 40 && sizeof(CNuvPointVector) == 40);
+static_assert(sizeof(CNuvLineVector) == 40);

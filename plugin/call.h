@@ -11,7 +11,7 @@
 #include "host/services.h"
 #include "host/setting.h"
 #include "host/std_str.h"
-#include "plugin/instr_plugin.h"
+#include "host/instr_plugin.h"
 #include "plugin/overlay.h"
 
 namespace formula {

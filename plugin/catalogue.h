@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <type_traits>
 
-#include "plugin/instr_plugin.h"
+#include "host/instr_plugin.h"
 
 namespace formula {
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "plugin/records.h"
+#include "host/records.h"
 
 namespace formula {
 

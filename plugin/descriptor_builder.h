@@ -2,7 +2,7 @@
 #pragma once
 
 #include "plugin/definition.h"
-#include "plugin/records.h"
+#include "host/records.h"
 
 namespace formula {
 

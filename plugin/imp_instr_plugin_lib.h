@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/std_vector.h"
-#include "plugin/instr_plugin_lib.h"
+#include "host/instr_plugin_lib.h"
 
 /// Answers every slot of IXInstrPluginLib but GetLibInfo over one array of prototypes.
 class CImpInstrPluginLib : public IXInstrPluginLib {

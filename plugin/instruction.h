@@ -13,7 +13,7 @@
 #include "plugin/catalogue.h"
 #include "plugin/definition.h"
 #include "plugin/descriptor_builder.h"
-#include "plugin/instr_plugin.h"
+#include "host/instr_plugin.h"
 
 namespace formula {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "plugin/definition.h"
-#include "plugin/instr_plugin.h"
+#include "host/instr_plugin.h"
 
 namespace formula {
 

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "plugin/records.h"
+#include "host/records.h"
 
 namespace nuvhost {
 namespace {

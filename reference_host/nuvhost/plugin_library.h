@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-#include "plugin/instr_plugin_lib.h"
+#include "host/instr_plugin_lib.h"
 #include "reference_host/nuvhost/error.h"
 
 namespace nuvhost {

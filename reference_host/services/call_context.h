@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/context.h"
-#include "plugin/instr_plugin.h"
+#include "host/instr_plugin.h"
 #include "reference_host/services/services.h"
 
 namespace nuvhost {

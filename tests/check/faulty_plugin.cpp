@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "host/services.h"
-#include "plugin/instr_plugin_lib.h"
+#include "host/instr_plugin_lib.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "plugin/records.h"
+#include "host/records.h"
 
 namespace nuvhost::check {
 

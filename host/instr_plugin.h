@@ -1,10 +1,22 @@
-// IXInstrPlugin: the interface through which the host sees every instruction.
+// IXInstrPlugin: the interface through which the host sees every instruction, and what a call of
+// one promises.
+//
+// An object is a prototype, which the library owns, or a working object, which the host made by
+// Create and gives back to Destroy; both answer alike. Objects hold no data, so one object may run
+// on several threads of the host at once, each call with a context of its own. What instructions
+// share then is the process's: named data, random numbers, environment, log.
+//
+// One call of Execute: it reads constants and inputs through the context, and writes results into
+// the host's own objects. It never changes a constant or an input and keeps no pointer behind the
+// call. A result object may be an input of the same call, as where a program says a = f(a); a
+// result may hold any value beforehand, of any type, or none. With status 3 the results are as they
+// were unless the instruction says otherwise; where memory ran out, an array may be left empty.
 #pragma once
 
 #include <cstdint>
 
 #include "host/context.h"
-#include "plugin/records.h"
+#include "host/records.h"
 
 /// What Execute returns; no other value is returned by any instruction.
 enum class Status : std::int32_t {

@@ -1,7 +1,9 @@
 // The descriptor of an instruction and its records, as the host reads them in place.
 //
 // The host walks these records by their offsets, so their layout is binding; each has its
-// offsets in a column of comments and asserts them below.
+// offsets in a column of comments and asserts them below. They are the library's: it fills them
+// in InitPlugins and empties them in ReleasePlugins, and between the two the host only reads them,
+// on any thread. Every text is static and ends with a zero byte.
 #pragma once
 
 #include <cstddef>
