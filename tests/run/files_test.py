@@ -134,7 +134,7 @@ def keeps_the_old_file_where_a_run_fails():
     folder.write(slow=60000)
     (folder.path / "out.csv").write_bytes(b"old")
     before = folder.state()
-    stops = [signal.SIGINT, signal.SIGTERM, signal.SIGSEGV] if NATIVE else [signal.SIGKILL]
+    stops = [signal.SIGINT, signal.SIGTERM, signal.SIGABRT] if NATIVE else [signal.SIGKILL]
     for stop in stops:
         process = folder.start("run", "slow.json", "--results", "out.csv")
         while process.poll() is None and not any(folder.path.glob("*.part")):

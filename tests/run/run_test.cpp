@@ -211,8 +211,6 @@ TEST_F(Run, RefusesWordsThatDoNotFit) {
       {"two.json", {"a=a.csv", "a=c=d.csv"}, "", R"(data "a" has a file already)"},
       {"none.json", {"a.csv"}, "", "takes no data from a file"},
       {"p.json", {"c=d.csv"}, "out.txt", "must end in .csv or .json"},
-      {"p.json", {"c=d.csv"}, "c=d.csv", "would overwrite the"},
-      {"p.json", {"c=d.csv"}, "p.json", "would overwrite the"},
       {"p.json", {"c=d.csv"}, "no/such/folder.csv", "cannot write results to no/such/folder.csv"},
   };
   for (const Row& row : rows) {
@@ -380,9 +378,6 @@ TEST_F(Run, DrawsOverTheImage) {
     EXPECT_EQ(answer.out.empty(), answer.code != 0);
     EXPECT_FALSE(std::filesystem::exists("x.svg") || HasLeftovers());
   }
-  Write("picture.svg", png);
-  answer = Carry("svg.json", {}, "", false, "picture.svg");
-  EXPECT_NE(answer.error.find("would overwrite the"), std::string::npos);
 }
 
 }  // namespace

@@ -1,13 +1,13 @@
 // Files as their system knows them: what an output file needs of it, on every platform.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <system_error>
+#include <tuple>
 
 namespace nuvhost {
 
@@ -17,7 +17,9 @@ struct Identity {
   std::uint64_t volume = 0;
   std::uint64_t index = 0;
   std::filesystem::path::string_type name = {};
-  auto operator<=>(const Identity&) const = default;
+  bool operator<(const Identity& other) const {
+    return std::tie(volume, index, name) < std::tie(other.volume, other.index, other.name);
+  }
 };
 
 /// What was found under the name of an output.
