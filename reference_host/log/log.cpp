@@ -31,6 +31,17 @@ std::string Line(LEVEL level, const char* text) {
   return line + '\n';
 }
 
+/// Prints a line on standard error in UTF-8, each byte a character.
+void Print(const std::string& line) {
+  std::string utf8;
+  for (const char c : line) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte >= 0x80) utf8 += static_cast<char>(0xC0 | byte >> 6);
+    utf8 += static_cast<char>(byte < 0x80 ? byte : 0x80 | (byte & 0x3F));
+  }
+  std::fwrite(utf8.data(), 1, utf8.size(), stderr);
+}
+
 bool Append(const std::string& path, const std::string& line) {
   const std::filesystem::path file(std::u8string(path.begin(), path.end()));
   std::ofstream stream(file, std::ios::binary | std::ios::app);
@@ -53,7 +64,7 @@ void CNuvLog::Log(LEVEL level, const char* text) noexcept {
   try {
     const std::string line = Line(level, text);
     if (!file.empty() && Append(file, line)) return;
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    Print(line);
   } catch (...) {
     // Without memory the entry is lost; whoever logged it goes on.
   }

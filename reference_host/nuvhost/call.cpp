@@ -1,6 +1,5 @@
-#include <cstdio>
-
 #include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/console.h"
 #include "reference_host/nuvhost/error.h"
 #include "reference_host/nuvhost/json_value.h"
 #include "reference_host/services/call_context.h"
@@ -38,15 +37,15 @@ CNuvObject ValueFromWord(const std::string& word, std::uint32_t type, const char
   try {
     return FromJson(WordAsJson(word, type), type);
   } catch (const ValueError& error) {
-    throw UserError("\"" + word + "\" is no " + Describe(type) + " for \"" +
-                    std::string(TextOrEmpty(name)) + "\": " + error.what());
+    throw UserError("\"" + word + "\" is no " + Describe(type) + " for \"" + Utf8FromText(name) +
+                    "\": " + error.what());
   }
 }
 
 /// The key of a choice given by its label, or the value as it stands.
 CNuvObject ConstantFromWord(const std::string& word, const ConstantRecord& constant) {
   for (auto* node = constant.choices.First(); node != nullptr; node = CChoiceMap::Next(node)) {
-    if (word != node->label.c_str()) continue;
+    if (word != Utf8FromText(node->label.c_str())) continue;
     CNuvObject key;
     key = node->key;
     return key;
@@ -59,9 +58,8 @@ void SetInputs(CallContext& context, const DescriptorRecord& descriptor,
                const std::vector<std::string>& values) {
   const std::size_t declared = descriptor.inputs.Size();
   if (values.size() > declared && descriptor.repeatable == 0) {
-    throw UserError("\"" + std::string(TextOrEmpty(descriptor.name)) + "\" takes " +
-                    std::to_string(declared) + " inputs, " + std::to_string(values.size()) +
-                    " were given");
+    throw UserError("\"" + Utf8FromText(descriptor.name) + "\" takes " + std::to_string(declared) +
+                    " inputs, " + std::to_string(values.size()) + " were given");
   }
   if (values.size() > declared) context.inputs.resize(values.size());
   for (std::size_t i = 0; i < values.size(); ++i) {
@@ -83,19 +81,19 @@ void SetConstants(CallContext& context, const DescriptorRecord& descriptor,
   }
 }
 
-void Print(const Record& record) {
+void Show(const Record& record) {
   for (const Message& message : record.messages) {
-    std::fprintf(stderr, "%s: %s: %s\n", message.severity == 1 ? "warning" : "error",
-                 Utf8FromBytes(message.source).c_str(), Utf8FromBytes(message.text).c_str());
+    Complain((message.severity == 1 ? "warning: " : "error: ") + Utf8FromBytes(message.source) +
+             ": " + Utf8FromBytes(message.text) + '\n');
   }
   for (const LogEntry& entry : record.log) {
-    std::fprintf(stderr, "log: %s\n", Utf8FromBytes(entry.text).c_str());
+    Complain("log: " + Utf8FromBytes(entry.text) + '\n');
   }
   for (const ProgramEvent& event : record.events) {
-    std::printf("event %d, value %d\n", event.code, event.value);
+    Print("event " + std::to_string(event.code) + ", value " + std::to_string(event.value) + '\n');
   }
   for (const Annotation& annotation : record.annotations) {
-    std::printf("annotation %s\n", Dump(ToJson(annotation)).c_str());
+    Print("annotation " + Dump(ToJson(annotation)) + '\n');
   }
 }
 
@@ -111,15 +109,15 @@ int CallOnce(const Catalogue& catalogue, const std::string& name,
   SetConstants(context, descriptor, constants);
 
   const std::int32_t status = context.Execute(*instruction.prototype);
-  Print(services.Take());
+  Show(services.Take());
   if (status != 0) {
-    std::fprintf(stderr, "nuvhost: \"%s\" failed with status %d\n",
-                 TextOrEmpty(descriptor.name).data(), status);
+    Complain("nuvhost: \"" + Utf8FromText(descriptor.name) + "\" failed with status " +
+             std::to_string(status) + '\n');
     return kExitWanting;
   }
   for (std::size_t i = 0; i < context.results.size(); ++i) {
-    std::printf("%s = %s\n", TextOrEmpty(descriptor.results[i].name).data(),
-                Dump(ToJson(context.results[i])).c_str());
+    Print(Utf8FromText(descriptor.results[i].name) + " = " + Dump(ToJson(context.results[i])) +
+          '\n');
   }
   return kExitSuccess;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "reference_host/nuvhost/error.h"
+#include "reference_host/nuvhost/json_value.h"
 
 namespace nuvhost {
 namespace {
@@ -29,6 +30,11 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
   return row[b.size()];
 }
 
+/// "Numeric: Multiply", by which an instruction goes whose display name others have, too.
+std::string FullName(const DescriptorRecord& descriptor) {
+  return NameFromText(descriptor.category) + ": " + NameFromText(descriptor.name);
+}
+
 std::string Quoted(std::string_view text) {
   return '"' + std::string(text) + '"';
 }
@@ -46,14 +52,14 @@ std::size_t FindParameter(const char* kind, const DescriptorRecord& descriptor,
                           const TStdVector<Record>& records, std::string_view name,
                           NameOf name_of) {
   std::vector<std::size_t> found;
-  std::vector<std::string_view> names;
+  std::vector<std::string> names;
   for (std::size_t i = 0; i < records.Size(); ++i) {
-    names.push_back(WithoutTrailingBlanks(name_of(records[i])));
+    names.push_back(NameFromText(name_of(records[i])));
     if (names.back() == WithoutTrailingBlanks(name)) found.push_back(i);
   }
   if (found.size() == 1) return found.front();
 
-  const std::string instruction = Quoted(TextOrEmpty(descriptor.name));
+  const std::string instruction = Quoted(NameFromText(descriptor.name));
   if (found.size() > 1) {
     std::string text = instruction + " has more than one " + kind + " named " + Quoted(name) +
                        "; use the position:";
@@ -64,7 +70,7 @@ std::size_t FindParameter(const char* kind, const DescriptorRecord& descriptor,
   if (position && *position < records.Size()) return *position;
   if (records.Empty()) throw UserError(instruction + " has no " + kind + "s");
   std::string text = instruction + " has no " + kind + " " + Quoted(name);
-  const std::string near = DidYouMean(name, names);
+  const std::string near = DidYouMean(name, {names.begin(), names.end()});
   if (!near.empty()) throw UserError(text + near);
   text += "; it has";
   for (std::size_t i = 0; i < names.size(); ++i) text += (i == 0 ? " " : ", ") + Quoted(names[i]);
@@ -75,6 +81,10 @@ std::size_t FindParameter(const char* kind, const DescriptorRecord& descriptor,
 
 std::string_view TextOrEmpty(const char* text) {
   return text == nullptr ? "" : text;
+}
+
+std::string NameFromText(const char* text) {
+  return std::string(WithoutTrailingBlanks(Utf8FromText(text)));
 }
 
 std::string_view WithoutTrailingBlanks(std::string_view name) {
@@ -127,46 +137,44 @@ const Instruction* Catalogue::FindIdentifier(std::string_view identifier) const 
 const Instruction& Catalogue::Find(std::string_view name) const {
   if (const Instruction* found = FindIdentifier(name)) return *found;
 
+  const std::string_view wanted = WithoutTrailingBlanks(name);
   std::vector<const Instruction*> found;
-  std::vector<std::string_view> names;
+  std::vector<std::string> names;
   for (const Instruction& instruction : instructions_) {
-    names.push_back(TextOrEmpty(instruction.descriptor->name));
-    if (WithoutTrailingBlanks(names.back()) == WithoutTrailingBlanks(name)) {
-      found.push_back(&instruction);
-    }
+    const DescriptorRecord& descriptor = *instruction.descriptor;
+    const std::string forms[] = {NameFromText(descriptor.name), FullName(descriptor),
+                                 NameFromText(descriptor.identifier)};
+    if (std::ranges::find(forms, wanted) != std::end(forms)) found.push_back(&instruction);
+    names.insert(names.end(), std::begin(forms), std::end(forms));
   }
   if (found.size() == 1) return *found.front();
-
   if (found.empty()) {
-    for (const Instruction& instruction : instructions_) {
-      names.push_back(TextOrEmpty(instruction.descriptor->identifier));
-    }
-    throw UserError("no instruction " + Quoted(name) + DidYouMean(name, names));
+    throw UserError("no instruction " + Quoted(name) +
+                    DidYouMean(name, {names.begin(), names.end()}));
   }
-  std::string text = "several instructions are named " + Quoted(name) + "; use an identifier:";
+  std::string text = "several instructions are named " + Quoted(name) + "; write one of";
   for (const Instruction* instruction : found) {
-    text += "\n  " + std::string(TextOrEmpty(instruction->descriptor->identifier)) + "  (" +
-            std::string(TextOrEmpty(instruction->descriptor->category)) + ")";
+    text += "\n  " + Quoted(FullName(*instruction->descriptor)) + " or " +
+            NameFromText(instruction->descriptor->identifier);
   }
   throw UserError(text);
 }
 
 std::size_t FindInput(const DescriptorRecord& descriptor, std::string_view name) {
   return FindParameter("input", descriptor, descriptor.inputs, name,
-                       [](const ParameterRecord& input) { return TextOrEmpty(input.name); });
+                       [](const ParameterRecord& input) { return input.name; });
 }
 
 std::size_t FindResult(const DescriptorRecord& descriptor, std::string_view name) {
   return FindParameter("result", descriptor, descriptor.results, name,
-                       [](const ResultRecord& result) { return TextOrEmpty(result.name); });
+                       [](const ResultRecord& result) { return result.name; });
 }
 
 std::size_t FindConstant(const DescriptorRecord& descriptor, std::string_view name) {
-  return FindParameter(
-      "constant parameter", descriptor, descriptor.constants, name,
-      [](const ConstantRecord& constant) {
-        return TextOrEmpty(constant.name == nullptr ? constant.group : constant.name);
-      });
+  return FindParameter("constant parameter", descriptor, descriptor.constants, name,
+                       [](const ConstantRecord& constant) {
+                         return constant.name == nullptr ? constant.group : constant.name;
+                       });
 }
 
 }  // namespace nuvhost

@@ -1,5 +1,5 @@
 // Catalogue: the instructions of a loaded plug-in, found by the names that people and programs
-// use.
+// use. Names and complaints are UTF-8, in which each byte of a descriptor's text is a character.
 #pragma once
 
 #include <string>
@@ -20,6 +20,9 @@ struct Instruction {
 /// A text that may be a null pointer, as descriptors have them.
 std::string_view TextOrEmpty(const char* text);
 
+/// A descriptor's name as it is written: in UTF-8, without the blanks at its end.
+std::string NameFromText(const char* text);
+
 /// A name without the blanks at its end, which may be left out wherever a name is written.
 std::string_view WithoutTrailingBlanks(std::string_view name);
 
@@ -38,8 +41,9 @@ class Catalogue {
   const std::vector<Instruction>& Instructions() const { return instructions_; }
   /// The instruction with exactly this identifier; null where there is none.
   const Instruction* FindIdentifier(std::string_view identifier) const;
-  /// The instruction with this identifier or display name. Throws UserError with the nearest
-  /// names for an unknown name, with the identifiers for one that several instructions share.
+  /// The instruction with this identifier, display name, or category and name: "Numeric: Multiply".
+  /// Throws UserError with the nearest names for an unknown name, with the others by which they go
+  /// for one that several instructions share.
   const Instruction& Find(std::string_view name) const;
 
  private:

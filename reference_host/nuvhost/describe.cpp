@@ -1,8 +1,9 @@
 #include <algorithm>
-#include <cstdio>
 
 #include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/console.h"
 #include "reference_host/nuvhost/json_value.h"
+#include "reference_host/nuvhost/run/text_table.h"
 
 namespace nuvhost {
 namespace {
@@ -68,7 +69,7 @@ struct Row {
 };
 
 std::string Sentence(const char* description) {
-  return description == nullptr ? "" : "  " + std::string(description);
+  return description == nullptr ? "" : "  " + Utf8FromText(description);
 }
 
 Row ConstantRow(const ConstantRecord& constant) {
@@ -78,37 +79,36 @@ Row ConstantRow(const ConstantRecord& constant) {
   }
   rest += Sentence(constant.description);
   for (auto* node = constant.choices.First(); node != nullptr; node = CChoiceMap::Next(node)) {
-    rest += "\n      " + std::to_string(node->key) + "  " + node->label.c_str();
+    rest += "\n      " + std::to_string(node->key) + "  " + Utf8FromText(node->label.c_str());
   }
   const char* name = constant.name == nullptr ? constant.group : constant.name;
-  return {std::string(TextOrEmpty(name)), Describe(constant.type), std::move(rest)};
+  return {Utf8FromText(name), Describe(constant.type), std::move(rest)};
 }
 
 Row InputRow(const ParameterRecord& input) {
-  return {std::string(TextOrEmpty(input.name)), Describe(input.type),
+  return {Utf8FromText(input.name), Describe(input.type),
           "default " + Dump(ToJson(input.default_value)) + Sentence(input.description)};
 }
 
 Row ResultRow(const ResultRecord& result) {
-  return {std::string(TextOrEmpty(result.name)), Describe(result.type),
-          std::string(TextOrEmpty(result.description))};
+  return {Utf8FromText(result.name), Describe(result.type), Utf8FromText(result.description)};
 }
 
 template <class Record, class MakeRow>
 void PrintRows(const char* title, const TStdVector<Record>& records, MakeRow make_row) {
   if (records.Empty()) return;
   std::vector<Row> rows;
-  int name_width = 0;
-  int type_width = 0;
+  std::size_t name_width = 0;
+  std::size_t type_width = 0;
   for (const Record& record : records) {
     rows.push_back(make_row(record));
-    name_width = std::max(name_width, static_cast<int>(rows.back().name.size()));
-    type_width = std::max(type_width, static_cast<int>(rows.back().type.size()));
+    name_width = std::max(name_width, Width(rows.back().name));
+    type_width = std::max(type_width, Width(rows.back().type));
   }
-  std::printf("\n  %s\n", title);
+  Print(std::string("\n  ") + title + '\n');
   for (const Row& row : rows) {
-    std::printf("    %-*s  %-*s  %s\n", name_width, row.name.c_str(), type_width, row.type.c_str(),
-                row.rest.c_str());
+    Print("    " + Padded(row.name, name_width) + "  " + Padded(row.type, type_width) + "  " +
+          row.rest + '\n');
   }
 }
 
@@ -117,15 +117,15 @@ void PrintRows(const char* title, const TStdVector<Record>& records, MakeRow mak
 int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_json) {
   const Instruction& instruction = catalogue.Find(name);
   if (as_json) {
-    std::puts(DescriptorToJson(instruction).dump(2).c_str());
+    Print(DescriptorToJson(instruction).dump(2) + '\n');
     return kExitSuccess;
   }
   const DescriptorRecord& descriptor = *instruction.descriptor;
-  std::printf("%s  (%s)\n", TextOrEmpty(descriptor.name).data(),
-              TextOrEmpty(descriptor.category).data());
-  if (descriptor.description != nullptr) std::printf("  %s\n", descriptor.description);
-  std::printf("\n  identifier  %s\n  position    %zu\n  help        %u\n",
-              TextOrEmpty(descriptor.identifier).data(), instruction.index, descriptor.help);
+  Print(Utf8FromText(descriptor.name) + "  (" + Utf8FromText(descriptor.category) + ")\n");
+  if (descriptor.description != nullptr) Print("  " + Utf8FromText(descriptor.description) + '\n');
+  Print("\n  identifier  " + Utf8FromText(descriptor.identifier) + "\n  position    " +
+        std::to_string(instruction.index) + "\n  help        " + std::to_string(descriptor.help) +
+        '\n');
   PrintRows("constant parameters", descriptor.constants, ConstantRow);
   PrintRows(descriptor.repeatable != 0 ? "inputs (the last one may be repeated)" : "inputs",
             descriptor.inputs, InputRow);
@@ -138,7 +138,7 @@ int DescribeAll(const Catalogue& catalogue) {
   for (const Instruction& instruction : catalogue.Instructions()) {
     list.push_back(DescriptorToJson(instruction));
   }
-  std::puts(list.dump(2).c_str());
+  Print(list.dump(2) + '\n');
   return kExitSuccess;
 }
 

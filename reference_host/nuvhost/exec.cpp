@@ -1,7 +1,7 @@
-#include <cstdio>
 #include <iostream>
 
 #include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/console.h"
 #include "reference_host/nuvhost/exec_session.h"
 
 namespace nuvhost {
@@ -11,9 +11,8 @@ int Exec(const Catalogue& catalogue) {
   ExecSession session(catalogue);
   std::string line;
   while (std::getline(std::cin, line)) {
-    const std::string answer = session.Answer(line) + '\n';
-    std::fwrite(answer.data(), 1, answer.size(), stdout);
-    if (std::fflush(stdout) != 0) return kExitWanting;  // nobody reads any more
+    Print(session.Answer(line) + '\n');
+    FlushOutput();
   }
   return kExitSuccess;
 }

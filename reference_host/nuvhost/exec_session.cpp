@@ -152,21 +152,12 @@ Json ExecSession::Carry(const Json& request) {
 
 Json ExecSession::Call(const Json& request) {
   CheckMembers(request, {"instr", "const", "in", "prev", "count"});
-  const auto identifier = request.find("instr");
-  if (identifier == request.end() || !identifier->is_string()) {
-    throw ValueError("a request names its instruction's identifier: {\"instr\": \"_Nuv_..._\"}");
+  const auto name = request.find("instr");
+  if (name == request.end() || !name->is_string()) {
+    throw ValueError("a request names its instruction: {\"instr\": \"Numeric: Add\"}");
   }
-  const auto& name = identifier->get_ref<const std::string&>();
-  const Instruction* instruction = catalogue_.FindIdentifier(name);
-  if (instruction == nullptr) {
-    std::vector<std::string_view> known;
-    for (const Instruction& candidate : catalogue_.Instructions()) {
-      known.push_back(TextOrEmpty(candidate.descriptor->identifier));
-    }
-    throw ValueError("unknown instruction \"" + name + "\"" + DidYouMean(name, known));
-  }
-
-  const DescriptorRecord& descriptor = *instruction->descriptor;
+  const Instruction& instruction = catalogue_.Find(name->get_ref<const std::string&>());
+  const DescriptorRecord& descriptor = *instruction.descriptor;
   CallContext context(descriptor, services_);
   Fill("const", ListOf(request, "const"), descriptor.constants, context.constants);
   FillInputs(ListOf(request, "in"), descriptor, context.inputs);
@@ -176,7 +167,7 @@ Json ExecSession::Call(const Json& request) {
   }
 
   services_.Take();
-  const std::int32_t status = context.Execute(*instruction->prototype);
+  const std::int32_t status = context.Execute(*instruction.prototype);
   return AnswerToCall(status, context, services_.Take());
 }
 

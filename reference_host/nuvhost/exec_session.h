@@ -1,7 +1,7 @@
 // ExecSession: answers calls as JSON lines, for scripts and tests in any language.
 //
 // One request a line, one answer a line:
-//   {"instr": IDENTIFIER, "const": [..], "in": [..], "prev": [..], "count": N}
+//   {"instr": NAME, "const": [..], "in": [..], "prev": [..], "count": N}
 //   {"set": {"angleUnit": "radians"|"degrees", "defaultColor": 0}}
 // docs/exec.md tells the whole protocol.
 #pragma once

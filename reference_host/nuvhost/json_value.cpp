@@ -1,5 +1,6 @@
 #include "reference_host/nuvhost/json_value.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -161,6 +162,13 @@ Json ParseJson(std::string_view text) {
     if (depth > kMaxNesting) throw ValueError("nested over 200 deep");
     return true;
   };
+  const std::size_t zero = text.find('\0');
+  if (zero != std::string_view::npos) {  // the parser would take it for the end
+    const std::string_view before = text.substr(0, zero);
+    throw ValueError("parse error at line " + std::to_string(std::ranges::count(before, '\n') + 1) +
+                     ", column " + std::to_string(zero - (before.rfind('\n') + 1) + 1) +
+                     ": a zero byte");
+  }
   try {
     return Json::parse(text, limit_nesting);
   } catch (const Json::exception& error) {
@@ -182,7 +190,8 @@ std::string BytesFromUtf8(std::string_view utf8) {
     const auto lead = static_cast<unsigned char>(utf8[i]);
     if (lead < 0x80) {
       bytes += utf8[i];
-    } else if ((lead == 0xC2 || lead == 0xC3) && i + 1 < utf8.size()) {
+    } else if ((lead == 0xC2 || lead == 0xC3) && i + 1 < utf8.size() &&
+               (static_cast<unsigned char>(utf8[i + 1]) & 0xC0) == 0x80) {
       bytes += static_cast<char>((lead << 6) | (static_cast<unsigned char>(utf8[++i]) & 0x3F));
     } else {
       throw ValueError("a text holds one byte a character: a character above U+00FF at byte " +
@@ -205,6 +214,28 @@ std::string Utf8FromBytes(std::string_view bytes) {
     }
   }
   return utf8;
+}
+
+std::string Utf8FromText(const char* text) {
+  return text == nullptr ? "" : Utf8FromBytes(text);
+}
+
+std::optional<char32_t> NextCharacter(std::string_view utf8, std::size_t& position) {
+  const auto lead = static_cast<unsigned char>(utf8[position++]);
+  if (lead < 0x80) return lead;
+  const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+  if (lead < 0xC0 || lead > 0xF7) return std::nullopt;
+  auto character = static_cast<char32_t>(lead & (0x3F >> following));
+  for (int i = 0; i < following; ++i) {
+    if (position == utf8.size()) return std::nullopt;
+    const auto byte = static_cast<unsigned char>(utf8[position++]);
+    if ((byte & 0xC0) != 0x80) return std::nullopt;
+    character = character << 6 | (byte & 0x3F);
+  }
+  constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
+  const bool is_surrogate = character >= 0xD800 && character <= 0xDFFF;
+  if (character < kLeast[following] || character > 0x10FFFF || is_surrogate) return std::nullopt;
+  return character;
 }
 
 // A whole number is written without a fraction, but for the negative zero, which would lose its

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -32,6 +33,10 @@ std::string Dump(const Json& json);
 /// The bytes of a text with one character up to U+00FF a byte; throws ValueError for others.
 std::string BytesFromUtf8(std::string_view utf8);
 std::string Utf8FromBytes(std::string_view bytes);
+/// The same of a text that a descriptor holds; empty for a null pointer.
+std::string Utf8FromText(const char* text);
+/// The character that begins at `position`, which moves behind it; nothing where no UTF-8 does.
+std::optional<char32_t> NextCharacter(std::string_view utf8, std::size_t& position);
 
 Json NumberToJson(double number);
 Json TextToJson(const char* text);  ///< null for a null pointer

@@ -1,22 +1,23 @@
 #include <algorithm>
-#include <cstdio>
 #include <set>
 
 #include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/console.h"
 #include "reference_host/nuvhost/error.h"
 #include "reference_host/nuvhost/json_value.h"
+#include "reference_host/nuvhost/run/text_table.h"
 
 namespace nuvhost {
 namespace {
 
 void CheckCategory(const Catalogue& catalogue, const std::string& category) {
-  std::set<std::string_view> known;
+  std::set<std::string> known;
   for (const Instruction& instruction : catalogue.Instructions()) {
-    known.insert(TextOrEmpty(instruction.descriptor->category));
+    known.insert(Utf8FromText(instruction.descriptor->category));
   }
   if (category.empty() || known.contains(category)) return;
   std::string text = "no category \"" + category + "\"; there are";
-  for (const std::string_view name : known) text += "\n  " + std::string(name);
+  for (const std::string& name : known) text += "\n  " + name;
   throw UserError(text);
 }
 
@@ -25,31 +26,30 @@ void CheckCategory(const Catalogue& catalogue, const std::string& category) {
 int List(const Catalogue& catalogue, const std::string& category, bool as_json) {
   CheckCategory(catalogue, category);
   Json list = Json::array();
-  int category_width = 0;
-  int name_width = 0;
-  std::vector<const DescriptorRecord*> rows;
-  std::vector<std::size_t> positions;
+  std::size_t category_width = 0;
+  std::size_t name_width = 0;
   for (const Instruction& instruction : catalogue.Instructions()) {
     const DescriptorRecord& descriptor = *instruction.descriptor;
-    if (!category.empty() && TextOrEmpty(descriptor.category) != category) continue;
-    rows.push_back(&descriptor);
-    positions.push_back(instruction.index);
+    if (!category.empty() && Utf8FromText(descriptor.category) != category) continue;
     list.push_back({{"index", instruction.index},
                     {"category", TextToJson(descriptor.category)},
                     {"name", TextToJson(descriptor.name)},
                     {"identifier", TextToJson(descriptor.identifier)}});
-    category_width =
-        std::max(category_width, static_cast<int>(TextOrEmpty(descriptor.category).size()));
-    name_width = std::max(name_width, static_cast<int>(TextOrEmpty(descriptor.name).size()));
+    category_width = std::max(category_width, Width(Utf8FromText(descriptor.category)));
+    name_width = std::max(name_width, Width(Utf8FromText(descriptor.name)));
   }
   if (as_json) {
-    std::puts(list.dump(2).c_str());
+    Print(list.dump(2) + '\n');
     return kExitSuccess;
   }
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    std::printf("%3zu  %-*s  %-*s  %s\n", positions[i], category_width,
-                TextOrEmpty(rows[i]->category).data(), name_width,
-                TextOrEmpty(rows[i]->name).data(), TextOrEmpty(rows[i]->identifier).data());
+  for (const Json& row : list) {
+    const DescriptorRecord& descriptor =
+        *catalogue.Instructions()[row["index"].get<std::size_t>()].descriptor;
+    const std::string position = std::to_string(row["index"].get<std::size_t>());
+    Print(std::string(position.size() < 3 ? 3 - position.size() : 0, ' ') + position + "  " +
+          Padded(Utf8FromText(descriptor.category), category_width) + "  " +
+          Padded(Utf8FromText(descriptor.name), name_width) + "  " +
+          Utf8FromText(descriptor.identifier) + '\n');
   }
   return kExitSuccess;
 }

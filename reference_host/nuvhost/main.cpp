@@ -2,14 +2,14 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstdio>
-#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
-#include "host/setting.h"
 #include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/console.h"
 #include "reference_host/nuvhost/error.h"
+#include "reference_host/nuvhost/run/output_file.h"
 
 #if defined(_WIN32)
 #include <fcntl.h>
@@ -79,15 +79,15 @@ class CommandLine {
     try {
       app_.parse(std::move(reversed));
     } catch (const CLI::Success& wanted) {
-      return app_.exit(wanted);
+      return Exit(wanted);
     } catch (const CLI::ParseError& error) {
       if (app_.get_subcommands().empty() && !words.empty() && !words[0].starts_with("-")) {
         throw UserError(UnknownCommand(words[0]));
       }
-      app_.exit(error);
+      Exit(error);
       return kExitWrongCall;
     }
-    UseLogFile(arguments_.log);
+    UseFiles();
     return command_(arguments_);
   }
 
@@ -98,13 +98,23 @@ class CommandLine {
     for (CLI::Option* option : app.get_options()) option->transform(Unprotected);
   }
 
-  /// Tells now, not at the first entry, that a file cannot be written.
-  static void UseLogFile(const std::string& name) {
-    if (name.empty()) return;
-    if (!std::ofstream(PathFromUtf8(name), std::ios::app)) {
-      throw UserError("cannot write the log file " + name);
-    }
-    CNuvSetting::Inst().SetLogFile(name);
+  /// Says what the parser has to say of the words, as its exit code.
+  int Exit(const CLI::Error& error) {
+    std::ostringstream output;
+    std::ostringstream complaint;
+    const int code = app_.exit(error, output, complaint);
+    Print(output.str());
+    Complain(complaint.str());
+    return code;
+  }
+
+  /// A run takes the log for itself, once it knows what it reads.
+  void UseFiles() {
+    arguments_.run.log = arguments_.log;
+    arguments_.run.plugin = ToUtf8(Plugin(arguments_));
+    CheckWritten({{"--log", arguments_.log}}, {{"the plug-in library", arguments_.run.plugin},
+                                               {"the library", arguments_.library}});
+    if (!app_.got_subcommand("run")) UseLogFile(arguments_.log);
   }
 
   static std::filesystem::path Plugin(const Arguments& arguments) {
@@ -143,7 +153,7 @@ class CommandLine {
       const Catalogue catalogue(Plugin(a));
       return a.all ? DescribeAll(catalogue) : DescribeOne(catalogue, a.name, a.json);
     });
-    describe->add_option("name", arguments_.name, "display name or identifier");
+    describe->add_option("name", arguments_.name, "display name, \"CATEGORY: NAME\" or identifier");
     describe->add_flag("--all", arguments_.all, "every instruction");
     describe->add_flag("--json", arguments_.json, "as JSON");
   }
@@ -152,7 +162,8 @@ class CommandLine {
     CLI::App* call = Add("call", "Run one instruction once", [](const Arguments& a) {
       return CallOnce(Catalogue(Plugin(a)), a.name, a.values, a.constants);
     });
-    call->add_option("name", arguments_.name, "display name or identifier")->required();
+    call->add_option("name", arguments_.name, "display name, \"CATEGORY: NAME\" or identifier")
+        ->required();
     call->add_option("values", arguments_.values,
                      "inputs in order: 1.5, true, text, x,y for a point, a,d for a line, JSON "
                      "lists for arrays; what is left out has its default");
@@ -208,13 +219,24 @@ class CommandLine {
   Command command_ = nullptr;
 };
 
-int Main(const std::vector<std::string>& words) {
+/// Carries out what a command has left to do; exit code 2, and the reason told, where that fails.
+template <class Rest>
+int Guarded(Rest rest) {
   try {
-    return CommandLine().Run(words);
+    return rest();
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "nuvhost: %s\n", error.what());
+    Complain(std::string("nuvhost: ") + error.what() + '\n');
     return kExitWrongCall;
   }
+}
+
+int Main(const std::vector<std::string>& words) {
+  HoldStandardStreams();
+  const int code = Guarded([&] { return CommandLine().Run(words); });
+  return Guarded([&] {
+    FlushOutput();
+    return code;
+  });
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "host/os.h"
@@ -16,7 +18,9 @@ namespace {
 class File {
  public:
   File(const char* path, int flags, mode_t mode = 0) noexcept
-      : descriptor_(open(path, flags | O_CLOEXEC | O_NONBLOCK, mode)) {}
+      : File(open(path, flags | O_CLOEXEC | O_NONBLOCK, mode)) {}
+  /// Takes an open descriptor over; a negative one is a file that could not be opened.
+  explicit File(int descriptor) noexcept : descriptor_(descriptor) {}
   File(const File&) = delete;
   File& operator=(const File&) = delete;
   ~File() {
@@ -67,6 +71,34 @@ bool CopyContent(const File& from, const File& to) noexcept {
   }
 }
 
+/// Deletes a file that came to nothing, and keeps the reason.
+bool Abandon(const char* path) noexcept {
+  const int error = errno;
+  unlink(path);
+  errno = error;
+  return false;
+}
+
+/// Gives a file the content of another: it is copied beside and then takes the file's place, owner
+/// and mode, so that a disk that gets full loses nothing. The path is absolute and leads through no
+/// link.
+bool Replace(const File& source, const char* path, const struct stat& status) noexcept {
+  constexpr char kName[] = "nuv-copy-XXXXXX";
+  std::array<char, PATH_MAX + sizeof kName> beside = {};
+  const auto folder = static_cast<std::size_t>(std::strrchr(path, '/') + 1 - path);
+  std::memcpy(beside.data(), path, folder);
+  std::memcpy(beside.data() + folder, kName, sizeof kName);
+  File copy(mkostemp(beside.data(), O_CLOEXEC));
+  if (!copy.IsOpen()) return false;
+  // Some file systems know neither owner nor mode.
+  static_cast<void>(fchown(copy.Descriptor(), status.st_uid, status.st_gid) == 0);
+  static_cast<void>(fchmod(copy.Descriptor(), status.st_mode & 07777) == 0);
+  if (CopyContent(source, copy) && copy.Close() && std::rename(beside.data(), path) == 0) {
+    return true;
+  }
+  return Abandon(beside.data());
+}
+
 }  // namespace
 
 bool CNuvOs::FileExists(const char* path) noexcept {
@@ -79,19 +111,20 @@ bool CNuvOs::FileCopy(const char* from, const char* to, bool fail_if_exists) noe
   struct stat status;
   if (!IsPlainFile(source, status)) return false;
   struct stat existing;
-  if (!fail_if_exists && stat(to, &existing) == 0 && existing.st_dev == status.st_dev &&
+  const bool exists = stat(to, &existing) == 0;
+  if (!fail_if_exists && exists && existing.st_dev == status.st_dev &&
       existing.st_ino == status.st_ino) {
-    errno = EBUSY;  // truncating the target would empty the source
+    errno = EBUSY;  // there is nothing to copy
     return false;
   }
-  const int creation = O_WRONLY | O_CREAT | (fail_if_exists ? O_EXCL : O_TRUNC);
-  File target(to, creation, status.st_mode & 0777);
+  File target(to, O_WRONLY | O_CREAT | (fail_if_exists ? O_EXCL : 0), status.st_mode & 0777);
   if (!IsPlainFile(target, existing)) return false;
-  if (CopyContent(source, target) && target.Close()) return true;
-  const int error = errno;
-  unlink(to);
-  errno = error;
-  return false;
+  if (fail_if_exists) {
+    return (CopyContent(source, target) && target.Close()) || Abandon(to);
+  }
+  std::array<char, PATH_MAX> path;
+  if (realpath(to, path.data()) == nullptr) return false;
+  return Replace(source, path.data(), existing) || (!exists && Abandon(path.data()));
 }
 
 bool CNuvOs::FileMove(const char* from, const char* to) noexcept {

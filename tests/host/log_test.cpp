@@ -55,10 +55,11 @@ TEST_F(CNuvLogFile, HasALineForEachEntry) {
 
 TEST_F(CNuvLogFile, GivesWayToStandardError) {
   testing::internal::CaptureStderr();
-  CNuvLog::Instance().Log(LEVEL_INFORMATION, "none");
+  CNuvLog::Instance().Log(LEVEL_INFORMATION, "none \xE9");
   UseFile(path_ / "no folder");
   CNuvLog::Instance().Log(LEVEL_DEBUG, "unwritable");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "information: none\ndebug: unwritable\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "information: none \xC3\xA9\ndebug: unwritable\n");
 }
 
 }  // namespace

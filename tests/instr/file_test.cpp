@@ -1,8 +1,10 @@
 // Files and folders: what the instructions do, and every warning as it comes from the system.
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 
 #include "host/os.h"
 #include "reference_host/nuvhost/plugin_library.h"
@@ -12,6 +14,7 @@
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 #endif
@@ -269,6 +272,65 @@ TEST_F(Files, ADeletionWouldBeNoticed) {
         _exit(0);
       },
       testing::KilledBySignal(SIGSYS), "");
+}
+
+/// What a folder holds: its names, a link's with what it leads to, and what the files contain.
+std::string Listing(const fs::path& folder) {
+  std::map<std::string, std::string> entries;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string content{std::istreambuf_iterator<char>(file), {}};
+    const std::string target =
+        entry.is_symlink() ? "->" + fs::read_symlink(entry.path()).string() : "";
+    entries[entry.path().filename().string() + target] = content.substr(0, 8);
+  }
+  std::string listing;
+  for (const auto& [name, content] : entries) listing += name + "=" + content + " ";
+  return listing;
+}
+
+/// Files may not grow over a limit while it lives, as on a full disk.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit{bytes, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    handler_ = std::signal(SIGXFSZ, SIG_IGN);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &before_);
+    std::signal(SIGXFSZ, handler_);
+  }
+
+ private:
+  rlimit before_;
+  void (*handler_)(int);
+};
+
+TEST_F(Files, ACopyThatFailsLosesNothing) {
+  fs::create_directory(folder_ / "f");
+  Write("a", std::string(200000, 'a'));
+  Write("f/good", "good");
+  fs::permissions(folder_ / "f/good", fs::perms(0640));
+  fs::create_symlink("good", folder_ / "f/link");
+  fs::create_symlink("new", folder_ / "f/dangling");
+  const std::string before = Listing(folder_ / "f");
+  for (const char* to : {"f/good", "f/link", "f/dangling", "f/none"}) {
+    const FileSizeLimit limit(100000);
+    EXPECT_EQ(Do("FileCopy", {Path("a"), Path(to), "false"}),
+              Warning("FileCopy", "Failed to copy \"" + Path("a") + "\" to \"" + Path(to) + "\". " +
+                                      Reason(223)));
+    EXPECT_EQ(Listing(folder_ / "f"), before);
+  }
+  Write("a", "whole");
+  for (const char* to : {"f/link", "f/dangling"}) {
+    EXPECT_EQ(Do("FileCopy", {Path("a"), Path(to), "false"}), "true");
+  }
+  EXPECT_EQ(Listing(folder_ / "f"), "dangling->new=whole good=whole link->good=whole new=whole ");
+  EXPECT_EQ(fs::status(folder_ / "f/good").permissions(), fs::perms(0640));
 }
 
 TEST_F(Files, OnlyPlainFilesAreCopied) {

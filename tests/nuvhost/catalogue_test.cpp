@@ -28,6 +28,17 @@ TEST(Catalogue, AnswersNames) {
   EXPECT_STREQ(Built().Find("_Nuv_Default_CCpArr_").descriptor->name, "CpArr");
   EXPECT_NE(Complaint("Divde").find(R"("Divide")"), std::string::npos);
   EXPECT_NE(Complaint("_Nuv_Numeric_CCpArr_").find("did you mean"), std::string::npos);
+  // Where several share a name, each has another that finds it.
+  for (const Instruction& one : Built().Instructions()) {
+    const std::string name = one.descriptor->name;
+    EXPECT_EQ(&Built().Find(one.descriptor->category + (": " + name)), &one);
+    if (Complaint(name) == "found") continue;
+    EXPECT_NE(Complaint(name).find(
+                  '"' + (one.descriptor->category + (": " + NameFromText(name.c_str()))) +
+                  "\" or " + one.descriptor->identifier),
+              std::string::npos);
+  }
+  EXPECT_NE(Complaint("Add").find("several instructions are named \"Add\""), std::string::npos);
   EXPECT_EQ(Complaint("no such thing at all"), R"(no instruction "no such thing at all")");
 }
 

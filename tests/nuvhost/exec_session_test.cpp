@@ -27,7 +27,11 @@ TEST(ExecSession, RefusesWhatItCannotCarryOutAndGoesOn) {
       {"{\"instr\":\"\xFF\"}", "UTF-8"},
       {"[]", "expected an object"},
       {deep.c_str(), "nested over 200 deep"},
-      {"{}", "identifier"},
+      {"{}", "names its instruction"},
+      {"{\"in\":\xEF\xBB\xBF[]}", "parse error at line 1, column 7"},
+      {"\xEF\xBB\xBF\xEF\xBB\xBF{}", "parse error at line 1, column 4"},
+      {R"({"instr":"Multiply"})", "\"Array: Number: Multiply\" or _Nuv_Array_CNArrMathMultiply_"},
+      {R"({"instr":"Numeric: Multiplyy"})", "did you mean \"Numeric: Multiply\""},
       {R"({"instr":"_Nuv_Numeric_Sett_"})", "did you mean \"_Nuv_Numeric_Set_\""},
       {R"({"instr":"_Nuv_Numeric_Set_","inn":[]})", "unknown member \"inn\""},
       {R"({"instr":"_Nuv_Numeric_Set_","in":1})", "expected a list"},
@@ -49,6 +53,13 @@ TEST(ExecSession, RefusesWhatItCannotCarryOutAndGoesOn) {
       {R"({"set":{},"in":[]})", "unknown member \"in\""},
   };
   nuvhost::ExecSession session(BuiltCatalogue());
+  const std::string whole = R"({"instr":"Divide"})";
+  for (std::size_t at = 0; at <= whole.size(); ++at) {
+    std::string line = whole;
+    EXPECT_EQ(session.Answer(line.insert(at, 1, '\0')),
+              R"({"error":"parse error at line 1, column )" + std::to_string(at + 1) +
+                  ": a zero byte\"}");
+  }
   for (const Row& row : rows) {
     const Json answer = Json::parse(session.Answer(row.request));
     ASSERT_TRUE(answer.contains("error")) << row.request << " gave " << answer.dump();
@@ -58,6 +69,11 @@ TEST(ExecSession, RefusesWhatItCannotCarryOutAndGoesOn) {
   EXPECT_EQ(session.Answer(R"({"set":{"angleUnit":"radians"}})"), "{}");
   EXPECT_EQ(session.Answer(R"({"instr":"_Nuv_Numeric_AddNumbers_","in":[1,2,5],"count":2})"),
             R"({"status":0,"out":[3]})");
+  for (const char* name : {"Divide", "Divide ", "Numeric: Divide", "_Nuv_Numeric_DivideNumbers_"}) {
+    EXPECT_EQ(session.Answer(Json{{"instr", name}, {"in", {1, 2}}}.dump()),
+              R"({"status":0,"out":[0.5]})")
+        << name;
+  }
 }
 
 TEST(ExecSession, ABrokenSettingChangesNothing) {

@@ -59,9 +59,13 @@ TEST(Csv, ReadsWhatSpreadsheetsWrite) {
       {"a\n\"1\"2\n", "| f.csv:2:4: more text after a field's closing quote"},
       {"", "| f.csv: the file is empty"},
       {"\n\n", "| f.csv: the file is empty"},
-      {"\xFF\xFEx", "| f.csv: the file is in UTF-16; save it as CSV in UTF-8"},
+      {"\xFF\xFEx", "| f.csv: the file is in UTF-16; save it in UTF-8"},
+      {"\xEF\xBB\xBF\xEF\xBB\xBFx\n1\n",
+       "| f.csv:1:1: a second byte order mark; save the file with one or none"},
   };
   for (const Row& row : kRows) EXPECT_EQ(Shown(row.text), row.shown) << row.text;
+  EXPECT_EQ(Shown({"a\n\xC3\xBC\0", 5}),
+            "| f.csv:2:2: a zero byte; the file must be text in UTF-8");
 }
 
 TEST(Csv, FindsColumns) {

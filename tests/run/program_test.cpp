@@ -73,7 +73,11 @@ TEST(Program, TellsBrokenJsonByItsPlace) {
       {R"({"a": [1, @1e999]})", "1e999 is beyond the range of numbers"},
       {R"({"steps": [@-1.]})", "expected digit after '.'"},
       {deep + "@[", "nested over 200 deep"},
+      {std::string("{\n @\0}", 6), "a zero byte"},
   });
+  EXPECT_EQ(Complaints("\xEF\xBB\xBF\xEF\xBB\xBF{}"),
+            std::vector<std::string>{
+                "p.json:1:1: a second byte order mark; save the file with one or none"});
 }
 
 TEST(Program, TellsEveryMistakeByItsPlace) {
@@ -216,15 +220,19 @@ TEST(Program, AnyTextIsReadOrRefused) {
   ASSERT_TRUE(Complaints(example).empty());
   const auto lines = std::ranges::count(example, '\n') + 2;
   std::mt19937 random(3);
-  constexpr std::string_view kBytes = "{}[]\",:0e-. \nat\\\xC3";
+  constexpr char kBytes[] = "{}[]\",:0e-. \nat\\\xC3";  // and the zero at its end
   for (int round = 0; round < 1500; ++round) {
     std::string text = example;
     for (std::size_t edits = 1 + random() % 3; edits > 0; --edits) {
       const std::size_t at = random() % text.size();
       const std::size_t length = random() % 8;
-      text.replace(at, length, 1, kBytes[random() % kBytes.size()]);
+      text.replace(at, length, 1, kBytes[random() % sizeof kBytes]);
     }
-    for (const std::string& complaint : Complaints(text)) {
+    const unsigned marks = random() % 4;
+    for (unsigned i = 0; i < marks; ++i) text.insert(0, "\xEF\xBB\xBF");
+    const std::vector<std::string> complaints = Complaints(text);
+    ASSERT_TRUE(!complaints.empty() || (marks < 2 && text.find('\0') == std::string::npos)) << text;
+    for (const std::string& complaint : complaints) {
       ASSERT_TRUE(complaint.starts_with("p.json:")) << complaint;
       ASSERT_LE(std::stol(complaint.substr(7)), lines + 3) << complaint;
     }

@@ -59,6 +59,14 @@ class Run : public testing::Test {
     return {std::istreambuf_iterator<char>(file), {}};
   }
 
+  /// Whether the folder holds a file that was begun and not finished.
+  static bool HasLeftovers() {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(".")) {
+      if (entry.path().extension() == ".part") return true;
+    }
+    return false;
+  }
+
   static Answer Carry(const std::string& program, std::vector<std::string> data = {},
                       const std::string& results = "", bool keep_going = false,
                       const std::string& overlay = "") {
@@ -128,7 +136,7 @@ TEST_F(Run, RunsNothingWhereDataAreWrong) {
       std::string::npos)
       << answer.error;
   EXPECT_EQ(answer.out, "");
-  EXPECT_FALSE(std::filesystem::exists("out.csv") || std::filesystem::exists("out.csv.part"));
+  EXPECT_FALSE(std::filesystem::exists("out.csv") || HasLeftovers());
 }
 
 TEST_F(Run, LosesNothingOfOtherFiles) {
@@ -203,8 +211,6 @@ TEST_F(Run, RefusesWordsThatDoNotFit) {
       {"two.json", {"a=a.csv", "a=c=d.csv"}, "", R"(data "a" has a file already)"},
       {"none.json", {"a.csv"}, "", "takes no data from a file"},
       {"p.json", {"c=d.csv"}, "out.txt", "must end in .csv or .json"},
-      {"p.json", {"c=d.csv"}, "c=d.csv", "would overwrite a file that the run reads"},
-      {"p.json", {"c=d.csv"}, "p.json", "would overwrite a file that the run reads"},
       {"p.json", {"c=d.csv"}, "no/such/folder.csv", "cannot write results to no/such/folder.csv"},
   };
   for (const Row& row : rows) {
@@ -215,7 +221,7 @@ TEST_F(Run, RefusesWordsThatDoNotFit) {
   }
   std::filesystem::create_directory("taken.csv");
   EXPECT_EQ(Carry("p.json", {"c=d.csv"}, "taken.csv").code, 2);
-  EXPECT_FALSE(std::filesystem::exists("taken.csv.part"));
+  EXPECT_FALSE(HasLeftovers());
 }
 
 /// Leaves something of every kind in the record, and fails if told to.
@@ -337,7 +343,7 @@ TEST_F(Run, DrawsOverTheImage) {
   EXPECT_EQ(answer.code, 2);
   EXPECT_EQ(Read("o-n.svg"), Read("größe/ö.svg"));
   EXPECT_EQ(Read("o-m.svg"), Read("größe/ö.svg"));
-  EXPECT_FALSE(std::filesystem::exists("o-gone.svg") || std::filesystem::exists("o-n.svg.part"));
+  EXPECT_FALSE(std::filesystem::exists("o-gone.svg") || HasLeftovers());
 
   std::filesystem::create_directory("p-m.svg");
   answer = Carry("größe/p.json", {"n.csv", "m.csv"}, "", false, "p.svg");
@@ -370,11 +376,8 @@ TEST_F(Run, DrawsOverTheImage) {
     EXPECT_EQ(answer.code, *row.complaint == '\0' ? 0 : 2) << answer.error;
     EXPECT_NE(answer.error.find(row.complaint), std::string::npos) << answer.error;
     EXPECT_EQ(answer.out.empty(), answer.code != 0);
-    EXPECT_FALSE(std::filesystem::exists("x.svg") || std::filesystem::exists("x.svg.part"));
+    EXPECT_FALSE(std::filesystem::exists("x.svg") || HasLeftovers());
   }
-  Write("picture.svg", png);
-  answer = Carry("svg.json", {}, "", false, "picture.svg");
-  EXPECT_NE(answer.error.find("would overwrite a file that the run reads"), std::string::npos);
 }
 
 }  // namespace

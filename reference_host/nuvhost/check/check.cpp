@@ -8,8 +8,10 @@
 #include "reference_host/nuvhost/check/child_process.h"
 #include "reference_host/nuvhost/check/law.h"
 #include "reference_host/nuvhost/commands.h"
+#include "reference_host/nuvhost/console.h"
 #include "reference_host/nuvhost/error.h"
 #include "reference_host/nuvhost/json_value.h"
+#include "reference_host/nuvhost/run/text_table.h"
 
 #if defined(_WIN32)
 #include <io.h>
@@ -100,19 +102,20 @@ const char* Word(Outcome outcome) {
   return "skip";
 }
 
-void Print(const Law& law, const Verdict& verdict) {
+void Show(const Law& law, const Verdict& verdict) {
   const bool failed = verdict.outcome == Outcome::kFailed;
   const std::string remark = failed                 ? std::string("  ") + law.demand
                              : verdict.note.empty() ? ""
                                                     : "  (" + verdict.note + ")";
-  std::printf("%s  %-11s  %s%s\n", Word(verdict.outcome), law.group, law.name, remark.c_str());
+  Print(std::string(Word(verdict.outcome)) + "  " + Padded(law.group, 11) + "  " + law.name +
+        remark + '\n');
   for (std::size_t i = 0; i < verdict.complaints.size() && i < kShownComplaints; ++i) {
-    std::printf("        %s\n", verdict.complaints[i].c_str());
+    Print("        " + verdict.complaints[i] + '\n');
   }
   if (verdict.complaint_count > kShownComplaints) {
-    std::printf("        and %zu more\n", verdict.complaint_count - kShownComplaints);
+    Print("        and " + std::to_string(verdict.complaint_count - kShownComplaints) + " more\n");
   }
-  std::fflush(stdout);
+  FlushOutput();
 }
 
 Json VerdictToJson(const Law& law, const Verdict& verdict) {
@@ -146,7 +149,7 @@ int Check(const std::filesystem::path& library, int seconds, bool as_json) {
     progress.Wipe();
     if (law->essential && verdict.outcome == Outcome::kFailed) unmet = law;
     ++counts[static_cast<std::size_t>(verdict.outcome)];
-    if (!as_json) Print(*law, verdict);
+    if (!as_json) Show(*law, verdict);
     list.push_back(VerdictToJson(*law, verdict));
   }
   const auto [passed, failed, skipped] = counts;
@@ -156,9 +159,10 @@ int Check(const std::filesystem::path& library, int seconds, bool as_json) {
                       {"passed", passed},
                       {"failed", failed},
                       {"skipped", skipped}};
-    std::puts(answer.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    Print(answer.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   } else {
-    std::printf("%zu passed, %zu failed, %zu skipped\n", passed, failed, skipped);
+    Print(std::to_string(passed) + " passed, " + std::to_string(failed) + " failed, " +
+          std::to_string(skipped) + " skipped\n");
   }
   return failed == 0 ? kExitSuccess : kExitWanting;
 }

@@ -8,7 +8,7 @@ namespace nuvhost {
 namespace {
 
 std::string NameOf(const char* name) {
-  return Quoted(Utf8FromBytes(WithoutTrailingBlanks(TextOrEmpty(name))));
+  return Quoted(NameFromText(name));
 }
 
 /// "a number", "an array of points".
@@ -85,10 +85,8 @@ template <class Finder>
 std::optional<std::size_t> ArgumentReader::Find(Finder find, const DescriptorRecord& descriptor,
                                                 std::string_view name, std::size_t offset) {
   try {
-    return find(descriptor, BytesFromUtf8(name));
+    return find(descriptor, name);
   } catch (const UserError& error) {
-    checker_.Complain(offset, Utf8FromBytes(error.what()));
-  } catch (const ValueError& error) {
     checker_.Complain(offset, error.what());
   }
   return std::nullopt;

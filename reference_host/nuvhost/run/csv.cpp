@@ -115,10 +115,7 @@ class CsvTable::Reader {
 std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes) {
   CsvTable table(std::move(source));
   const SourceText& text = table.source_;
-  if (text.Text().starts_with("\xFF\xFE") || text.Text().starts_with("\xFE\xFF")) {
-    mistakes.Add(text.Name(), "the file is in UTF-16; save it as CSV in UTF-8");
-    return std::nullopt;
-  }
+  if (!IsText(text, mistakes)) return std::nullopt;
   Reader reader(text, mistakes);
   if (reader.AtEnd()) {
     mistakes.Add(text.Name(), "the file is empty");

@@ -172,6 +172,7 @@ std::optional<Located> Located::Find(std::string_view name) const {
 }
 
 std::optional<LocatedJson> LocatedJson::Parse(const SourceText& source, Mistakes& mistakes) {
+  if (!IsText(source, mistakes)) return std::nullopt;
   const std::string_view text = source.Text();
   if (const auto bracket = TooDeep(text)) {
     mistakes.Add(source, *bracket, "nested over 200 deep");

@@ -129,11 +129,9 @@ class ProgramReader {
 
   const Instruction* FindInstruction(const std::string& name, const Located& place) {
     try {
-      return &catalogue_.Find(BytesFromUtf8(name));
+      return &catalogue_.Find(name);
     } catch (const UserError& error) {
-      checker_.Complain(place, Utf8FromBytes(error.what()));
-    } catch (const ValueError& error) {
-      checker_.Complain(place, "no instruction " + Quoted(name) + ": " + error.what());
+      checker_.Complain(place, error.what());
     }
     return nullptr;
   }

@@ -27,16 +27,12 @@ bool HasDoubtful(const RunOutcome& run) {
   return std::ranges::find(run.steps, State::kDoubtful, &StepOutcome::state) != run.steps.end();
 }
 
-std::string FromDescriptor(const char* name) {
-  return Utf8FromBytes(WithoutTrailingBlanks(TextOrEmpty(name)));
-}
-
 /// Adds a step's results, the first beside its name.
 void AddStep(TextTable& table, std::size_t number, const Step& step, const StepOutcome& outcome) {
   const DescriptorRecord& descriptor = *step.instruction->descriptor;
   std::vector<std::vector<std::string>> results;
   for (const ResultRecord& result : descriptor.results) {
-    results.push_back({FromDescriptor(result.name), ResultText(outcome, results.size())});
+    results.push_back({NameFromText(result.name), ResultText(outcome, results.size())});
   }
   if (const std::size_t drawn = outcome.record.annotations.size(); drawn > 0) {
     results.push_back({"", std::to_string(drawn) + (drawn == 1 ? " annotation" : " annotations")});
@@ -45,7 +41,7 @@ void AddStep(TextTable& table, std::size_t number, const Step& step, const StepO
     const bool ran = outcome.state == State::kSucceeded || outcome.state == State::kDoubtful;
     results.push_back({"", ran ? "done" : ResultText(outcome, 0)});
   }
-  std::vector<std::string> head{std::to_string(number), step.name, FromDescriptor(descriptor.name)};
+  std::vector<std::string> head{std::to_string(number), step.name, NameFromText(descriptor.name)};
   for (const std::vector<std::string>& result : results) {
     head.insert(head.end(), result.begin(), result.end());
     table.Add(std::move(head));

@@ -95,8 +95,8 @@ ResultsFile::ResultsFile(const std::string& name, const Program& program)
     const auto dump = [](const Json& json) {
       return json.dump(-1, ' ', false, Json::error_handler_t::replace);
     };
-    file_.Stream() << "{\n\"program\": " << dump(file) << ",\n\"title\": " << dump(title)
-                   << ",\n\"runs\": [";
+    file_.Write("{\n\"program\": " + dump(file) + ",\n\"title\": " + dump(title) +
+                ",\n\"runs\": [");
   } else {
     AddHeader();
   }
@@ -108,31 +108,30 @@ void ResultsFile::Add(const RunOutcome& run) {
 }
 
 void ResultsFile::AddHeader() {
-  file_.Stream() << "file,status";
+  std::string row = "file,status";
   for (const Step& step : program_.steps) {
     for (const ResultRecord& result : step.instruction->descriptor->results) {
-      const std::string_view name = WithoutTrailingBlanks(TextOrEmpty(result.name));
       for (const char* part : ColumnsOf(result.type)) {
-        file_.Stream() << ',' << Field(step.name + '.' + Utf8FromBytes(name) + part);
+        row += ',' + Field(step.name + '.' + NameFromText(result.name) + part);
       }
     }
   }
-  file_.Stream() << '\n';
+  file_.Write(row + '\n');
 }
 
 // A result that a failed step did not compute is an empty field.
 void ResultsFile::AddRow(const RunOutcome& run) {
-  file_.Stream() << Field(run.file) << ',' << StateText(run.state);
+  std::string row = Field(run.file) + ',' + StateText(run.state);
   for (std::size_t i = 0; i < program_.steps.size(); ++i) {
     const TStdVector<ResultRecord>& results = program_.steps[i].instruction->descriptor->results;
     const bool has_results = i < run.steps.size() && HasResults(run.steps[i]);
     for (std::size_t j = 0; j < results.Size(); ++j) {
       std::vector<std::string> fields(ColumnsOf(results[j].type).size());
       if (has_results && !fields.empty()) fields = FieldsOf(run.steps[i].context->results[j]);
-      for (const std::string& field : fields) file_.Stream() << ',' << field;
+      for (const std::string& field : fields) row += ',' + field;
     }
   }
-  file_.Stream() << '\n';
+  file_.Write(row + '\n');
 }
 
 void ResultsFile::AddJson(const RunOutcome& run) {
@@ -151,12 +150,12 @@ void ResultsFile::AddJson(const RunOutcome& run) {
     if (!row.unit.empty()) shown["unit"] = row.unit;
     json["report"].push_back(std::move(shown));
   }
-  file_.Stream() << (is_first_ ? "\n" : ",\n")
-                 << json.dump(-1, ' ', false, Json::error_handler_t::replace);
+  file_.Write((is_first_ ? "\n" : ",\n") +
+              json.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void ResultsFile::Finish() {
-  if (as_json_) file_.Stream() << "\n]\n}\n";
+  if (as_json_) file_.Write("\n]\n}\n");
   file_.Finish();
 }
 

@@ -1,10 +1,10 @@
 #include "reference_host/nuvhost/run/run.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <new>
 #include <stdexcept>
 
+#include "reference_host/nuvhost/console.h"
 #include "reference_host/nuvhost/error.h"
 #include "reference_host/nuvhost/json_value.h"
 #include "reference_host/nuvhost/run/lots.h"
@@ -45,13 +45,13 @@ class ProgramRuns {
         table_(program) {
     if (!options.overlay.empty()) {
       overlays_ = OverlayNames(options.overlay, lots_);
-      for (const std::string& name : overlays_) CheckOutput("--overlay", name);
+    }
+    CheckFiles(options);
+    UseLogFile(options.log);
+    if (!overlays_.empty()) {
       const OutputFile trial(overlays_[0], kPicture);  // they all go to one folder
     }
-    if (!options.results.empty()) {
-      CheckOutput("--results", options.results);
-      results_.emplace(options.results, program);
-    }
+    if (!options.results.empty()) results_.emplace(options.results, program);
   }
 
   int Carry() {
@@ -75,39 +75,31 @@ class ProgramRuns {
     try {
       if (results_) results_->Finish();
     } catch (const UserError&) {
-      Print();
+      Print(output_);
       throw;
     }
-    Print();
+    Print(output_);
     return exit_code_;
   }
 
  private:
   bool ShowsTable() const { return lots_.size() > 1 && !program_.report.empty(); }
 
-  void Print() const {
-    std::fwrite(output_.data(), 1, output_.size(), stdout);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-      throw UserError("cannot write to standard output");
-    }
-  }
-
-  /// What is written must not take the place of a file that is still to be read.
-  void CheckOutput(const std::string& option, const std::string& written) const {
-    std::vector<std::string> read{program_.source.Name(),
-                                  BesideProgram(program_.source.Name(), program_.image)};
-    for (const Datum& datum : program_.data) {
-      read.push_back(BesideProgram(program_.source.Name(), datum.file));
-    }
+  /// What is written must not take the place of a file that is still to be read, or of another.
+  void CheckFiles(const RunOptions& options) const {
+    const std::string& program = program_.source.Name();
+    std::vector<NamedFile> read{{"the program", program}, {"the plug-in library", options.plugin}};
+    const auto add_own = [&](const char* role, const std::string& file) {
+      if (!file.empty()) read.push_back({role, BesideProgram(program, file)});
+    };
+    add_own("the image", program_.image);
+    for (const Datum& datum : program_.data) add_own("the data file", datum.file);
     for (const Lot& lot : lots_) {
-      for (const auto& [datum, file] : lot.replacements) read.push_back(file);
+      for (const auto& [datum, file] : lot.replacements) read.push_back({"the data file", file});
     }
-    for (const std::string& name : read) {
-      std::error_code ignored;
-      if (std::filesystem::equivalent(PathFromUtf8(name), PathFromUtf8(written), ignored)) {
-        throw UserError(option + ' ' + written + " would overwrite a file that the run reads");
-      }
-    }
+    std::vector<NamedFile> written{{"--log", options.log}, {"--results", options.results}};
+    for (const std::string& name : overlays_) written.push_back({"--overlay", name});
+    CheckWritten(written, read);
   }
 
   RunOutcome RunLot() {
@@ -131,7 +123,7 @@ class ProgramRuns {
       run.errors = mistakes.Listing();
       for (const std::string& error : run.errors) Complain(error);
     }
-    run.file = lot.file;
+    run.file = ValidUtf8(lot.file);
     return run;
   }
 
@@ -152,7 +144,7 @@ class ProgramRuns {
     const Overlay overlay = DrawOverlay(DrawingOf(run), image_, program_.settings.default_color);
     try {
       OutputFile file(name, kPicture);
-      file.Stream() << overlay.svg;
+      file.Write(overlay.svg);
       file.Finish();
     } catch (const UserError& error) {
       Complain(error.what());
@@ -189,7 +181,7 @@ class ProgramRuns {
 
   void Complain(const std::string& line) {
     progress_.Clear();
-    std::fprintf(stderr, "%s\n", line.c_str());
+    nuvhost::Complain(line + '\n');
   }
 
   void ShowProgress(std::size_t steps) {
@@ -233,7 +225,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   if (!mistakes.Empty()) {
     if (options.data.empty()) LoadData(program, {}, mistakes);  // what is wrong with these, too
     for (const std::string& mistake : mistakes.Listing()) {
-      std::fprintf(stderr, "%s\n", mistake.c_str());
+      Complain(mistake + '\n');
     }
     return kExitWrongCall;
   }

@@ -87,8 +87,7 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
 
 std::string DescribeStep(const Program& program, std::size_t step) {
   const DescriptorRecord& descriptor = *program.steps[step].instruction->descriptor;
-  const std::string_view name = WithoutTrailingBlanks(TextOrEmpty(descriptor.name));
-  return "step " + Quoted(program.steps[step].name) + " (" + Quoted(Utf8FromBytes(name)) +
+  return "step " + Quoted(program.steps[step].name) + " (" + Quoted(NameFromText(descriptor.name)) +
          ", number " + std::to_string(step + 1) + ")";
 }
 

@@ -88,6 +88,21 @@ std::vector<std::string> Mistakes::Listing() const {
   return texts;
 }
 
+bool IsText(const SourceText& source, Mistakes& mistakes) {
+  const std::string_view text = source.Text();
+  const std::size_t zero = text.find('\0');
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+    mistakes.Add(source.Name(), "the file is in UTF-16; save it in UTF-8");
+  } else if (text.starts_with(kByteOrderMark)) {
+    mistakes.Add(source, 0, "a second byte order mark; save the file with one or none");
+  } else if (zero != std::string_view::npos) {
+    mistakes.Add(source, zero, "a zero byte; the file must be text in UTF-8");
+  } else {
+    return true;
+  }
+  return false;
+}
+
 std::string Quoted(std::string_view text) {
   return '"' + std::string(text) + '"';
 }

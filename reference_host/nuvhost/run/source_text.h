@@ -57,6 +57,10 @@ class Mistakes {
   std::vector<Mistake> found_;
 };
 
+/// Whether a file holds text that can be read on; else a mistake says why not. Zero bytes and a
+/// byte order mark behind the first, which readers take in many ways, are none.
+bool IsText(const SourceText& source, Mistakes& mistakes);
+
 /// A text in double quotes.
 std::string Quoted(std::string_view text);
 

@@ -9,25 +9,6 @@
 namespace nuvhost {
 namespace {
 
-/// The character that begins at `position`, which moves behind it; nothing where no UTF-8 does.
-std::optional<char32_t> NextCharacter(std::string_view bytes, std::size_t& position) {
-  const auto lead = static_cast<unsigned char>(bytes[position++]);
-  if (lead < 0x80) return lead;
-  const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-  if (lead < 0xC0 || lead > 0xF7) return std::nullopt;
-  auto character = static_cast<char32_t>(lead & (0x3F >> following));
-  for (int i = 0; i < following; ++i) {
-    if (position == bytes.size()) return std::nullopt;
-    const auto byte = static_cast<unsigned char>(bytes[position++]);
-    if ((byte & 0xC0) != 0x80) return std::nullopt;
-    character = character << 6 | (byte & 0x3F);
-  }
-  constexpr char32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
-  const bool is_surrogate = character >= 0xD800 && character <= 0xDFFF;
-  if (character < kLeast[following] || character > 0x10FFFF || is_surrogate) return std::nullopt;
-  return character;
-}
-
 bool IsShown(char32_t character) {
   if (character == '\t' || character == '\n' || character == '\r') return true;
   return character >= 0x20 && (character < 0x7F || character > 0x9F) && character != 0xFFFE &&

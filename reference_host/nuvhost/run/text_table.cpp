@@ -11,12 +11,6 @@ namespace {
 
 constexpr std::size_t kShownElements = 4;
 
-/// Characters, not bytes.
-std::size_t Width(std::string_view utf8) {
-  return static_cast<std::size_t>(std::ranges::count_if(
-      utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
-
 /// A text as it is, unless that would spoil the lines around it or not be seen.
 std::string PlainText(std::string_view bytes) {
   const std::string text = Utf8FromBytes(bytes);
@@ -59,6 +53,17 @@ std::string ArrayText(const CNuvObject& value, ElementText element_text) {
 }
 
 }  // namespace
+
+std::size_t Width(std::string_view utf8) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string Padded(std::string text, std::size_t width) {
+  const std::size_t shown = Width(text);
+  if (shown < width) text.append(width - shown, ' ');
+  return text;
+}
 
 std::string TextTable::Text() const {
   std::vector<std::size_t> widths(alignment_.size(), 0);

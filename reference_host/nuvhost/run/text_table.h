@@ -3,11 +3,17 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/nuv_object.h"
 
 namespace nuvhost {
+
+/// How many characters a text has.
+std::size_t Width(std::string_view utf8);
+/// A text and blanks behind it, up to a width.
+std::string Padded(std::string text, std::size_t width);
 
 class TextTable {
  public:
