@@ -7,11 +7,10 @@
 #include <string_view>
 
 #include "host/context.h"
-#include "host/integer.h"
+#include "host/instr_plugin.h"
 #include "host/services.h"
 #include "host/setting.h"
 #include "host/std_str.h"
-#include "host/instr_plugin.h"
 #include "plugin/overlay.h"
 
 namespace formula {
@@ -22,53 +21,11 @@ constexpr std::size_t kLongestText = std::size_t{1} << 30;
 /// before the text is made.
 void CheckTextLength(std::size_t length);
 
-/// What Run works with. Inputs and results go by their position in the Definition; inputs behind
-/// the last go on where that one is repeatable. Reading never changes an input.
+/// What Run works with beside its inputs. Results and constants go by their position in the
+/// Definition.
 class Call {
  public:
-  explicit Call(IXInstrContext& context)
-      : context_(context), inputs_(context.InputValues()), results_(context.ResultValues()) {}
-
-  /// How many inputs the host gave.
-  std::int32_t Count() const { return context_.InputCount(); }
-
-  double Number(std::int32_t input) const { return static_cast<double>(*inputs_[input]); }
-  bool Boolean(std::int32_t input) const { return static_cast<bool>(*inputs_[input]); }
-  /// A number that stands for an index, a position, a count or a character: truncated toward zero.
-  std::int32_t Truncated(std::int32_t input) const { return NuvTruncate(Number(input)); }
-  /// A number that stands for a colour, 0x00BBGGRR.
-  std::uint32_t Color(std::int32_t input) const { return NuvTruncateLow32(Number(input)); }
-  /// An angle in the user's preferred unit, in radians.
-  double Angle(std::int32_t input) const { return CNuvAngleTr::ToRad(Number(input)); }
-  /// Valid until a result is written.
-  std::string_view Text(std::int32_t input) const {
-    return static_cast<const char*>(*inputs_[input]);
-  }
-  /// The same, ended by a zero byte.
-  const char* CString(std::int32_t input) const {
-    return static_cast<const char*>(*inputs_[input]);
-  }
-  const CNuvStringVector& Texts(std::int32_t input) const {
-    return static_cast<const CNuvStringVector&>(Input(input));
-  }
-  /// A number as the host converts it to a 32-bit integer.
-  std::int32_t Integer(std::int32_t input) const { return static_cast<int>(*inputs_[input]); }
-  const CNuvDoubleVector& Numbers(std::int32_t input) const {
-    return static_cast<const CNuvDoubleVector&>(Input(input));
-  }
-  const CNuvPoint& Point(std::int32_t input) const {
-    return static_cast<const CNuvPoint&>(Input(input));
-  }
-  const CNuvLine& Line(std::int32_t input) const {
-    return static_cast<const CNuvLine&>(Input(input));
-  }
-  /// An array of any element type, by the type of its vector.
-  template <class Vector>
-  const Vector& Array(std::int32_t input) const {
-    return static_cast<const Vector&>(Input(input));
-  }
-  /// The value itself, whatever it holds.
-  const CNuvObject& Input(std::int32_t input) const { return *inputs_[input]; }
+  explicit Call(IXInstrContext& context) : context_(context), results_(context.ResultValues()) {}
 
   /// The values of constant parameters.
   bool ConstantBoolean(std::int32_t constant) const {
@@ -147,7 +104,6 @@ class Call {
   void Report(NuvSeverity severity, const char* source, const char* text);
 
   IXInstrContext& context_;
-  CNuvObject** inputs_;
   CNuvObject** results_;
 };
 

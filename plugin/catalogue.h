@@ -1,8 +1,8 @@
 // The catalogue: every instruction class, in the order that the host shows and stores.
 //
 // The position in this list is the instruction's index in GetPlugins(). Naming a class here
-// declares it; its source defines it and instantiates NewInstruction for it. A class that is
-// defined and not listed, or listed and not defined, does not build.
+// declares it; its source defines it and lists it in an instantiation of Instructions. A class that
+// is defined and not listed, or listed and not defined, does not build.
 #pragma once
 
 #include <cstddef>
@@ -108,8 +108,8 @@ using Catalogue = InstructionList<
 
 static_assert(Catalogue::kSize == 263);
 
-/// A new object of an instruction class; null when memory is short. Each source instantiates it
-/// for the classes it defines.
+/// A new object of an instruction class; null when memory is short. The source that defines the
+/// class defines this, too (instruction.h).
 template <class I>
 IXInstrPlugin* NewInstruction() noexcept;
 

@@ -1,8 +1,8 @@
 // Descriptors from definitions: the one place that knows how the host's records are filled.
 #pragma once
 
-#include "plugin/definition.h"
 #include "host/records.h"
+#include "plugin/definition.h"
 
 namespace formula {
 

@@ -1,8 +1,8 @@
 // CImpInstrPluginLib: a plug-in library that owns its prototypes.
 #pragma once
 
-#include "host/std_vector.h"
 #include "host/instr_plugin_lib.h"
+#include "host/std_vector.h"
 
 /// Answers every slot of IXInstrPluginLib but GetLibInfo over one array of prototypes.
 class CImpInstrPluginLib : public IXInstrPluginLib {

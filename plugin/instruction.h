@@ -1,21 +1,46 @@
 // Instruction<I>: the host's sixteen slots over an instruction's Definition and Run.
 //
 // An instruction is a struct without data that states two things:
-//   static constexpr Definition kDefinition{...};   what the host shows
-//   static Status Run(Call& call);                  what it computes
-// and its source ends with
-//   template IXInstrPlugin* NewInstruction<I>() noexcept;
+//   static constexpr Definition kDefinition{...};       what the host shows
+//   static Status Run(Call& call, double number, ...);  what it computes, of its inputs
+// and its source ends with one line for all its instructions:
+//   template struct Instructions<I, ...>;
 #pragma once
 
+#include <cstddef>
 #include <new>
+#include <utility>
 
+#include "host/instr_plugin.h"
 #include "plugin/call.h"
 #include "plugin/catalogue.h"
 #include "plugin/definition.h"
 #include "plugin/descriptor_builder.h"
-#include "host/instr_plugin.h"
+#include "plugin/inputs.h"
 
 namespace formula {
+
+/// Reads the inputs of a call and hands them to the instruction's Run, whose parameters they are.
+template <class I, class... Parameters, std::size_t... index>
+Status RunInstruction(IXInstrContext& context, Status (* /*run*/)(Call&, Parameters...),
+                      std::index_sequence<index...> /*indices*/) {
+  constexpr const Definition& kDefinition = I::kDefinition;
+  static_assert(sizeof...(Parameters) == kDefinition.inputs.size(),
+                "Run takes the call and one parameter for each input of kDefinition");
+  static_assert((Place<Parameters>::Fits(kDefinition, index) && ...),
+                "Run's parameters are of the types of kDefinition's inputs, in their order");
+  static_assert(!kDefinition.repeatable || kDefinition.inputs.size() > 0,
+                "only an input can be repeatable");
+  [[maybe_unused]] CNuvObject* const* const inputs = context.InputValues();
+  [[maybe_unused]] const std::int32_t count = kDefinition.repeatable ? context.InputCount() : 0;
+  Call call(context);
+  return I::Run(call, Place<Parameters>::Read(inputs, index, count)...);
+}
+
+template <class I, class... Parameters>
+Status RunInstruction(IXInstrContext& context, Status (*run)(Call&, Parameters...)) {
+  return RunInstruction<I>(context, run, std::index_sequence_for<Parameters...>());
+}
 
 template <class I>
 class Instruction : public IXInstrPlugin {
@@ -40,8 +65,7 @@ class Instruction : public IXInstrPlugin {
   /// The one place where exceptions end: memory that ran out, or what a host's container threw.
   Status Execute(IXInstrContext* context) final {
     try {
-      Call call(*context);
-      return I::Run(call);
+      return RunInstruction<I>(*context, &I::Run);
     } catch (...) {
       return Status::kFailure;
     }
@@ -56,5 +80,11 @@ template <class I>
 IXInstrPlugin* NewInstruction() noexcept {
   return new (std::nothrow) I();
 }
+
+/// Its instantiation defines NewInstruction for the catalogue's loop.
+template <class... I>
+struct Instructions {
+  static constexpr IXInstrPlugin* (*kNew[])() noexcept = {&NewInstruction<I>...};
+};
 
 }  // namespace formula

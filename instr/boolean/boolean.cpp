@@ -5,76 +5,103 @@
 namespace formula {
 namespace {
 
-constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help,
-                         const char* description, bool repeatable, const char* result) {
+/// What tells a function of booleans from its sisters.
+struct BooleanRow {
+  const char* name;
+  const char* identifier;
+  std::uint32_t help;
+  const char* description;
+  bool repeatable = false;
+  const char* result;
+};
+
+constexpr Definition BooleanFunction(const BooleanRow& row) {
   return {.category = "Boolean",
-          .name = name,
-          .identifier = identifier,
-          .help = help,
-          .description = description,
-          .repeatable = repeatable,
+          .name = row.name,
+          .identifier = row.identifier,
+          .help = row.help,
+          .description = row.description,
+          .repeatable = row.repeatable,
           .inputs = {Boolean("bool", false)},
-          .results = {Boolean(result)}};
+          .results = {Boolean(row.result)}};
 }
 
 }  // namespace
 
 /// Copies the input value as it is, whatever its type.
 struct CBooleanSet final : Instruction<CBooleanSet> {
-  static constexpr Definition kDefinition =
-      Row("SetBoolean", "_Nuv_Boolean_Set_", 460075, "Sets a boolean to the specified value", false,
-          "output");
-  static Status Run(Call& call) { return call.Set(0, call.Input(0)); }
+  static constexpr Definition kDefinition = BooleanFunction({
+      .name = "SetBoolean",
+      .identifier = "_Nuv_Boolean_Set_",
+      .help = 460075,
+      .description = "Sets a boolean to the specified value",
+      .result = "output",
+  });
+  static Status Run(Call& call, const CNuvObject& value) { return call.Set(0, value); }
 };
 
 struct CNot final : Instruction<CNot> {
-  static constexpr Definition kDefinition =
-      Row("NOT", "_Nuv_Boolean_Not_", 460076, "Boolean NOT", false, "negated input");
-  static Status Run(Call& call) { return call.Set(0, !call.Boolean(0)); }
+  static constexpr Definition kDefinition = BooleanFunction({
+      .name = "NOT",
+      .identifier = "_Nuv_Boolean_Not_",
+      .help = 460076,
+      .description = "Boolean NOT",
+      .result = "negated input",
+  });
+  static Status Run(Call& call, bool value) { return call.Set(0, !value); }
 };
 
 /// Inputs behind the first false one are not read.
 struct CAnd final : Instruction<CAnd> {
-  static constexpr Definition kDefinition =
-      Row("AND", "_Nuv_Boolean_And_", 460077, "Boolean AND; true if all inputs are true", true,
-          "and result");
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Count();
-    bool all = call.Boolean(0);
-    for (std::int32_t i = 1; all && i < count; ++i) all = call.Boolean(i);
+  static constexpr Definition kDefinition = BooleanFunction({
+      .name = "AND",
+      .identifier = "_Nuv_Boolean_And_",
+      .help = 460077,
+      .description = "Boolean AND; true if all inputs are true",
+      .repeatable = true,
+      .result = "and result",
+  });
+  static Status Run(Call& call, Repeated<bool> values) {
+    bool all = values[0];
+    for (std::int32_t i = 1; all && i < values.Size(); ++i) all = values[i];
     return call.Set(0, all);
   }
 };
 
 /// Every input is read.
 struct COr final : Instruction<COr> {
-  static constexpr Definition kDefinition = Row(
-      "OR", "_Nuv_Boolean_Or_", 460078, "Boolean OR; true if any input is true", true, "or result");
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Count();
-    bool any = call.Boolean(0);
-    for (std::int32_t i = 1; i < count; ++i) any |= call.Boolean(i);
+  static constexpr Definition kDefinition = BooleanFunction({
+      .name = "OR",
+      .identifier = "_Nuv_Boolean_Or_",
+      .help = 460078,
+      .description = "Boolean OR; true if any input is true",
+      .repeatable = true,
+      .result = "or result",
+  });
+  static Status Run(Call& call, Repeated<bool> values) {
+    bool any = values[0];
+    for (std::int32_t i = 1; i < values.Size(); ++i) any |= values[i];
     return call.Set(0, any);
   }
 };
 
 /// Every input is read.
 struct CXor final : Instruction<CXor> {
-  static constexpr Definition kDefinition =
-      Row("XOR", "_Nuv_Boolean_Xor_", 460079,
-          "Boolean XOR; true if an odd number of inputs is true", true, "xor result");
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Count();
-    bool odd = call.Boolean(0);
-    for (std::int32_t i = 1; i < count; ++i) odd ^= call.Boolean(i);
+  static constexpr Definition kDefinition = BooleanFunction({
+      .name = "XOR",
+      .identifier = "_Nuv_Boolean_Xor_",
+      .help = 460079,
+      .description = "Boolean XOR; true if an odd number of inputs is true",
+      .repeatable = true,
+      .result = "xor result",
+  });
+  static Status Run(Call& call, Repeated<bool> values) {
+    bool odd = values[0];
+    for (std::int32_t i = 1; i < values.Size(); ++i) odd ^= values[i];
     return call.Set(0, odd);
   }
 };
 
-template IXInstrPlugin* NewInstruction<CBooleanSet>() noexcept;
-template IXInstrPlugin* NewInstruction<CNot>() noexcept;
-template IXInstrPlugin* NewInstruction<CAnd>() noexcept;
-template IXInstrPlugin* NewInstruction<COr>() noexcept;
-template IXInstrPlugin* NewInstruction<CXor>() noexcept;
+template struct Instructions<CBooleanSet, CNot, CAnd, COr, CXor>;
 
 }  // namespace formula

@@ -18,7 +18,7 @@ struct CNumericSet final : Instruction<CNumericSet> {
       .inputs = {Number("number", 0.0)},
       .results = {Number("output")},
   };
-  static Status Run(Call& call) { return call.Set(0, call.Input(0)); }
+  static Status Run(Call& call, const CNuvObject& number) { return call.Set(0, number); }
 };
 
 /// The sum of all inputs, in their order from 0.
@@ -33,10 +33,9 @@ struct CAdd final : Instruction<CAdd> {
       .inputs = {Number("number", 0.0)},
       .results = {Number("sum")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Count();
+  static Status Run(Call& call, Repeated<double> numbers) {
     double sum = 0.0;
-    for (std::int32_t i = 0; i < count; ++i) sum += call.Number(i);
+    for (std::int32_t i = 0; i < numbers.Size(); ++i) sum += numbers[i];
     return call.Set(0, sum);
   }
 };
@@ -53,10 +52,9 @@ struct CSubtract final : Instruction<CSubtract> {
       .inputs = {Number("number", 0.0)},
       .results = {Number("difference")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Count();
-    double difference = call.Number(0);
-    for (std::int32_t i = 1; i < count; ++i) difference -= call.Number(i);
+  static Status Run(Call& call, Repeated<double> numbers) {
+    double difference = numbers[0];
+    for (std::int32_t i = 1; i < numbers.Size(); ++i) difference -= numbers[i];
     return call.Set(0, difference);
   }
 };
@@ -73,54 +71,79 @@ struct CMultiply final : Instruction<CMultiply> {
       .inputs = {Number("number", 1.0)},
       .results = {Number("product")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Count();
+  static Status Run(Call& call, Repeated<double> numbers) {
     double product = 1.0;
-    for (std::int32_t i = 0; i < count; ++i) product *= call.Number(i);
+    for (std::int32_t i = 0; i < numbers.Size(); ++i) product *= numbers[i];
     return call.Set(0, product);
   }
 };
 
-struct CIncrement final : NumberFunction<CIncrement> {
-  static constexpr Definition kDefinition =
-      Row("Increment", "_Nuv_Numeric_Increment_", 460266, "Add 1 to a number to increment it.",
-          "incremented");
-  static double Of(double number) { return number + 1.0; }
+struct CIncrement final : Instruction<CIncrement> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Increment",
+      .identifier = "_Nuv_Numeric_Increment_",
+      .help = 460266,
+      .description = "Add 1 to a number to increment it.",
+      .result = "incremented",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, number + 1.0); }
 };
 
-struct CDecrement final : NumberFunction<CDecrement> {
-  static constexpr Definition kDefinition =
-      Row("Decrement", "_Nuv_Numeric_Decrement_", 460267,
-          "Subtract 1 from a number to decrement it.", "decremented");
-  static double Of(double number) { return number - 1.0; }
+struct CDecrement final : Instruction<CDecrement> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Decrement",
+      .identifier = "_Nuv_Numeric_Decrement_",
+      .help = 460267,
+      .description = "Subtract 1 from a number to decrement it.",
+      .result = "decremented",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, number - 1.0); }
 };
 
-struct CAbs final : NumberFunction<CAbs> {
-  static constexpr Definition kDefinition =
-      Row("Abs", "_Nuv_Numeric_CAbs_", 460117, "Returns the absolute value of the input number.",
-          "abs(number)");
-  static double Of(double number) { return std::fabs(number); }
+struct CAbs final : Instruction<CAbs> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Abs",
+      .identifier = "_Nuv_Numeric_CAbs_",
+      .help = 460117,
+      .description = "Returns the absolute value of the input number.",
+      .result = "abs(number)",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, std::fabs(number)); }
 };
 
 /// Unlike "SetNumber", the result is a number whatever the input holds.
-struct CCopy final : NumberFunction<CCopy> {
-  static constexpr Definition kDefinition =
-      Row("Copy", "_Nuv_Numeric_CCopy_", 460118, "Returns a copy of the input number.",
-          "copy of number");
-  static double Of(double number) { return number; }
+struct CCopy final : Instruction<CCopy> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Copy",
+      .identifier = "_Nuv_Numeric_CCopy_",
+      .help = 460118,
+      .description = "Returns a copy of the input number.",
+      .result = "copy of number",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, number); }
 };
 
-struct CNegate final : NumberFunction<CNegate> {
-  static constexpr Definition kDefinition =
-      Row("Negate", "_Nuv_Numeric_CNegate_", 460119, "Returns the negated value of the number.",
-          "negated number");
-  static double Of(double number) { return -number; }
+struct CNegate final : Instruction<CNegate> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Negate",
+      .identifier = "_Nuv_Numeric_CNegate_",
+      .help = 460119,
+      .description = "Returns the negated value of the number.",
+      .result = "negated number",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, -number); }
 };
 
-struct CSquare final : NumberFunction<CSquare> {
-  static constexpr Definition kDefinition =
-      Row("Square", "_Nuv_Numeric_CSquare_", 460121, "Returns n*n.", "n squared", "n");
-  static double Of(double n) { return n * n; }
+struct CSquare final : Instruction<CSquare> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Square",
+      .identifier = "_Nuv_Numeric_CSquare_",
+      .help = 460121,
+      .description = "Returns n*n.",
+      .input = "n",
+      .result = "n squared",
+  });
+  static Status Run(Call& call, double n) { return call.Set(0, n * n); }
 };
 
 /// The square root; a negative number fails without a message, a NaN gives NaN.
@@ -134,15 +157,14 @@ struct CSqrt final : Instruction<CSqrt> {
       .inputs = {Number("n", 0.0)},
       .results = {Number("sqrt of n")},
   };
-  static Status Run(Call& call) {
-    const double n = call.Number(0);
+  static Status Run(Call& call, double n) {
     if (n < 0.0) return Status::kFailure;
     return call.Set(0, std::sqrt(n));
   }
 };
 
 /// The C library's power function; a domain error gives what that function gives.
-struct CPow final : TwoNumberFunction<CPow> {
+struct CPow final : Instruction<CPow> {
   static constexpr Definition kDefinition{
       .category = "Numeric",
       .name = "Pow",
@@ -152,12 +174,14 @@ struct CPow final : TwoNumberFunction<CPow> {
       .inputs = {Number("number", 0.0), Number("exponent", 1.0)},
       .results = {Number("raised")},
   };
-  static double Of(double number, double exponent) { return platform::Pow(number, exponent); }
+  static Status Run(Call& call, double number, double exponent) {
+    return call.Set(0, platform::Pow(number, exponent));
+  }
 };
 
 /// Equal and unordered numbers give the second. Kept: both inputs are named "number", and saved
 /// programs tell them apart by position.
-struct CMin2 final : TwoNumberFunction<CMin2> {
+struct CMin2 final : Instruction<CMin2> {
   static constexpr Definition kDefinition{
       .category = "Numeric",
       .name = "Min2",
@@ -167,12 +191,12 @@ struct CMin2 final : TwoNumberFunction<CMin2> {
       .inputs = {Number("number", 0.0), Number("number", 0.0)},
       .results = {Number("minimum")},
   };
-  static double Of(double a, double b) { return b > a ? a : b; }
+  static Status Run(Call& call, double a, double b) { return call.Set(0, b > a ? a : b); }
 };
 
 /// Equal and unordered numbers give the second. Kept: both inputs are named "number", as in
 /// "Min2".
-struct CMax2 final : TwoNumberFunction<CMax2> {
+struct CMax2 final : Instruction<CMax2> {
   static constexpr Definition kDefinition{
       .category = "Numeric",
       .name = "Max2",
@@ -182,22 +206,10 @@ struct CMax2 final : TwoNumberFunction<CMax2> {
       .inputs = {Number("number", 0.0), Number("number", 0.0)},
       .results = {Number("maximum")},
   };
-  static double Of(double a, double b) { return a > b ? a : b; }
+  static Status Run(Call& call, double a, double b) { return call.Set(0, a > b ? a : b); }
 };
 
-template IXInstrPlugin* NewInstruction<CNumericSet>() noexcept;
-template IXInstrPlugin* NewInstruction<CAdd>() noexcept;
-template IXInstrPlugin* NewInstruction<CSubtract>() noexcept;
-template IXInstrPlugin* NewInstruction<CMultiply>() noexcept;
-template IXInstrPlugin* NewInstruction<CIncrement>() noexcept;
-template IXInstrPlugin* NewInstruction<CDecrement>() noexcept;
-template IXInstrPlugin* NewInstruction<CAbs>() noexcept;
-template IXInstrPlugin* NewInstruction<CCopy>() noexcept;
-template IXInstrPlugin* NewInstruction<CNegate>() noexcept;
-template IXInstrPlugin* NewInstruction<CSquare>() noexcept;
-template IXInstrPlugin* NewInstruction<CSqrt>() noexcept;
-template IXInstrPlugin* NewInstruction<CPow>() noexcept;
-template IXInstrPlugin* NewInstruction<CMin2>() noexcept;
-template IXInstrPlugin* NewInstruction<CMax2>() noexcept;
+template struct Instructions<CNumericSet, CAdd, CSubtract, CMultiply, CIncrement, CDecrement, CAbs,
+                             CCopy, CNegate, CSquare, CSqrt, CPow, CMin2, CMax2>;
 
 }  // namespace formula

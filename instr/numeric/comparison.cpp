@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "instr/numeric/families.h"
+#include "plugin/instruction.h"
 
 namespace formula {
 namespace {
@@ -11,57 +11,99 @@ namespace {
 /// How far two numbers may lie apart and still count as equal, whatever their size.
 constexpr double kTolerance = std::numeric_limits<double>::epsilon();
 
+/// What tells a comparison from its sisters.
+struct ComparisonRow {
+  const char* name;
+  const char* identifier;
+  std::uint32_t help;
+  const char* description;
+  const char* result;
+};
+
+constexpr Definition Comparison(const ComparisonRow& row) {
+  return {.category = "Numeric",
+          .name = row.name,
+          .identifier = row.identifier,
+          .help = row.help,
+          .description = row.description,
+          .inputs = {Number("n1", 0.0), Number("n2", 0.0)},
+          .results = {Boolean(row.result)}};
+}
+
 }  // namespace
 
-struct CGreater final : Comparison<CGreater> {
-  static constexpr Definition kDefinition =
-      Row("Greater", "_Nuv_Numeric_CGreater_", 460124, "Returns true if n1 > n2, false otherwise.",
-          "n1 > n2");
-  static bool Of(double n1, double n2) { return n1 > n2; }
+struct CGreater final : Instruction<CGreater> {
+  static constexpr Definition kDefinition = Comparison({
+      .name = "Greater",
+      .identifier = "_Nuv_Numeric_CGreater_",
+      .help = 460124,
+      .description = "Returns true if n1 > n2, false otherwise.",
+      .result = "n1 > n2",
+  });
+  static Status Run(Call& call, double n1, double n2) { return call.Set(0, n1 > n2); }
 };
 
-struct CGreaterOrEqual final : Comparison<CGreaterOrEqual> {
-  static constexpr Definition kDefinition =
-      Row("GreaterOrEq", "_Nuv_Numeric_CGreaterOrEqual_", 460125,
-          "Returns true if n1 >= n2, false otherwise.", "n1 >= n2");
-  static bool Of(double n1, double n2) { return n1 >= n2; }
+struct CGreaterOrEqual final : Instruction<CGreaterOrEqual> {
+  static constexpr Definition kDefinition = Comparison({
+      .name = "GreaterOrEq",
+      .identifier = "_Nuv_Numeric_CGreaterOrEqual_",
+      .help = 460125,
+      .description = "Returns true if n1 >= n2, false otherwise.",
+      .result = "n1 >= n2",
+  });
+  static Status Run(Call& call, double n1, double n2) { return call.Set(0, n1 >= n2); }
 };
 
-struct CLess final : Comparison<CLess> {
-  static constexpr Definition kDefinition =
-      Row("Less", "_Nuv_Numeric_CLess_", 460126, "Returns true if n1 < n2, false otherwise.",
-          "n1 < n2");
-  static bool Of(double n1, double n2) { return n1 < n2; }
+struct CLess final : Instruction<CLess> {
+  static constexpr Definition kDefinition = Comparison({
+      .name = "Less",
+      .identifier = "_Nuv_Numeric_CLess_",
+      .help = 460126,
+      .description = "Returns true if n1 < n2, false otherwise.",
+      .result = "n1 < n2",
+  });
+  static Status Run(Call& call, double n1, double n2) { return call.Set(0, n1 < n2); }
 };
 
-struct CLessOrEqual final : Comparison<CLessOrEqual> {
-  static constexpr Definition kDefinition =
-      Row("LessOrEq", "_Nuv_Numeric_CLessOrEqual_", 460127,
-          "Returns true if n1 <= n2, false otherwise.", "n1 <= n2");
-  static bool Of(double n1, double n2) { return n1 <= n2; }
+struct CLessOrEqual final : Instruction<CLessOrEqual> {
+  static constexpr Definition kDefinition = Comparison({
+      .name = "LessOrEq",
+      .identifier = "_Nuv_Numeric_CLessOrEqual_",
+      .help = 460127,
+      .description = "Returns true if n1 <= n2, false otherwise.",
+      .result = "n1 <= n2",
+  });
+  static Status Run(Call& call, double n1, double n2) { return call.Set(0, n1 <= n2); }
 };
 
 /// Two infinities of one sign are not equal: their difference is NaN.
-struct CEqual final : Comparison<CEqual> {
-  static constexpr Definition kDefinition =
-      Row("Eq", "_Nuv_Numeric_CEqual_", 460128, "Returns true if n1 == n2, false otherwise.",
-          "n1 == n2");
-  static bool Of(double n1, double n2) { return std::fabs(n1 - n2) <= kTolerance; }
+struct CEqual final : Instruction<CEqual> {
+  static constexpr Definition kDefinition = Comparison({
+      .name = "Eq",
+      .identifier = "_Nuv_Numeric_CEqual_",
+      .help = 460128,
+      .description = "Returns true if n1 == n2, false otherwise.",
+      .result = "n1 == n2",
+  });
+  static Status Run(Call& call, double n1, double n2) {
+    return call.Set(0, std::fabs(n1 - n2) <= kTolerance);
+  }
 };
 
 /// Not the opposite of "Eq" where the difference is NaN: both are false then.
-struct CNotEqual final : Comparison<CNotEqual> {
-  static constexpr Definition kDefinition =
-      Row("NotEq", "_Nuv_Numeric_CNotEqual_", 460129, "Returns true if n1 != n2, false otherwise.",
-          "n1 != n2");
-  static bool Of(double n1, double n2) { return std::fabs(n1 - n2) > kTolerance; }
+struct CNotEqual final : Instruction<CNotEqual> {
+  static constexpr Definition kDefinition = Comparison({
+      .name = "NotEq",
+      .identifier = "_Nuv_Numeric_CNotEqual_",
+      .help = 460129,
+      .description = "Returns true if n1 != n2, false otherwise.",
+      .result = "n1 != n2",
+  });
+  static Status Run(Call& call, double n1, double n2) {
+    return call.Set(0, std::fabs(n1 - n2) > kTolerance);
+  }
 };
 
-template IXInstrPlugin* NewInstruction<CGreater>() noexcept;
-template IXInstrPlugin* NewInstruction<CGreaterOrEqual>() noexcept;
-template IXInstrPlugin* NewInstruction<CLess>() noexcept;
-template IXInstrPlugin* NewInstruction<CLessOrEqual>() noexcept;
-template IXInstrPlugin* NewInstruction<CEqual>() noexcept;
-template IXInstrPlugin* NewInstruction<CNotEqual>() noexcept;
+template struct Instructions<CGreater, CGreaterOrEqual, CLess, CLessOrEqual, CEqual, CNotEqual>;
 
 }  // namespace formula

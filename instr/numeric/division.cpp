@@ -25,10 +25,9 @@ struct CDivide final : Instruction<CDivide> {
       .inputs = {Number("numerator", 0.0), Number("denominator", 1.0)},
       .results = {Number("quotient")},
   };
-  static Status Run(Call& call) {
-    const double denominator = call.Number(1);
+  static Status Run(Call& call, double numerator, double denominator) {
     if (denominator == 0.0) return call.Fail("Numeric: Divide", "Division by zero");
-    return call.Set(0, call.Number(0) / denominator);
+    return call.Set(0, numerator / denominator);
   }
 };
 
@@ -44,10 +43,8 @@ struct CIntegerDivide final : Instruction<CIntegerDivide> {
       .inputs = {Number("numerator", 0.0), Number("denominator", 1.0)},
       .results = {Number("quotient")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t denominator = call.Integer(1);
+  static Status Run(Call& call, HostInteger numerator, HostInteger denominator) {
     if (denominator == 0) return call.Fail("Numeric: Integer Divide", "Division by zero");
-    const std::int32_t numerator = call.Integer(0);
     if (Overflows(numerator, denominator)) {
       return call.Fail("Numeric: Integer Divide", "Integer overflow");
     }
@@ -67,9 +64,7 @@ struct CRemainder final : Instruction<CRemainder> {
       .inputs = {Number("numerator", 0.0), Number("denominator", 1.0)},
       .results = {Number("remainder")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t numerator = call.Integer(0);
-    const std::int32_t denominator = call.Integer(1);
+  static Status Run(Call& call, HostInteger numerator, HostInteger denominator) {
     if (denominator == 0) return call.Fail("Numeric: Remainder", "Division by zero");
     if (Overflows(numerator, denominator)) {
       return call.Fail("Numeric: Remainder", "Integer overflow");
@@ -78,8 +73,6 @@ struct CRemainder final : Instruction<CRemainder> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CDivide>() noexcept;
-template IXInstrPlugin* NewInstruction<CIntegerDivide>() noexcept;
-template IXInstrPlugin* NewInstruction<CRemainder>() noexcept;
+template struct Instructions<CDivide, CIntegerDivide, CRemainder>;
 
 }  // namespace formula

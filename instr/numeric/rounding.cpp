@@ -6,30 +6,40 @@
 namespace formula {
 
 /// Halves go to the even neighbour.
-struct CRound final : NumberFunction<CRound> {
-  static constexpr Definition kDefinition =
-      Row("Round", "_Nuv_Numeric_CRound_", 460120,
-          "Returns the number rounded to the nearest integer.", "rounded number");
-  static std::int32_t Of(double number) { return NuvRound(number); }
+struct CRound final : Instruction<CRound> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Round",
+      .identifier = "_Nuv_Numeric_CRound_",
+      .help = 460120,
+      .description = "Returns the number rounded to the nearest integer.",
+      .result = "rounded number",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, NuvRound(number)); }
 };
 
-struct CTruncate final : NumberFunction<CTruncate> {
-  static constexpr Definition kDefinition =
-      Row("Truncate", "_Nuv_Numeric_CTruncate_", 460123, "Returns the integer part of a number.",
-          "integer part of number");
-  static std::int32_t Of(double number) { return NuvTruncate(number); }
+struct CTruncate final : Instruction<CTruncate> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Truncate",
+      .identifier = "_Nuv_Numeric_CTruncate_",
+      .help = 460123,
+      .description = "Returns the integer part of a number.",
+      .result = "integer part of number",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, NuvTruncate(number)); }
 };
 
 /// The number less its truncation, so the sign stays.
-struct CFractional final : NumberFunction<CFractional> {
-  static constexpr Definition kDefinition =
-      Row("Fractional", "_Nuv_Numeric_CFractional_", 460272,
-          "Returns the fractional part of a number.", "fractional part of number");
-  static double Of(double number) { return number - NuvTruncate(number); }
+struct CFractional final : Instruction<CFractional> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .name = "Fractional",
+      .identifier = "_Nuv_Numeric_CFractional_",
+      .help = 460272,
+      .description = "Returns the fractional part of a number.",
+      .result = "fractional part of number",
+  });
+  static Status Run(Call& call, double number) { return call.Set(0, number - NuvTruncate(number)); }
 };
 
-template IXInstrPlugin* NewInstruction<CRound>() noexcept;
-template IXInstrPlugin* NewInstruction<CTruncate>() noexcept;
-template IXInstrPlugin* NewInstruction<CFractional>() noexcept;
+template struct Instructions<CRound, CTruncate, CFractional>;
 
 }  // namespace formula

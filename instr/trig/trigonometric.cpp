@@ -4,129 +4,181 @@
 #include <cmath>
 
 #include "host/geometry.h"
-#include "host/setting.h"
 #include "instr/numeric/families.h"
 #include "platform/math.h"
 
 namespace formula {
 namespace {
 
-/// A function of one number. A member states its row and `Of`.
-template <class I>
-struct AngleFunction : NumberFunction<I> {
-  static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help,
-                                  const char* description, const char* input, const char* result) {
-    Definition row = NumberFunction<I>::Row(name, identifier, help, description, result, input);
-    row.category = "Trigonometric";
-    return row;
-  }
+/// What tells a constant of the host from its sisters.
+struct ConstantRow {
+  const char* name;
+  const char* identifier;
+  std::uint32_t help;
+  const char* description;
+  const char* result;
 };
 
-/// A constant of the host. A member states its row and `Value`.
-template <class I>
-struct HostConstant : Instruction<I> {
-  static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help,
-                                  const char* description, const char* result) {
-    return {.category = "Trigonometric",
-            .name = name,
-            .identifier = identifier,
-            .help = help,
-            .description = description,
-            .results = {Number(result)}};
-  }
-  static Status Run(Call& call) { return call.Set(0, I::Value()); }
-};
+constexpr Definition HostConstant(const ConstantRow& row) {
+  return {.category = "Trigonometric",
+          .name = row.name,
+          .identifier = row.identifier,
+          .help = row.help,
+          .description = row.description,
+          .results = {Number(row.result)}};
+}
 
 }  // namespace
 
-struct CSin final : AngleFunction<CSin> {
-  static constexpr Definition kDefinition =
-      Row("Sin", "_Nuv_Trigonometric_Sin_", 460174, "Calculates the sine", "angle", "sin");
-  static double Of(double angle) { return platform::Sin(CNuvAngleTr::ToRad(angle)); }
+struct CSin final : Instruction<CSin> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "Sin",
+      .identifier = "_Nuv_Trigonometric_Sin_",
+      .help = 460174,
+      .description = "Calculates the sine",
+      .input = "angle",
+      .result = "sin",
+  });
+  static Status Run(Call& call, Radians angle) { return call.Set(0, platform::Sin(angle)); }
 };
 
-struct CCos final : AngleFunction<CCos> {
-  static constexpr Definition kDefinition =
-      Row("Cos", "_Nuv_Trigonometric_Cos_", 460175, "Calculates the cosine", "angle", "cos");
-  static double Of(double angle) { return platform::Cos(CNuvAngleTr::ToRad(angle)); }
+struct CCos final : Instruction<CCos> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "Cos",
+      .identifier = "_Nuv_Trigonometric_Cos_",
+      .help = 460175,
+      .description = "Calculates the cosine",
+      .input = "angle",
+      .result = "cos",
+  });
+  static Status Run(Call& call, Radians angle) { return call.Set(0, platform::Cos(angle)); }
 };
 
-struct CTan final : AngleFunction<CTan> {
-  static constexpr Definition kDefinition =
-      Row("Tan", "_Nuv_Trigonometric_Tan_", 460176, "Calculates the tangent", "angle", "tan");
-  static double Of(double angle) { return platform::Tan(CNuvAngleTr::ToRad(angle)); }
+struct CTan final : Instruction<CTan> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "Tan",
+      .identifier = "_Nuv_Trigonometric_Tan_",
+      .help = 460176,
+      .description = "Calculates the tangent",
+      .input = "angle",
+      .result = "tan",
+  });
+  static Status Run(Call& call, Radians angle) { return call.Set(0, platform::Tan(angle)); }
 };
 
-struct CArcSin final : AngleFunction<CArcSin> {
-  static constexpr Definition kDefinition =
-      Row("ArcSin", "_Nuv_Trigonometric_ArcSin_", 460177, "Calculates the arcsine", "sin", "angle");
-  static double Of(double sine) { return CNuvAngleTr::ToPrefs(std::asin(sine), true); }
+struct CArcSin final : Instruction<CArcSin> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "ArcSin",
+      .identifier = "_Nuv_Trigonometric_ArcSin_",
+      .help = 460177,
+      .description = "Calculates the arcsine",
+      .input = "sin",
+      .result = "angle",
+  });
+  static Status Run(Call& call, double sine) { return call.SetAngle(0, std::asin(sine)); }
 };
 
-struct CArcCos final : AngleFunction<CArcCos> {
-  static constexpr Definition kDefinition = Row("ArcCos", "_Nuv_Trigonometric_ArcCos_", 460178,
-                                                "Calculates the arccosine", "cos", "angle");
-  static double Of(double cosine) { return CNuvAngleTr::ToPrefs(std::acos(cosine), true); }
+struct CArcCos final : Instruction<CArcCos> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "ArcCos",
+      .identifier = "_Nuv_Trigonometric_ArcCos_",
+      .help = 460178,
+      .description = "Calculates the arccosine",
+      .input = "cos",
+      .result = "angle",
+  });
+  static Status Run(Call& call, double cosine) { return call.SetAngle(0, std::acos(cosine)); }
 };
 
-struct CArcTan final : AngleFunction<CArcTan> {
-  static constexpr Definition kDefinition = Row("ArcTan", "_Nuv_Trigonometric_ArcTan_", 460179,
-                                                "Calculates the arctangent", "tan", "angle");
-  static double Of(double tangent) { return CNuvAngleTr::ToPrefs(std::atan(tangent), true); }
+struct CArcTan final : Instruction<CArcTan> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "ArcTan",
+      .identifier = "_Nuv_Trigonometric_ArcTan_",
+      .help = 460179,
+      .description = "Calculates the arctangent",
+      .input = "tan",
+      .result = "angle",
+  });
+  static Status Run(Call& call, double tangent) { return call.SetAngle(0, std::atan(tangent)); }
 };
 
 /// Whatever the preferred unit; the product is formed first.
-struct CDeg2Rad final : AngleFunction<CDeg2Rad> {
-  static constexpr Definition kDefinition =
-      Row("DegToRad", "_Nuv_Trigonometric_Deg2Rad_", 460180,
-          "Converts degrees input value to radians", "angle", "radians");
-  static double Of(double degrees) { return degrees * CNuvGeometry::Pi / 180.0; }
+struct CDeg2Rad final : Instruction<CDeg2Rad> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "DegToRad",
+      .identifier = "_Nuv_Trigonometric_Deg2Rad_",
+      .help = 460180,
+      .description = "Converts degrees input value to radians",
+      .input = "angle",
+      .result = "radians",
+  });
+  static Status Run(Call& call, double degrees) {
+    return call.Set(0, degrees * CNuvGeometry::Pi / 180.0);
+  }
 };
 
 /// Whatever the preferred unit; the product is formed first.
-struct CRad2Deg final : AngleFunction<CRad2Deg> {
-  static constexpr Definition kDefinition =
-      Row("RadToDeg", "_Nuv_Trigonometric_Rad2Deg_", 460181,
-          "Converts radians input value to degrees.", "angle", "degrees");
-  static double Of(double radians) { return radians * 180.0 / CNuvGeometry::Pi; }
+struct CRad2Deg final : Instruction<CRad2Deg> {
+  static constexpr Definition kDefinition = NumberFunction({
+      .category = "Trigonometric",
+      .name = "RadToDeg",
+      .identifier = "_Nuv_Trigonometric_Rad2Deg_",
+      .help = 460181,
+      .description = "Converts radians input value to degrees.",
+      .input = "angle",
+      .result = "degrees",
+  });
+  static Status Run(Call& call, double radians) {
+    return call.Set(0, radians * 180.0 / CNuvGeometry::Pi);
+  }
 };
 
 /// Kept: the full stop stands inside the parenthesis here and outside it in the two that follow.
-struct CGetPi final : HostConstant<CGetPi> {
-  static constexpr Definition kDefinition =
-      Row("GetPi", "_Nuv_Trigonometric_GetPi_", 460182,
-          "Retrieves the value of Pi (as used internally by the application.)", "Pi");
-  static double Value() { return CNuvGeometry::Pi; }
+struct CGetPi final : Instruction<CGetPi> {
+  static constexpr Definition kDefinition = HostConstant({
+      .name = "GetPi",
+      .identifier = "_Nuv_Trigonometric_GetPi_",
+      .help = 460182,
+      .description = "Retrieves the value of Pi (as used internally by the application.)",
+      .result = "Pi",
+  });
+  static Status Run(Call& call) { return call.Set(0, CNuvGeometry::Pi); }
 };
 
 /// Kept: this identifier and the next have another family word and a "C" before the name; saved
 /// programs find them by these.
-struct CGetPiDiv2 final : HostConstant<CGetPiDiv2> {
-  static constexpr Definition kDefinition =
-      Row("GetPiDiv2", "_Nuv_Trigonometry_CGetPiDiv2_", 460183,
+struct CGetPiDiv2 final : Instruction<CGetPiDiv2> {
+  static constexpr Definition kDefinition = HostConstant({
+      .name = "GetPiDiv2",
+      .identifier = "_Nuv_Trigonometry_CGetPiDiv2_",
+      .help = 460183,
+      .description =
           "Retrieves the value of Pi divided by two (as used internally by the application).",
-          "PiDiv2");
-  static double Value() { return CNuvGeometry::PiDiv2; }
+      .result = "PiDiv2",
+  });
+  static Status Run(Call& call) { return call.Set(0, CNuvGeometry::PiDiv2); }
 };
 
-struct CGetPiDiv4 final : HostConstant<CGetPiDiv4> {
-  static constexpr Definition kDefinition =
-      Row("GetPiDiv4", "_Nuv_Trigonometry_CGetPiDiv4_", 460184,
+struct CGetPiDiv4 final : Instruction<CGetPiDiv4> {
+  static constexpr Definition kDefinition = HostConstant({
+      .name = "GetPiDiv4",
+      .identifier = "_Nuv_Trigonometry_CGetPiDiv4_",
+      .help = 460184,
+      .description =
           "Retrieves the value of Pi divided by four (as used internally by the application).",
-          "PiDiv4");
-  static double Value() { return CNuvGeometry::PiDiv4; }
+      .result = "PiDiv4",
+  });
+  static Status Run(Call& call) { return call.Set(0, CNuvGeometry::PiDiv4); }
 };
 
-template IXInstrPlugin* NewInstruction<CSin>() noexcept;
-template IXInstrPlugin* NewInstruction<CCos>() noexcept;
-template IXInstrPlugin* NewInstruction<CTan>() noexcept;
-template IXInstrPlugin* NewInstruction<CArcSin>() noexcept;
-template IXInstrPlugin* NewInstruction<CArcCos>() noexcept;
-template IXInstrPlugin* NewInstruction<CArcTan>() noexcept;
-template IXInstrPlugin* NewInstruction<CDeg2Rad>() noexcept;
-template IXInstrPlugin* NewInstruction<CRad2Deg>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetPi>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetPiDiv2>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetPiDiv4>() noexcept;
+template struct Instructions<CSin, CCos, CTan, CArcSin, CArcCos, CArcTan, CDeg2Rad, CRad2Deg,
+                             CGetPi, CGetPiDiv2, CGetPiDiv4>;
 
 }  // namespace formula
