@@ -5,131 +5,79 @@
 #include "plugin/instruction.h"
 
 namespace formula {
-namespace {
 
-template <class I, class E>
-struct GetAt : Instruction<I> {
-  static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help) {
-    return {.category = E::kCategory,
-            .name = name,
-            .identifier = identifier,
-            .help = help,
-            .description = "Get the value of the element at index idx.",
-            .inputs = {E::Array("arr"), Number("idx", 0.0)},
-            .results = {E::kValue}};
-  }
-  static Status Run(Call& call) {
-    const auto& array = E::Input(call, 0);
-    const auto index = IndexWithin(call.Truncated(1), array.Size());
-    if (!index) return Status::kFailure;
-    return call.Set(0, array[*index]);
+template <class I, class E, Identifier kIdentifier, std::uint32_t kHelp>
+struct ArrGetAt : Instruction<I> {
+  static constexpr Definition kDefinition{
+      .category = E::kCategory,
+      .name = "GetAt",
+      .identifier = kIdentifier.text,
+      .help = kHelp,
+      .description = "Get the value of the element at index idx.",
+      .inputs = {E::Array("arr"), Number("idx", 0.0)},
+      .results = {E::kValue},
+  };
+  static Status Run(Call& call, const typename E::Vector& array, Truncated index) {
+    const auto at = IndexWithin(index, array.Size());
+    if (!at) return Status::kFailure;
+    return call.Set(0, array[*at]);
   }
 };
+struct CNArrGetAt final : ArrGetAt<CNArrGetAt, NumberElement, "_Nuv_Array_CNArrGetAt_", 460035> {};
+struct CBArrGetAt final : ArrGetAt<CBArrGetAt, BooleanElement, "_Nuv_Array_CBArrGetAt_", 460009> {};
+struct CSArrGetAt final : ArrGetAt<CSArrGetAt, StringElement, "_Nuv_Array_CSArrGetAt_", 460062> {};
+struct CPArrGetAt final : ArrGetAt<CPArrGetAt, PointElement, "_Nuv_Array_CPArrGetAt_", 460048> {};
+struct CLArrGetAt final : ArrGetAt<CLArrGetAt, LineElement, "_Nuv_Array_CLArrGetAt_", 460022> {};
 
 /// Kept: this one takes its index as the host converts a number; the others truncate.
-template <class I, class E>
-struct SetAt : Instruction<I> {
-  static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help) {
-    return {.category = E::kCategory,
-            .name = name,
-            .identifier = identifier,
-            .help = help,
-            .description = "Set the elem at idx to the specified value.",
-            .inputs = {E::Array("arr"), Number("idx", 0.0), E::kValue},
-            .results = {E::Array("new array")}};
-  }
-  static Status Run(Call& call) {
-    const auto& array = E::Input(call, 0);
-    const auto index = IndexWithin(call.Integer(1), array.Size());
-    if (!index) return Status::kFailure;
-    return Write<E>(call, Head(array, *index), Copies{1, E::Value(call, 2)},
-                    Tail(array, *index + 1));
-  }
-};
-
-template <class I, class E>
-struct Size : Instruction<I> {
-  static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help) {
-    return {.category = E::kCategory,
-            .name = name,
-            .identifier = identifier,
-            .help = help,
-            .description = "Returns the size of the array.",
-            .inputs = {E::Array("arr")},
-            .results = {Number("size")}};
-  }
-  static Status Run(Call& call) {
-    return call.Set(0, static_cast<double>(E::Input(call, 0).Size()));
+template <class I, class E, Identifier kIdentifier, std::uint32_t kHelp>
+struct ArrSetAt : Instruction<I> {
+  static constexpr Definition kDefinition{
+      .category = E::kCategory,
+      .name = "SetAt",
+      .identifier = kIdentifier.text,
+      .help = kHelp,
+      .description = "Set the elem at idx to the specified value.",
+      .inputs = {E::Array("arr"), Number("idx", 0.0), E::kValue},
+      .results = {E::Array("new array")},
+  };
+  static Status Run(Call& call, const typename E::Vector& array, HostInteger index,
+                    typename E::Value value) {
+    const auto at = IndexWithin(index, array.Size());
+    if (!at) return Status::kFailure;
+    return Write<E>(call, Head(array, *at), Copies{1, value}, Tail(array, *at + 1));
   }
 };
+struct CNArrSetAt final : ArrSetAt<CNArrSetAt, NumberElement, "_Nuv_Array_CNArrSetAt_", 460036> {};
+struct CBArrSetAt final : ArrSetAt<CBArrSetAt, BooleanElement, "_Nuv_Array_CBArrSetAt_", 460010> {};
+struct CSArrSetAt final : ArrSetAt<CSArrSetAt, StringElement, "_Nuv_Array_CSArrSetAt_", 460063> {};
+struct CPArrSetAt final : ArrSetAt<CPArrSetAt, PointElement, "_Nuv_Array_CPArrSetAt_", 460049> {};
+struct CLArrSetAt final : ArrSetAt<CLArrSetAt, LineElement, "_Nuv_Array_CLArrSetAt_", 460023> {};
 
-}  // namespace
-
-struct CNArrGetAt final : GetAt<CNArrGetAt, NumberElement> {
-  static constexpr Definition kDefinition = Row("GetAt", "_Nuv_Array_CNArrGetAt_", 460035);
+template <class I, class E, Identifier kIdentifier, std::uint32_t kHelp>
+struct ArrSize : Instruction<I> {
+  static constexpr Definition kDefinition{
+      .category = E::kCategory,
+      .name = "Size",
+      .identifier = kIdentifier.text,
+      .help = kHelp,
+      .description = "Returns the size of the array.",
+      .inputs = {E::Array("arr")},
+      .results = {Number("size")},
+  };
+  static Status Run(Call& call, const typename E::Vector& array) {
+    return call.Set(0, static_cast<double>(array.Size()));
+  }
 };
-struct CBArrGetAt final : GetAt<CBArrGetAt, BooleanElement> {
-  static constexpr Definition kDefinition = Row("GetAt", "_Nuv_Array_CBArrGetAt_", 460009);
-};
-struct CSArrGetAt final : GetAt<CSArrGetAt, StringElement> {
-  static constexpr Definition kDefinition = Row("GetAt", "_Nuv_Array_CSArrGetAt_", 460062);
-};
-struct CPArrGetAt final : GetAt<CPArrGetAt, PointElement> {
-  static constexpr Definition kDefinition = Row("GetAt", "_Nuv_Array_CPArrGetAt_", 460048);
-};
-struct CLArrGetAt final : GetAt<CLArrGetAt, LineElement> {
-  static constexpr Definition kDefinition = Row("GetAt", "_Nuv_Array_CLArrGetAt_", 460022);
-};
-
-struct CNArrSetAt final : SetAt<CNArrSetAt, NumberElement> {
-  static constexpr Definition kDefinition = Row("SetAt", "_Nuv_Array_CNArrSetAt_", 460036);
-};
-struct CBArrSetAt final : SetAt<CBArrSetAt, BooleanElement> {
-  static constexpr Definition kDefinition = Row("SetAt", "_Nuv_Array_CBArrSetAt_", 460010);
-};
-struct CSArrSetAt final : SetAt<CSArrSetAt, StringElement> {
-  static constexpr Definition kDefinition = Row("SetAt", "_Nuv_Array_CSArrSetAt_", 460063);
-};
-struct CPArrSetAt final : SetAt<CPArrSetAt, PointElement> {
-  static constexpr Definition kDefinition = Row("SetAt", "_Nuv_Array_CPArrSetAt_", 460049);
-};
-struct CLArrSetAt final : SetAt<CLArrSetAt, LineElement> {
-  static constexpr Definition kDefinition = Row("SetAt", "_Nuv_Array_CLArrSetAt_", 460023);
-};
-
 /// Kept, here and in the next four: the identifier says System; saved programs bear it.
-struct CNArrSize final : Size<CNArrSize, NumberElement> {
-  static constexpr Definition kDefinition = Row("Size", "_Nuv_System_CNArrSize_", 460039);
-};
-struct CBArrSize final : Size<CBArrSize, BooleanElement> {
-  static constexpr Definition kDefinition = Row("Size", "_Nuv_System_CBArrSize_", 460013);
-};
-struct CSArrSize final : Size<CSArrSize, StringElement> {
-  static constexpr Definition kDefinition = Row("Size", "_Nuv_System_CSArrSize_", 460066);
-};
-struct CPArrSize final : Size<CPArrSize, PointElement> {
-  static constexpr Definition kDefinition = Row("Size", "_Nuv_System_CPArrSize_", 460052);
-};
-struct CLArrSize final : Size<CLArrSize, LineElement> {
-  static constexpr Definition kDefinition = Row("Size", "_Nuv_System_CLArrSize_", 460026);
-};
+struct CNArrSize final : ArrSize<CNArrSize, NumberElement, "_Nuv_System_CNArrSize_", 460039> {};
+struct CBArrSize final : ArrSize<CBArrSize, BooleanElement, "_Nuv_System_CBArrSize_", 460013> {};
+struct CSArrSize final : ArrSize<CSArrSize, StringElement, "_Nuv_System_CSArrSize_", 460066> {};
+struct CPArrSize final : ArrSize<CPArrSize, PointElement, "_Nuv_System_CPArrSize_", 460052> {};
+struct CLArrSize final : ArrSize<CLArrSize, LineElement, "_Nuv_System_CLArrSize_", 460026> {};
 
-template IXInstrPlugin* NewInstruction<CNArrGetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CBArrGetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CSArrGetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CPArrGetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CLArrGetAt>() noexcept;
-
-template IXInstrPlugin* NewInstruction<CNArrSetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CBArrSetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CSArrSetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CPArrSetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CLArrSetAt>() noexcept;
-
-template IXInstrPlugin* NewInstruction<CNArrSize>() noexcept;
-template IXInstrPlugin* NewInstruction<CBArrSize>() noexcept;
-template IXInstrPlugin* NewInstruction<CSArrSize>() noexcept;
-template IXInstrPlugin* NewInstruction<CPArrSize>() noexcept;
-template IXInstrPlugin* NewInstruction<CLArrSize>() noexcept;
+template struct Instructions<CNArrGetAt, CBArrGetAt, CSArrGetAt, CPArrGetAt, CLArrGetAt, CNArrSetAt,
+                             CBArrSetAt, CSArrSetAt, CPArrSetAt, CLArrSetAt, CNArrSize, CBArrSize,
+                             CSArrSize, CPArrSize, CLArrSize>;
 
 }  // namespace formula

@@ -11,6 +11,9 @@
 namespace formula {
 namespace {
 
+/// Up to this many elements are compared one by one.
+constexpr std::size_t kFew = 12;
+
 /// Writes the elements of the array that the other one does not contain.
 template <class E, class Contains>
 Status WriteOthers(Call& call, const typename E::Vector& array, Contains contains) {
@@ -23,25 +26,21 @@ Status WriteOthers(Call& call, const typename E::Vector& array, Contains contain
   return Write<E>(call, Picked<typename E::Vector>{array, kept.get(), count});
 }
 
-template <class I, class E>
-struct Difference : Instruction<I> {
-  using Element = typename E::Element;
-  /// Up to this many elements are compared one by one.
-  static constexpr std::size_t kFew = 12;
+}  // namespace
 
-  static constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help) {
-    return {.category = E::kCategory,
-            .name = name,
-            .identifier = identifier,
-            .help = help,
-            .description =
-                "Outputs the difference between the first and second arrays as another array",
-            .inputs = {E::Array("first"), E::Array("second")},
-            .results = {E::Array("diff")}};
-  }
-  static Status Run(Call& call) {
-    const auto& first = E::Input(call, 0);
-    const auto& second = E::Input(call, 1);
+template <class I, class E, Identifier kIdentifier, std::uint32_t kHelp>
+struct ArrDiff : Instruction<I> {
+  static constexpr Definition kDefinition{
+      .category = E::kCategory,
+      .name = "Difference ",
+      .identifier = kIdentifier.text,
+      .help = kHelp,
+      .description = "Outputs the difference between the first and second arrays as another array",
+      .inputs = {E::Array("first"), E::Array("second")},
+      .results = {E::Array("diff")},
+  };
+  static Status Run(Call& call, const typename E::Vector& first, const typename E::Vector& second) {
+    using Element = typename E::Element;
     const Element* begin = second.GetStorage();
     const Element* end = begin + second.Size();
     if (begin == end) return Write<E>(call, All(first));
@@ -55,25 +54,11 @@ struct Difference : Instruction<I> {
                           [&set](const Element& value) { return set.Contains(value); });
   }
 };
+struct CNArrDiff final : ArrDiff<CNArrDiff, NumberElement, "_Nuv_Array_CNArrDiff_", 460224> {};
+struct CSArrDiff final : ArrDiff<CSArrDiff, StringElement, "_Nuv_Array_CSArrDiff_", 460226> {};
+struct CPArrDiff final : ArrDiff<CPArrDiff, PointElement, "_Nuv_Array_CPArrDiff_", 460227> {};
+struct CLArrDiff final : ArrDiff<CLArrDiff, LineElement, "_Nuv_Array_CLArrDiff_", 460225> {};
 
-}  // namespace
-
-struct CNArrDiff final : Difference<CNArrDiff, NumberElement> {
-  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CNArrDiff_", 460224);
-};
-struct CSArrDiff final : Difference<CSArrDiff, StringElement> {
-  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CSArrDiff_", 460226);
-};
-struct CPArrDiff final : Difference<CPArrDiff, PointElement> {
-  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CPArrDiff_", 460227);
-};
-struct CLArrDiff final : Difference<CLArrDiff, LineElement> {
-  static constexpr Definition kDefinition = Row("Difference ", "_Nuv_Array_CLArrDiff_", 460225);
-};
-
-template IXInstrPlugin* NewInstruction<CNArrDiff>() noexcept;
-template IXInstrPlugin* NewInstruction<CSArrDiff>() noexcept;
-template IXInstrPlugin* NewInstruction<CPArrDiff>() noexcept;
-template IXInstrPlugin* NewInstruction<CLArrDiff>() noexcept;
+template struct Instructions<CNArrDiff, CSArrDiff, CPArrDiff, CLArrDiff>;
 
 }  // namespace formula

@@ -23,14 +23,14 @@ struct CPArrExtrema final : Instruction<CPArrExtrema> {
       .help = 460061,
       .description = "Finds min/max in x/y",
       .inputs = {Points("arr")},
-      .results = {Number("left"), Number("right"), Number("top"), Number("bottom")}};
-  static Status Run(Call& call) {
+      .results = {Number("left"), Number("right"), Number("top"), Number("bottom")},
+  };
+  static Status Run(Call& call, const CNuvPointVector& points) {
     constexpr double kLargest = std::numeric_limits<double>::max();
     double left = kLargest;
     double right = -kLargest;
     double top = kLargest;
     double bottom = -kLargest;
-    const auto& points = call.Array<CNuvPointVector>(0);
     for (std::size_t i = 0; i < points.Size(); ++i) {
       left = std::min(left, points[i].x);
       right = std::max(right, points[i].x);
@@ -61,15 +61,16 @@ struct CPArrSort final : Instruction<CPArrSort> {
                                  {4, "increasing dist x*x+y*y"},
                                  {5, "decreasing dist x*x+y*y"}}}},
       .inputs = {Points("arr")},
-      .results = {Points("sorted")}};
-  static Status Run(Call& call) {
+      .results = {Points("sorted")},
+  };
+  static Status Run(Call& call, const CNuvPointVector& points) {
     switch (call.ConstantInteger(0)) {
-      case 1: return SortBy<X>(call, true);
-      case 2: return SortBy<Y>(call, false);
-      case 3: return SortBy<Y>(call, true);
-      case 4: return SortBy<SquaredDistance>(call, false);
-      case 5: return SortBy<SquaredDistance>(call, true);
-      default: return SortBy<X>(call, false);
+      case 1: return SortBy<X>(call, points, true);
+      case 2: return SortBy<Y>(call, points, false);
+      case 3: return SortBy<Y>(call, points, true);
+      case 4: return SortBy<SquaredDistance>(call, points, false);
+      case 5: return SortBy<SquaredDistance>(call, points, true);
+      default: return SortBy<X>(call, points, false);
     }
   }
 
@@ -83,8 +84,7 @@ struct CPArrSort final : Instruction<CPArrSort> {
   }
 
   template <double (*kCriterion)(const CNuvPoint&)>
-  static Status SortBy(Call& call, bool descending) {
-    const auto& points = call.Array<CNuvPointVector>(0);
+  static Status SortBy(Call& call, const CNuvPointVector& points, bool descending) {
     const std::size_t size = points.Size();
     const auto words = std::make_unique_for_overwrite<std::uint64_t[]>(2 * size);
     const auto spare = std::make_unique_for_overwrite<double[]>(size);
@@ -111,12 +111,11 @@ struct CPArrCluster1D final : Instruction<CPArrCluster1D> {
       .inputs = {Points("points"),
                  Number("tolerance", 1.0,
                         "Max distance between the ideal point and the worst acceptable point")},
-      .results = {Points("good points"), Points("bad points"), Number("percent good")}};
-  static Status Run(Call& call) {
-    const double tolerance = call.Number(1);
+      .results = {Points("good points"), Points("bad points"), Number("percent good")},
+  };
+  static Status Run(Call& call, const CNuvPointVector& input, double tolerance) {
     auto& good = call.ArrayResult<CNuvPointVector>(0);
     auto& bad = call.ArrayResult<CNuvPointVector>(1);
-    const auto& input = call.Array<CNuvPointVector>(0);
     // A result may be the input: its points are kept before it is emptied.
     CNuvPointVector copy;
     const bool is_result = &input == &good || &input == &bad;
@@ -159,8 +158,6 @@ struct CPArrCluster1D final : Instruction<CPArrCluster1D> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CPArrExtrema>() noexcept;
-template IXInstrPlugin* NewInstruction<CPArrSort>() noexcept;
-template IXInstrPlugin* NewInstruction<CPArrCluster1D>() noexcept;
+template struct Instructions<CPArrExtrema, CPArrSort, CPArrCluster1D>;
 
 }  // namespace formula

@@ -2,14 +2,23 @@
 // what an instruction does with its array is written once for all.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 
-#include "plugin/call.h"
+#include "host/vectors.h"
 #include "plugin/definition.h"
+#include "plugin/inputs.h"
 
 namespace formula {
+
+/// An instruction's identifier as a template argument.
+template <std::size_t kSize>
+struct Identifier {
+  constexpr Identifier(const char (&literal)[kSize]) { std::copy_n(literal, kSize, text); }
+  char text[kSize];
+};
 
 /// The index, if an array of this size has such an element.
 inline std::optional<std::size_t> IndexWithin(std::int32_t index, std::size_t size) {
@@ -17,61 +26,67 @@ inline std::optional<std::size_t> IndexWithin(std::int32_t index, std::size_t si
   return static_cast<std::size_t>(index);
 }
 
-/// What all element types have in common. Each adds its category, the parameter of one value with
-/// its default, the parameter of an array, and how a value is read.
-template <class V>
+/// What all element types have in common, by the array and by the parameter of Run that one value
+/// is. Each adds its category, the parameter of one value with its default, the parameter of an
+/// array, and what "Create" says of new elements.
+template <class V, class T>
 struct ElementType {
   using Vector = V;
   using Element = typename V::value_type;
+  using Value = T;
 
-  static const Vector& Input(const Call& call, std::int32_t input) {
-    return call.Array<Vector>(input);
-  }
   /// Where a range may start in an array of this size.
-  static std::optional<std::size_t> RangeStart(double index, std::size_t size) {
-    return IndexWithin(NuvTruncate(index), size);
+  using RangeIndex = Truncated;
+  static std::optional<std::size_t> RangeStart(RangeIndex index, std::size_t size) {
+    return IndexWithin(index, size);
   }
 };
 
-struct BooleanElement : ElementType<CNuvBoolVector> {
+struct BooleanElement : ElementType<CNuvBoolVector, bool> {
   static constexpr const char* kCategory = "Array: Boolean";
   static constexpr Parameter kValue = Boolean("val", false);
   static constexpr Parameter Array(const char* name) { return Booleans(name); }
-  static bool Value(const Call& call, std::int32_t input) { return call.Boolean(input); }
+  static constexpr const char* kCreateDescription =
+      "Makes a new array with n elements initialized to false.";
 };
 
-struct NumberElement : ElementType<CNuvDoubleVector> {
+struct NumberElement : ElementType<CNuvDoubleVector, double> {
   static constexpr const char* kCategory = "Array: Number";
   static constexpr Parameter kValue = Number("val", 0.0);
   static constexpr Parameter Array(const char* name) { return Numbers(name); }
-  static double Value(const Call& call, std::int32_t input) { return call.Number(input); }
+  static constexpr const char* kCreateDescription =
+      "Makes a new array with n elements initialized to zero.";
   /// Kept: among numbers alone, an empty range may start right behind the last element; saved
   /// programs take the rest of an array that may be used up.
-  static std::optional<std::size_t> RangeStart(double index, std::size_t size) {
+  using RangeIndex = double;
+  static std::optional<std::size_t> RangeStart(RangeIndex index, std::size_t size) {
     if (!(index > -1.0) || index >= static_cast<double>(size) + 1.0) return std::nullopt;
     return static_cast<std::size_t>(index);
   }
 };
 
-struct StringElement : ElementType<CNuvStringVector> {
+struct StringElement : ElementType<CNuvStringVector, const char*> {
   static constexpr const char* kCategory = "Array: String";
   static constexpr Parameter kValue = Text("val");
   static constexpr Parameter Array(const char* name) { return Texts(name); }
-  static const char* Value(const Call& call, std::int32_t input) { return call.CString(input); }
+  static constexpr const char* kCreateDescription =
+      "Makes a new array with n elements initialized to empty string.";
 };
 
-struct PointElement : ElementType<CNuvPointVector> {
+struct PointElement : ElementType<CNuvPointVector, CNuvPoint> {
   static constexpr const char* kCategory = "Array: Point";
   static constexpr Parameter kValue = Point("val", 0.0, 0.0);
   static constexpr Parameter Array(const char* name) { return Points(name); }
-  static CNuvPoint Value(const Call& call, std::int32_t input) { return call.Point(input); }
+  static constexpr const char* kCreateDescription =
+      "Makes a new array with n elements initialized to the default point(0, 0).";
 };
 
-struct LineElement : ElementType<CNuvLineVector> {
+struct LineElement : ElementType<CNuvLineVector, CNuvLine> {
   static constexpr const char* kCategory = "Array: Line";
   static constexpr Parameter kValue = Line("val", 0.0, 0.0);
   static constexpr Parameter Array(const char* name) { return Lines(name); }
-  static CNuvLine Value(const Call& call, std::int32_t input) { return call.Line(input); }
+  static constexpr const char* kCreateDescription =
+      "Makes a new array with n elements initialized to the default line(0, 0).";
 };
 
 }  // namespace formula

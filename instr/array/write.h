@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "plugin/call.h"
+#include "plugin/inputs.h"
 
 namespace formula {
 
@@ -69,24 +70,23 @@ struct Copies {
 template <class Element>
 Copies(std::size_t size, Element value) -> Copies<Element>;
 
-/// The values that the host gave from the input `first` on.
-template <class E>
+/// The values of an input that may be given any number of times.
+template <class Value>
 struct GivenValues {
-  using Vector = typename E::Vector;
+  explicit GivenValues(Repeated<Value> given)
+      : values(given), size(static_cast<std::size_t>(given.Size())) {}
 
-  GivenValues(const Call& from, std::int32_t first_input) : call(from), first(first_input) {
-    if (call.Count() > first) size = static_cast<std::size_t>(call.Count() - first);
+  template <class Vector>
+  bool Reads(const Vector& /*result*/) const {
+    return false;
   }
-  bool Reads(const Vector& /*result*/) const { return false; }
-  void CopyTo(typename E::Element* to) const {
-    for (std::size_t i = 0; i < size; ++i) {
-      to[i] = E::Value(call, first + static_cast<std::int32_t>(i));
-    }
+  template <class Target>
+  void CopyTo(Target* to) const {
+    for (std::int32_t i = 0; i < values.Size(); ++i) to[i] = values[i];
   }
 
-  const Call& call;
-  std::int32_t first;
-  std::size_t size = 0;
+  Repeated<Value> values;
+  std::size_t size;
 };
 
 /// Empties an array, unless it is told that the array is written.

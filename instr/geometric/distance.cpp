@@ -3,14 +3,12 @@
 #include <algorithm>
 
 #include "host/geometry.h"
-#include "instr/geometric/family.h"
 #include "plugin/instruction.h"
 
 namespace formula {
 namespace {
 
-/// The distances of pairs of points and their parts along the axes, as three arrays. Made before
-/// the inputs are read, since a result may have to become an array first.
+/// The distances of pairs of points and their parts along the axes, as three arrays.
 class DistanceArrays {
  public:
   explicit DistanceArrays(Call& call)
@@ -36,14 +34,17 @@ class DistanceArrays {
 }  // namespace
 
 struct CPt2PtDist final : Instruction<CPt2PtDist> {
-  static constexpr Definition kDefinition = Geometric(
-      "PtToPtDist", "_Nuv_Geometric_Pt2PtDistance_", 460082,
-      "Calculates the distance between two points and its projections on the X and Y axes",
-      {Point("pt1"), Point("pt2")},
-      {Number("distance"), Number("x distance"), Number("y distance")});
-  static Status Run(Call& call) {
-    const CNuvPoint from = call.Point(0);
-    const CNuvPoint to = call.Point(1);
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtToPtDist",
+      .identifier = "_Nuv_Geometric_Pt2PtDistance_",
+      .help = 460082,
+      .description =
+          "Calculates the distance between two points and its projections on the X and Y axes",
+      .inputs = {Point("pt1"), Point("pt2")},
+      .results = {Number("distance"), Number("x distance"), Number("y distance")},
+  };
+  static Status Run(Call& call, CNuvPoint from, CNuvPoint to) {
     call.Set(0, CNuvGeometry::Point2PointDist(from, to));
     call.Set(1, to.x - from.x);
     return call.Set(2, to.y - from.y);
@@ -51,15 +52,17 @@ struct CPt2PtDist final : Instruction<CPt2PtDist> {
 };
 
 struct CPtToPtsDist final : Instruction<CPtToPtsDist> {
-  static constexpr Definition kDefinition =
-      Geometric("PtToPtsDist", "_Nuv_Geometric_PtToPtsDistance_", 460205,
-                "Calculates the distance between point and point array",
-                {Point("pt", 0.0, 0.0), Points("pts")},
-                {Numbers("distance"), Numbers("x distance"), Numbers("y distance")});
-  static Status Run(Call& call) {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtToPtsDist",
+      .identifier = "_Nuv_Geometric_PtToPtsDistance_",
+      .help = 460205,
+      .description = "Calculates the distance between point and point array",
+      .inputs = {Point("pt", 0.0, 0.0), Points("pts")},
+      .results = {Numbers("distance"), Numbers("x distance"), Numbers("y distance")},
+  };
+  static Status Run(Call& call, CNuvPoint point, const CNuvPointVector& points) {
     DistanceArrays results(call);
-    const CNuvPoint point = call.Point(0);
-    const auto& points = call.Array<CNuvPointVector>(1);
     results.Resize(points.Size());
     for (std::size_t i = 0; i < points.Size(); ++i) results.Set(i, point, points[i]);
     return Status::kSuccess;
@@ -70,14 +73,17 @@ struct CPtToPtsDist final : Instruction<CPtToPtsDist> {
 /// Kept: the differences run from the second set to the first, where its neighbours subtract the
 /// first input from the second; saved programs count on the signs.
 struct CPtsToPtsDist final : Instruction<CPtsToPtsDist> {
-  static constexpr Definition kDefinition =
-      Geometric("PtsToPtsDist", "_Nuv_Geometric_PtsToPtsDistance_", 460219,
-                "Calculates the distance between point arrays", {Points("pts0"), Points("pts1")},
-                {Numbers("distance"), Numbers("x distance"), Numbers("y distance")});
-  static Status Run(Call& call) {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToPtsDist",
+      .identifier = "_Nuv_Geometric_PtsToPtsDistance_",
+      .help = 460219,
+      .description = "Calculates the distance between point arrays",
+      .inputs = {Points("pts0"), Points("pts1")},
+      .results = {Numbers("distance"), Numbers("x distance"), Numbers("y distance")},
+  };
+  static Status Run(Call& call, const CNuvPointVector& to, const CNuvPointVector& from) {
     DistanceArrays results(call);
-    const auto& to = call.Array<CNuvPointVector>(0);
-    const auto& from = call.Array<CNuvPointVector>(1);
     const std::size_t size = std::min(to.Size(), from.Size());
     results.Resize(size);
     for (std::size_t i = 0; i < size; ++i) results.Set(i, from[i], to[i]);
@@ -86,13 +92,19 @@ struct CPtsToPtsDist final : Instruction<CPtsToPtsDist> {
 };
 
 struct CPt2PtDistPitch final : Instruction<CPt2PtDistPitch> {
-  static constexpr Definition kDefinition =
-      Geometric("PtToPtAngleDist", "_Nuv_Geometric_Pt2PtDistPitch_", 460083,
-                "Calculates the distance between two points and the line's angle with the X axis",
-                {Point("pt1"), Point("pt2")}, {Number("a"), Number("d")});
-  static Status Run(Call& call) {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtToPtAngleDist",
+      .identifier = "_Nuv_Geometric_Pt2PtDistPitch_",
+      .help = 460083,
+      .description =
+          "Calculates the distance between two points and the line's angle with the X axis",
+      .inputs = {Point("pt1"), Point("pt2")},
+      .results = {Number("a"), Number("d")},
+  };
+  static Status Run(Call& call, CNuvPoint from, CNuvPoint to) {
     CNuvLine pitch;
-    CNuvGeometry::Point2PointDistPitch(call.Point(0), call.Point(1), &pitch);
+    CNuvGeometry::Point2PointDistPitch(from, to, &pitch);
     call.SetAngle(0, pitch.a);
     return call.Set(1, pitch.d);
   }
@@ -100,25 +112,26 @@ struct CPt2PtDistPitch final : Instruction<CPt2PtDistPitch> {
 
 /// Fails where the third line does not meet both others; the distance is 0 then.
 struct CLn2LnDist final : Instruction<CLn2LnDist> {
-  static constexpr Definition kDefinition = Geometric(
-      "LnToLnDist", "_Nuv_Geometric_Ln2LnDist_", 460093,
-      "Calculates the distance between two lines along a third line. This is the length of the "
-      "segment defined by the intersection of line 1 and line3 at one end, and of line 2 and line "
-      "3 at the other.",
-      {Line("ln1"), Line("ln2"), Line("ln3")}, {Number("distance")});
-  static Status Run(Call& call) {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "LnToLnDist",
+      .identifier = "_Nuv_Geometric_Ln2LnDist_",
+      .help = 460093,
+      .description =
+          "Calculates the distance between two lines along a third line. This is the length of the "
+          "segment defined by the intersection of line 1 and line3 at one end, and of line 2 and "
+          "line 3 at the other.",
+      .inputs = {Line("ln1"), Line("ln2"), Line("ln3")},
+      .results = {Number("distance")},
+  };
+  static Status Run(Call& call, CNuvLine ln1, CNuvLine ln2, CNuvLine ln3) {
     double distance = 0.0;
-    const bool found =
-        CNuvGeometry::Line2LineDist(call.Line(0), call.Line(1), call.Line(2), &distance);
+    const bool found = CNuvGeometry::Line2LineDist(ln1, ln2, ln3, &distance);
     call.Set(0, distance);
-    return StatusOf(found);
+    return found ? Status::kSuccess : Status::kFailure;
   }
 };
 
-template IXInstrPlugin* NewInstruction<CPt2PtDist>() noexcept;
-template IXInstrPlugin* NewInstruction<CPtToPtsDist>() noexcept;
-template IXInstrPlugin* NewInstruction<CPtsToPtsDist>() noexcept;
-template IXInstrPlugin* NewInstruction<CPt2PtDistPitch>() noexcept;
-template IXInstrPlugin* NewInstruction<CLn2LnDist>() noexcept;
+template struct Instructions<CPt2PtDist, CPtToPtsDist, CPtsToPtsDist, CPt2PtDistPitch, CLn2LnDist>;
 
 }  // namespace formula

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "host/geometry.h"
+#include "host/integer.h"
 #include "instr/geometric/fit_points.h"
 #include "plugin/instruction.h"
 
@@ -41,13 +42,6 @@ constexpr ConstantList<Parameter, 16> kResults = {
 
 constexpr std::int32_t kOutliers = 8;
 constexpr std::int32_t kUsed = 9;
-
-/// Where an instruction has its inputs other than the points.
-struct Inputs {
-  std::int32_t preprocess;
-  std::int32_t tolerance;
-  std::int32_t color;
-};
 
 struct Found {
   double diameter = 0.0;
@@ -95,12 +89,8 @@ void SetRoundness(Call& call, const Found& found, const CNuvPointVector& used) {
 }
 
 /// The whole of an instruction, once it has its points.
-Status FitCircle(Call& call, const char* title, FitPoints& points, const Inputs& inputs) {
-  // All inputs are read before a result is written: a result may be an input, too.
-  const std::uint32_t percent = NuvTruncateLow32(call.Number(0));
-  const bool preprocess = call.Boolean(inputs.preprocess);
-  const double tolerance = call.Number(inputs.tolerance);
-  const std::int32_t color = call.Integer(inputs.color);
+Status FitCircle(Call& call, const char* title, FitPoints& points, double percent, bool preprocess,
+                 double tolerance, HostInteger color) {
   SetCircle(call, Found());
   for (std::int32_t result = 10; result <= 14; ++result) call.Set(result, 0.0);
   if (points.Count() < 3) return Status::kSuccess;
@@ -114,8 +104,8 @@ Status FitCircle(Call& call, const char* title, FitPoints& points, const Inputs&
   auto& used = call.ArrayResult<CNuvPointVector>(kUsed);
   Found found;
   const bool fitted = CNuvGeometry::Points2BestCircle(
-                          points.Data(), points.Count(), percent, &found.diameter, &found.included,
-                          &found.error, &found.center, &outliers, &used) == 0;
+                          points.Data(), points.Count(), NuvTruncateLow32(percent), &found.diameter,
+                          &found.included, &found.error, &found.center, &outliers, &used) == 0;
   SetCircle(call, found);
   if (fitted && found.included > 0) SetRoundness(call, found, used);
   const std::size_t rejected = outliers.Size();
@@ -125,7 +115,7 @@ Status FitCircle(Call& call, const char* title, FitPoints& points, const Inputs&
   if (color >= 0) {
     call.Annotations().Circle(nullptr,
                               CNuvCircle(found.center.x, found.center.y, found.diameter * 0.5),
-                              static_cast<std::uint32_t>(color), false);
+                              static_cast<std::uint32_t>(color.value), false);
   }
   return fitted ? Status::kSuccess : Status::kFailure;
 }
@@ -145,11 +135,11 @@ struct CPt2BestCircle final : Instruction<CPt2BestCircle> {
                  kTolerance, kColor},
       .results = kResults,
   };
-  static Status Run(Call& call) {
-    FitPoints points(call.Array<CNuvPointVector>(1), {&call.ArrayResult<CNuvPointVector>(kOutliers),
-                                                      &call.ArrayResult<CNuvPointVector>(kUsed)});
-    return FitCircle(call, "PtsToBestCircle", points,
-                     {.preprocess = 2, .tolerance = 3, .color = 4});
+  static Status Run(Call& call, double percent, const CNuvPointVector& given, bool preprocess,
+                    double tolerance, HostInteger color) {
+    FitPoints points(given, {&call.ArrayResult<CNuvPointVector>(kOutliers),
+                             &call.ArrayResult<CNuvPointVector>(kUsed)});
+    return FitCircle(call, "PtsToBestCircle", points, percent, preprocess, tolerance, color);
   }
 };
 
@@ -166,14 +156,13 @@ struct CPt2BestCircleInf final : Instruction<CPt2BestCircleInf> {
                  Point("point", "Point (infinite input) to use in circle fit")},
       .results = kResults,
   };
-  static Status Run(Call& call) {
-    FitPoints points(call, 4);
-    return FitCircle(call, "PtsToBestCircleInf", points,
-                     {.preprocess = 1, .tolerance = 2, .color = 3});
+  static Status Run(Call& call, double percent, bool preprocess, double tolerance,
+                    HostInteger color, Repeated<CNuvPoint> given) {
+    FitPoints points(given);
+    return FitCircle(call, "PtsToBestCircleInf", points, percent, preprocess, tolerance, color);
   }
 };
 
-template IXInstrPlugin* NewInstruction<CPt2BestCircle>() noexcept;
-template IXInstrPlugin* NewInstruction<CPt2BestCircleInf>() noexcept;
+template struct Instructions<CPt2BestCircle, CPt2BestCircleInf>;
 
 }  // namespace formula

@@ -2,6 +2,7 @@
 
 #include "instr/geometric/fit_line.h"
 
+#include "host/integer.h"
 #include "plugin/instruction.h"
 
 namespace formula {
@@ -13,20 +14,17 @@ constexpr Parameter kPreprocess =
 constexpr Parameter kTolerance =
     Number("tolerance", 1.0, "Clustering tolerance; used only if preprocessing is enabled");
 
-/// The whole of an instruction, once it has its points. The tolerance stands behind the switch.
+/// The whole of an instruction, once it has its points.
 /// Kept: the points that preprocessing removes are reported nowhere; those of a circle are.
-Status FitLine(Call& call, const char* title, FitPoints& points, std::int32_t preprocess_input) {
-  // All inputs are read before a result is written: a result may be an input, too.
-  const std::uint32_t percent = NuvTruncateLow32(call.Number(0));
-  const bool preprocess = call.Boolean(preprocess_input);
-  const double tolerance = call.Number(preprocess_input + 1);
+Status FitLine(Call& call, const char* title, FitPoints& points, double percent, bool preprocess,
+               double tolerance) {
   LineFitResults results(call);
   if (preprocess && tolerance < 0.0) {
     return call.Fail(title, "Negative tolerance is not a valid input.");
   }
   if (points.Count() == 0) return Status::kSuccess;
   if (preprocess) points.KeepLargestCluster(tolerance);
-  const bool fitted = results.Fit(points.Data(), points.Count(), percent);
+  const bool fitted = results.Fit(points.Data(), points.Count(), NuvTruncateLow32(percent));
   return fitted ? Status::kSuccess : Status::kFailure;
 }
 
@@ -44,8 +42,8 @@ struct CPt2BestAngle final : Instruction<CPt2BestAngle> {
       .inputs = {Point("pt1"), Point("pt2")},
       .results = {Number("angle")},
   };
-  static Status Run(Call& call) {
-    double angle = -CNuvGeometry::Points2Angle(call.Point(0), call.Point(1));
+  static Status Run(Call& call, CNuvPoint pt1, CNuvPoint pt2) {
+    double angle = -CNuvGeometry::Points2Angle(pt1, pt2);
     CNuvGeometry::NormalizeAngleMinusPiBy2ToPiBy2(&angle);
     return call.SetAngle(0, angle);
   }
@@ -62,11 +60,11 @@ struct CPt2BestLn final : Instruction<CPt2BestLn> {
       .inputs = {kPercent, Points("pts"), kPreprocess, kTolerance},
       .results = kLineFitResults,
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, double percent, const CNuvPointVector& given, bool preprocess,
+                    double tolerance) {
     call.Mark(2, kOutlierMark);
-    FitPoints points(call.Array<CNuvPointVector>(1),
-                     {&LineFitResults::Outliers(call), &LineFitResults::Used(call)});
-    return FitLine(call, "PtsToBestLine", points, 2);
+    FitPoints points(given, {&LineFitResults::Outliers(call), &LineFitResults::Used(call)});
+    return FitLine(call, "PtsToBestLine", points, percent, preprocess, tolerance);
   }
 };
 
@@ -82,10 +80,11 @@ struct CPt2BestLnInf final : Instruction<CPt2BestLnInf> {
       .inputs = {kPercent, kPreprocess, kTolerance, Point("point")},
       .results = kLineFitResults,
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, double percent, bool preprocess, double tolerance,
+                    Repeated<CNuvPoint> given) {
     call.Mark(2, kOutlierMark);
-    FitPoints points(call, 3);
-    return FitLine(call, "PtsToBestLnInf", points, 1);
+    FitPoints points(given);
+    return FitLine(call, "PtsToBestLnInf", points, percent, preprocess, tolerance);
   }
 };
 
@@ -104,11 +103,11 @@ struct CPt2BestLnMaxOut final : Instruction<CPt2BestLnMaxOut> {
       .results = {Number("pts included"), Number("min dist"), Number("max dist"),
                   Point("min point"), Point("max point"), Line("ln"), Points("outliers")},
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, const CNuvPointVector& given, double percent) {
     constexpr std::int32_t kOutliers = 6;
     call.Mark(kOutliers, kOutlierMark);
     auto& outliers = call.ArrayResult<CNuvPointVector>(kOutliers);
-    const FitPoints points(call.Array<CNuvPointVector>(0), {&outliers});
+    const FitPoints points(given, {&outliers});
     std::uint32_t included = 0;
     double min_distance = 0.0;
     double max_distance = 0.0;
@@ -117,8 +116,8 @@ struct CPt2BestLnMaxOut final : Instruction<CPt2BestLnMaxOut> {
     CNuvLine line;
     const bool fitted =
         CNuvGeometry::Points2BestLineMaxOutliers(
-            points.Data(), points.Count(), NuvTruncateLow32(call.Number(1)), &included,
-            &min_distance, &max_distance, &min_point, &max_point, &line, &outliers) == 0;
+            points.Data(), points.Count(), NuvTruncateLow32(percent), &included, &min_distance,
+            &max_distance, &min_point, &max_point, &line, &outliers) == 0;
     call.Set(0, static_cast<double>(included));
     call.Set(1, min_distance);
     call.Set(2, max_distance);
@@ -129,9 +128,6 @@ struct CPt2BestLnMaxOut final : Instruction<CPt2BestLnMaxOut> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CPt2BestAngle>() noexcept;
-template IXInstrPlugin* NewInstruction<CPt2BestLn>() noexcept;
-template IXInstrPlugin* NewInstruction<CPt2BestLnInf>() noexcept;
-template IXInstrPlugin* NewInstruction<CPt2BestLnMaxOut>() noexcept;
+template struct Instructions<CPt2BestAngle, CPt2BestLn, CPt2BestLnInf, CPt2BestLnMaxOut>;
 
 }  // namespace formula

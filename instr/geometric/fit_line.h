@@ -3,6 +3,7 @@
 
 #include "host/geometry.h"
 #include "instr/geometric/fit_points.h"
+#include "plugin/call.h"
 #include "plugin/definition.h"
 
 namespace formula {

@@ -16,11 +16,9 @@ FitPoints::FitPoints(const CNuvPointVector& array,
   points_ = own_;
 }
 
-FitPoints::FitPoints(const Call& call, std::int32_t first) {
-  own_.reserve(static_cast<std::size_t>(std::max(call.Count() - first, 0)));
-  for (std::int32_t input = first; input < call.Count(); ++input) {
-    own_.push_back(call.Point(input));
-  }
+FitPoints::FitPoints(Repeated<CNuvPoint> given) {
+  own_.reserve(static_cast<std::size_t>(given.Size()));
+  for (std::int32_t i = 0; i < given.Size(); ++i) own_.push_back(given[i]);
   points_ = own_;
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "host/vectors.h"
-#include "plugin/call.h"
+#include "plugin/inputs.h"
 
 namespace formula {
 
@@ -16,8 +16,8 @@ class FitPoints {
  public:
   /// The points of an array; a copy where a result that will be written shares their storage.
   FitPoints(const CNuvPointVector& array, std::initializer_list<const CNuvPointVector*> written);
-  /// The points given one by one, from the input `first` on.
-  FitPoints(const Call& call, std::int32_t first);
+  /// The points given one by one.
+  explicit FitPoints(Repeated<CNuvPoint> given);
   FitPoints(const FitPoints&) = delete;
   FitPoints& operator=(const FitPoints&) = delete;
 

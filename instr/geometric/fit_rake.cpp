@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "host/integer.h"
 #include "instr/array/cluster.h"
 #include "instr/geometric/fit_line.h"
 #include "plugin/instruction.h"
@@ -61,14 +62,10 @@ struct CRakePt2BestLn final : Instruction<CRakePt2BestLn> {
                         "Clustering tolerance (step 2); used only if preprocessing is enabled")},
       .results = kLineFitResults,
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, double percent, const CNuvPointVector& given,
+                    double linear_tolerance, Radians angular_tolerance) {
     call.Mark(2, kOutlierMark);
-    // All inputs are read before a result is written: a result may be an input, too.
-    const FitPoints points(call.Array<CNuvPointVector>(1),
-                           {&LineFitResults::Outliers(call), &LineFitResults::Used(call)});
-    const std::uint32_t percent = NuvTruncateLow32(call.Number(0));
-    const double linear_tolerance = call.Number(2);
-    const double angular_tolerance = call.Angle(3);
+    const FitPoints points(given, {&LineFitResults::Outliers(call), &LineFitResults::Used(call)});
     LineFitResults results(call);
     if (linear_tolerance < 0.0) {
       return Reject(call, "Negative linear tolerance is not a valid input.");
@@ -87,11 +84,11 @@ struct CRakePt2BestLn final : Instruction<CRakePt2BestLn> {
     const PointList front = StraightPart(run, angular_tolerance);
     const PointList back = StraightPart(back_run, angular_tolerance);
     const PointList& straight = back.size() > front.size() ? back : front;
-    results.Fit(straight.data(), straight.size(), percent);
+    results.Fit(straight.data(), straight.size(), NuvTruncateLow32(percent));
     return Status::kSuccess;
   }
 };
 
-template IXInstrPlugin* NewInstruction<CRakePt2BestLn>() noexcept;
+template struct Instructions<CRakePt2BestLn>;
 
 }  // namespace formula

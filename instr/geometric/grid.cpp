@@ -1,6 +1,6 @@
 // A grid of points inside four corners.
 
-#include "instr/geometric/family.h"
+#include "host/integer.h"
 #include "plugin/instruction.h"
 
 namespace formula {
@@ -33,21 +33,22 @@ Span MiddleOf(double (&values)[4]) {
 /// where the sizes are equal; and after an error the status is still success, with the grid as it
 /// was. Saved programs count on both.
 struct CPtsToGrid final : Instruction<CPtsToGrid> {
-  static constexpr Definition kDefinition =
-      Geometric("PtsToGrid", "_Nuv_Geometric_PtsToGrid_", 460281,
-                "Generate a grid of points inside boudaries",
-                {Points("boundaries", "4 corners of the grid boudaries"),
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToGrid",
+      .identifier = "_Nuv_Geometric_PtsToGrid_",
+      .help = 460281,
+      .description = "Generate a grid of points inside boudaries",
+      .inputs = {Points("boundaries", "4 corners of the grid boudaries"),
                  Number("grid size X", 10.0, "Grid size on the X axis"),
                  Number("grid size Y", 10.0, "Grid size on the Y axis")},
-                {Points("grid")});
-  static Status Run(Call& call) {
-    const auto& corners = call.Array<CNuvPointVector>(0);
+      .results = {Points("grid")},
+  };
+  static Status Run(Call& call, const CNuvPointVector& corners, Truncated columns, Truncated rows) {
     if (corners.Size() != 4) {
       call.Fail("PtsToGrid", "Boundaries array size must be 4.");
       return Status::kSuccess;
     }
-    const std::int32_t columns = call.Truncated(1);
-    const std::int32_t rows = call.Truncated(2);
     if (columns < 2 || rows < 2) {
       call.Fail("PtsToGrid", "Grid sizes must be greater than 1.");
       return Status::kSuccess;
@@ -76,6 +77,6 @@ struct CPtsToGrid final : Instruction<CPtsToGrid> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CPtsToGrid>() noexcept;
+template struct Instructions<CPtsToGrid>;
 
 }  // namespace formula

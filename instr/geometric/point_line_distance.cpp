@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "host/geometry.h"
-#include "instr/geometric/family.h"
 #include "plugin/instruction.h"
 
 namespace formula {
@@ -65,9 +64,7 @@ struct CPt2LnDist final : Instruction<CPt2LnDist> {
       .constants = {{.type = NUV_PARAM_BOOLEAN, .group = "Parameters", .name = "display distance"}},
       .inputs = {Point("pt"), Line("ln")},
       .results = {Number("distance"), Point("measurement point"), Line("measurement line")}};
-  static Status Run(Call& call) {
-    const CNuvPoint point = call.Point(0);
-    const CNuvLine line = call.Line(1);
+  static Status Run(Call& call, CNuvPoint point, CNuvLine line) {
     CNuvLine perpendicular;
     CNuvGeometry::LinePerpendicular(line.a, point.x, point.y, &perpendicular.a, &perpendicular.d);
     CNuvPoint foot;
@@ -82,32 +79,40 @@ struct CPt2LnDist final : Instruction<CPt2LnDist> {
 };
 
 struct CPts2LnDist final : Instruction<CPts2LnDist> {
-  static constexpr Definition kDefinition =
-      Geometric("PtsToLnDist", "_Nuv_Geometric_Pts2LnDistance_", 460089,
-                "Calculates the distances between a point array and a line",
-                {Points("pts"), Line("ln")}, kDistanceResults);
-  static Status Run(Call& call) {
-    CNuvDoubleVector& distances = call.NumbersResult(0);
-    const auto& points = call.Array<CNuvPointVector>(0);
-    return SetDistances(call, distances, points.GetStorage(), points.Size(), call.Line(1));
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToLnDist",
+      .identifier = "_Nuv_Geometric_Pts2LnDistance_",
+      .help = 460089,
+      .description = "Calculates the distances between a point array and a line",
+      .inputs = {Points("pts"), Line("ln")},
+      .results = kDistanceResults,
+  };
+  static Status Run(Call& call, const CNuvPointVector& points, CNuvLine line) {
+    return SetDistances(call, call.NumbersResult(0), points.GetStorage(), points.Size(), line);
   }
 };
 
 struct CPts2LnDistInf final : Instruction<CPts2LnDistInf> {
-  static constexpr Definition kDefinition = GeometricRepeated(
-      "PtsToLnDistInf", "_Nuv_Geometric_CPts2LnDistInf_", 460106,
-      "Calculates the distances between a set of points and a line.The points are specified "
-      "individually.",
-      {Line("ln"), Point("point")}, kDistanceResults);
-  static Status Run(Call& call) {
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtsToLnDistInf",
+      .identifier = "_Nuv_Geometric_CPts2LnDistInf_",
+      .help = 460106,
+      .description =
+          "Calculates the distances between a set of points and a line.The points are specified "
+          "individually.",
+      .repeatable = true,
+      .inputs = {Line("ln"), Point("point")},
+      .results = kDistanceResults,
+  };
+  static Status Run(Call& call, CNuvLine line, Repeated<CNuvPoint> given) {
     std::vector<CNuvPoint> points;
-    for (std::int32_t i = 1; i < call.Count(); ++i) points.push_back(call.Point(i));
-    return SetDistances(call, call.NumbersResult(0), points.data(), points.size(), call.Line(0));
+    for (std::int32_t i = 0; i < given.Size(); ++i) points.push_back(given[i]);
+    return SetDistances(call, call.NumbersResult(0), points.data(), points.size(), line);
   }
 };
 
-template IXInstrPlugin* NewInstruction<CPt2LnDist>() noexcept;
-template IXInstrPlugin* NewInstruction<CPts2LnDist>() noexcept;
-template IXInstrPlugin* NewInstruction<CPts2LnDistInf>() noexcept;
+template struct Instructions<CPt2LnDist, CPts2LnDist, CPts2LnDistInf>;
 
 }  // namespace formula

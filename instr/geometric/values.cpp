@@ -1,65 +1,93 @@
 // Points and lines as values: constants, from numbers and to numbers.
 
-#include "instr/geometric/family.h"
 #include "plugin/instruction.h"
 
 namespace formula {
 
 struct CPointSet final : Instruction<CPointSet> {
-  static constexpr Definition kDefinition =
-      Geometric("PtSet", "_Nuv_Geometric_PointSet_", 460080, "Sets a point to the specified value",
-                {Point("pt")}, {Point("output")});
-  static Status Run(Call& call) { return call.Set(0, call.Point(0)); }
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtSet",
+      .identifier = "_Nuv_Geometric_PointSet_",
+      .help = 460080,
+      .description = "Sets a point to the specified value",
+      .inputs = {Point("pt")},
+      .results = {Point("output")},
+  };
+  static Status Run(Call& call, const CNuvObject& value) { return call.Set(0, value); }
 };
 
 struct CLineSet final : Instruction<CLineSet> {
-  static constexpr Definition kDefinition =
-      Geometric("LnSet", "_Nuv_Geometric_LineSet_", 460081, "Sets a line to the specified value",
-                {Line("ln")}, {Line("output")});
-  static Status Run(Call& call) { return call.Set(0, call.Line(0)); }
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "LnSet",
+      .identifier = "_Nuv_Geometric_LineSet_",
+      .help = 460081,
+      .description = "Sets a line to the specified value",
+      .inputs = {Line("ln")},
+      .results = {Line("output")},
+  };
+  static Status Run(Call& call, const CNuvObject& value) { return call.Set(0, value); }
 };
 
 struct CPtToXY final : Instruction<CPtToXY> {
-  static constexpr Definition kDefinition = Geometric(
-      "PtToXY", "_Nuv_Geometric_PtToXY_", 460100, "Extracts the values of x and y as two numbers",
-      {Point("point")}, {Number("x"), Number("y")});
-  static Status Run(Call& call) {
-    const CNuvPoint point = call.Point(0);
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "PtToXY",
+      .identifier = "_Nuv_Geometric_PtToXY_",
+      .help = 460100,
+      .description = "Extracts the values of x and y as two numbers",
+      .inputs = {Point("point")},
+      .results = {Number("x"), Number("y")},
+  };
+  static Status Run(Call& call, CNuvPoint point) {
     call.Set(0, point.x);
     return call.Set(1, point.y);
   }
 };
 
 struct CXYToPt final : Instruction<CXYToPt> {
-  static constexpr Definition kDefinition = Geometric(
-      "XYToPt", "_Nuv_Geometric_XYToPt_", 460101, "Makes a point from the values passed in",
-      {Number("x", 0.0), Number("y", 0.0)}, {Point("point")});
-  static Status Run(Call& call) { return call.Set(0, CNuvPoint(call.Number(0), call.Number(1))); }
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "XYToPt",
+      .identifier = "_Nuv_Geometric_XYToPt_",
+      .help = 460101,
+      .description = "Makes a point from the values passed in",
+      .inputs = {Number("x", 0.0), Number("y", 0.0)},
+      .results = {Point("point")},
+  };
+  static Status Run(Call& call, double x, double y) { return call.Set(0, CNuvPoint(x, y)); }
 };
 
 struct CLnToAD final : Instruction<CLnToAD> {
-  static constexpr Definition kDefinition = Geometric(
-      "LnToAD", "_Nuv_Geometric_LnToAD_", 460102, "Extracts the values of a and d as two numbers",
-      {Line("line")}, {Number("a"), Number("d")});
-  static Status Run(Call& call) {
-    const CNuvLine line = call.Line(0);
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "LnToAD",
+      .identifier = "_Nuv_Geometric_LnToAD_",
+      .help = 460102,
+      .description = "Extracts the values of a and d as two numbers",
+      .inputs = {Line("line")},
+      .results = {Number("a"), Number("d")},
+  };
+  static Status Run(Call& call, CNuvLine line) {
     call.SetAngle(0, line.a);
     return call.Set(1, line.d);
   }
 };
 
 struct CADToLn final : Instruction<CADToLn> {
-  static constexpr Definition kDefinition = Geometric(
-      "ADToLn", "_Nuv_Geometric_ADToLn_", 460103, "Makes a line from the values passed in",
-      {Number("a", 0.0), Number("d", 0.0)}, {Line("line")});
-  static Status Run(Call& call) { return call.Set(0, CNuvLine(call.Angle(0), call.Number(1))); }
+  static constexpr Definition kDefinition{
+      .category = "Geometric",
+      .name = "ADToLn",
+      .identifier = "_Nuv_Geometric_ADToLn_",
+      .help = 460103,
+      .description = "Makes a line from the values passed in",
+      .inputs = {Number("a", 0.0), Number("d", 0.0)},
+      .results = {Line("line")},
+  };
+  static Status Run(Call& call, Radians a, double d) { return call.Set(0, CNuvLine(a, d)); }
 };
 
-template IXInstrPlugin* NewInstruction<CPointSet>() noexcept;
-template IXInstrPlugin* NewInstruction<CLineSet>() noexcept;
-template IXInstrPlugin* NewInstruction<CPtToXY>() noexcept;
-template IXInstrPlugin* NewInstruction<CXYToPt>() noexcept;
-template IXInstrPlugin* NewInstruction<CLnToAD>() noexcept;
-template IXInstrPlugin* NewInstruction<CADToLn>() noexcept;
+template struct Instructions<CPointSet, CLineSet, CPtToXY, CXYToPt, CLnToAD, CADToLn>;
 
 }  // namespace formula

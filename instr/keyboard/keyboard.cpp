@@ -61,7 +61,7 @@ struct CNuvKbdTestOneKey final : Instruction<CNuvKbdTestOneKey> {
       .inputs = {Number("key code", 0.0, kKeyCode)},
       .results = {Boolean("pressed")},
   };
-  static Status Run(Call& call) { return TestKey(call, call.Truncated(0)); }
+  static Status Run(Call& call, Truncated key) { return TestKey(call, key); }
 };
 
 /// The same for a code written at the start of a text.
@@ -75,7 +75,9 @@ struct CNuvKbdTestOneKeyStr final : Instruction<CNuvKbdTestOneKeyStr> {
       .inputs = {Text("key code", kKeyCode, "0")},
       .results = {Boolean("pressed")},
   };
-  static Status Run(Call& call) { return TestKey(call, LeadingInteger(call.Text(0))); }
+  static Status Run(Call& call, std::string_view text) {
+    return TestKey(call, LeadingInteger(text));
+  }
 };
 
 /// The lowest code of the keys that are down, mouse buttons left out.
@@ -100,8 +102,6 @@ struct CNuvKbdTestAnyKey final : Instruction<CNuvKbdTestAnyKey> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CNuvKbdTestOneKey>() noexcept;
-template IXInstrPlugin* NewInstruction<CNuvKbdTestOneKeyStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CNuvKbdTestAnyKey>() noexcept;
+template struct Instructions<CNuvKbdTestOneKey, CNuvKbdTestOneKeyStr, CNuvKbdTestAnyKey>;
 
 }  // namespace formula

@@ -13,34 +13,35 @@ namespace {
 constexpr double kCappedIndex = 999.0;
 constexpr double kConstantSampleVariance = 1e-7;
 
-constexpr Definition Row(const char* name, const char* identifier, std::uint32_t help,
-                         const char* description, Parameter sample, bool repeatable,
-                         const char* result) {
+/// What tells a capability index from its sisters.
+struct Row {
+  const char* name;
+  const char* identifier;
+  std::uint32_t help;
+  const char* description;
+  const char* result;
+};
+
+constexpr Definition Capability(const Row& row, const Parameter& sample, bool repeatable) {
   return {.category = "Statistics",
-          .name = name,
-          .identifier = identifier,
-          .help = help,
-          .description = description,
+          .name = row.name,
+          .identifier = row.identifier,
+          .help = row.help,
+          .description = row.description,
           .repeatable = repeatable,
           .inputs = {Number("HiLim", 0.0), Number("LoLim", 0.0), sample},
-          .results = {Number(result)}};
+          .results = {Number(row.result)}};
 }
-
-constexpr Definition OverInputs(const char* name, const char* identifier, std::uint32_t help,
-                                const char* description, const char* result) {
-  return Row(name, identifier, help, description, Number("number", 0.0), true, result);
+constexpr Definition OverInputs(const Row& row) {
+  return Capability(row, Number("number", 0.0), true);
 }
-
-constexpr Definition OverArray(const char* name, const char* identifier, std::uint32_t help,
-                               const char* description, const char* result) {
-  return Row(name, identifier, help, description, Numbers("numbers"), false, result);
+constexpr Definition OverArray(const Row& row) {
+  return Capability(row, Numbers("numbers"), false);
 }
 
 /// Writes index(upper limit, lower limit, mean, sigma); fewer than two values fail.
 template <class Sample, class Index>
-Status SetIndex(Call& call, const Sample& sample, Index index) {
-  const double high = call.Number(0);
-  const double low = call.Number(1);
+Status SetIndex(Call& call, double high, double low, const Sample& sample, Index index) {
   const std::optional<Moments> moments = SampleMoments(sample);
   if (!moments) return Status::kFailure;
   if (moments->variance < kConstantSampleVariance) return call.Set(0, kCappedIndex);
@@ -63,38 +64,61 @@ double Cpk(double high, double low, double mean, double sigma) {
 /// Kept: the identifiers of all four are irregular, each in its own way; saved programs find them
 /// by these.
 struct CCp final : Instruction<CCp> {
-  static constexpr Definition kDefinition = OverInputs(
-      "Cp", "_Nuv_Numeric-Stat_CCp_", 460139, "Returns the process capability index Cp", "Cp");
-  static Status Run(Call& call) { return SetIndex(call, InputSample(call, 2), Cp); }
+  static constexpr Definition kDefinition = OverInputs({
+      .name = "Cp",
+      .identifier = "_Nuv_Numeric-Stat_CCp_",
+      .help = 460139,
+      .description = "Returns the process capability index Cp",
+      .result = "Cp",
+  });
+  static Status Run(Call& call, double high, double low, Repeated<double> sample) {
+    return SetIndex(call, high, low, sample, Cp);
+  }
 };
 
 struct CCpk final : Instruction<CCpk> {
-  static constexpr Definition kDefinition =
-      OverInputs("Cpk", "_Nuv_Numeric-Stat_CCpk_", 460140,
-                 "Returns the process capability index Cpk (2 sided specification limits).", "Cpk");
-  static Status Run(Call& call) { return SetIndex(call, InputSample(call, 2), Cpk); }
+  static constexpr Definition kDefinition = OverInputs({
+      .name = "Cpk",
+      .identifier = "_Nuv_Numeric-Stat_CCpk_",
+      .help = 460140,
+      .description = "Returns the process capability index Cpk (2 sided specification limits).",
+      .result = "Cpk",
+  });
+  static Status Run(Call& call, double high, double low, Repeated<double> sample) {
+    return SetIndex(call, high, low, sample, Cpk);
+  }
 };
 
 struct CCpArr final : Instruction<CCpArr> {
-  static constexpr Definition kDefinition = OverArray(
-      "CpArr", "_Nuv_Default_CCpArr_", 460141,
-      "Returns the process capability index Cp for all the values in the array argument.", "Cp");
-  static Status Run(Call& call) { return SetIndex(call, ArraySample(call, 2), Cp); }
+  static constexpr Definition kDefinition = OverArray({
+      .name = "CpArr",
+      .identifier = "_Nuv_Default_CCpArr_",
+      .help = 460141,
+      .description =
+          "Returns the process capability index Cp for all the values in the array argument.",
+      .result = "Cp",
+  });
+  static Status Run(Call& call, double high, double low, const CNuvDoubleVector& sample) {
+    return SetIndex(call, high, low, sample, Cp);
+  }
 };
 
 /// Kept: the description lacks a parenthesis and a blank; hosts show it so.
 struct CCpkArr final : Instruction<CCpkArr> {
-  static constexpr Definition kDefinition = OverArray(
-      "CpkArr", "_Nuv_Number-Stat_CCpkArr_", 460142,
-      "Returns the process capability index Cpk2 sided specification limits) for all the valuesin "
-      "the array argument.",
-      "Cpk");
-  static Status Run(Call& call) { return SetIndex(call, ArraySample(call, 2), Cpk); }
+  static constexpr Definition kDefinition = OverArray({
+      .name = "CpkArr",
+      .identifier = "_Nuv_Number-Stat_CCpkArr_",
+      .help = 460142,
+      .description = "Returns the process capability index Cpk2 sided specification limits) for "
+                     "all the valuesin "
+                     "the array argument.",
+      .result = "Cpk",
+  });
+  static Status Run(Call& call, double high, double low, const CNuvDoubleVector& sample) {
+    return SetIndex(call, high, low, sample, Cpk);
+  }
 };
 
-template IXInstrPlugin* NewInstruction<CCp>() noexcept;
-template IXInstrPlugin* NewInstruction<CCpk>() noexcept;
-template IXInstrPlugin* NewInstruction<CCpArr>() noexcept;
-template IXInstrPlugin* NewInstruction<CCpkArr>() noexcept;
+template struct Instructions<CCp, CCpk, CCpArr, CCpkArr>;
 
 }  // namespace formula

@@ -47,7 +47,7 @@ struct CNumberToString final : Instruction<CNumberToString> {
       .inputs = {Number("number", 0.0)},
       .results = {Text("string")},
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, double number) {
     const std::string width = std::to_string(call.ConstantInteger(1));
     const std::int32_t padding = call.ConstantInteger(2);
     std::string picture = "%";
@@ -55,7 +55,7 @@ struct CNumberToString final : Instruction<CNumberToString> {
     if (padding == 1) picture += '0' + width;
     if (padding == 2) picture += ' ' + width;
     picture += '.' + std::to_string(call.ConstantInteger(3)) + 'f';
-    return SetFormatted(call, "NumToString", picture, std::array{call.Number(0)});
+    return SetFormatted(call, "NumToString", picture, std::array{number});
   }
 };
 
@@ -71,8 +71,7 @@ struct CStringToNumber final : Instruction<CStringToNumber> {
       .results = {Number("number", "Scanned value"),
                   Boolean("success", "True if number was successfully scanned")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
+  static Status Run(Call& call, std::string_view text) {
     std::optional<double> number;
     // Kept: a "0x" anywhere makes the whole text hexadecimal, so that "11x" is 11 but "10x" 16.
     if (text.find("0x") != text.npos || text.find("0X") != text.npos) {
@@ -84,7 +83,6 @@ struct CStringToNumber final : Instruction<CStringToNumber> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CNumberToString>() noexcept;
-template IXInstrPlugin* NewInstruction<CStringToNumber>() noexcept;
+template struct Instructions<CNumberToString, CStringToNumber>;
 
 }  // namespace formula

@@ -1,49 +1,18 @@
-// Samples: the numbers that a statistics instruction works on, given one by one or as an array.
+// Samples: the numbers that a statistics instruction works on, given one by one (Repeated<double>)
+// or as an array. A sample is what has Size() and operator[].
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 
-#include "plugin/call.h"
-
 namespace formula {
-
-/// The inputs of a call from a position on, one number each.
-class InputSample {
- public:
-  InputSample(const Call& call, std::int32_t first)
-      : call_(call), first_(first), size_(call.Count() - std::int64_t{first}) {}
-  std::int64_t Size() const { return size_; }
-  double operator[](std::int64_t index) const {
-    return call_.Number(first_ + static_cast<std::int32_t>(index));
-  }
-
- private:
-  const Call& call_;
-  std::int32_t first_;
-  std::int64_t size_;
-};
-
-/// The elements of an array input.
-class ArraySample {
- public:
-  ArraySample(const Call& call, std::int32_t input)
-      : data_(call.Numbers(input).GetStorage()),
-        size_(static_cast<std::int64_t>(call.Numbers(input).Size())) {}
-  std::int64_t Size() const { return size_; }
-  double operator[](std::int64_t index) const { return data_[index]; }
-
- private:
-  const double* data_;
-  std::int64_t size_;
-};
 
 /// The sum of a sample, from 0 in its order.
 template <class Sample>
 double Sum(const Sample& sample) {
+  const auto size = static_cast<std::int64_t>(sample.Size());
   double sum = 0.0;
-  for (std::int64_t i = 0; i < sample.Size(); ++i) sum += sample[i];
+  for (std::int64_t i = 0; i < size; ++i) sum += sample[i];
   return sum;
 }
 
@@ -55,8 +24,9 @@ struct PowerSums {
 
 template <class Sample>
 PowerSums SumPowers(const Sample& sample) {
+  const auto size = static_cast<std::int64_t>(sample.Size());
   PowerSums sums;
-  for (std::int64_t i = 0; i < sample.Size(); ++i) {
+  for (std::int64_t i = 0; i < size; ++i) {
     const double value = sample[i];
     sums.values += value;
     sums.squares += value * value;

@@ -26,7 +26,7 @@ struct CStringSet final : Instruction<CStringSet> {
       .inputs = {Text("string")},
       .results = {Text("output")},
   };
-  static Status Run(Call& call) { return call.Set(0, call.Input(0)); }
+  static Status Run(Call& call, const CNuvObject& value) { return call.Set(0, value); }
 };
 
 struct CAddStr final : Instruction<CAddStr> {
@@ -39,9 +39,7 @@ struct CAddStr final : Instruction<CAddStr> {
       .inputs = {Text("string1"), Text("string2")},
       .results = {Text("string")},
   };
-  static Status Run(Call& call) {
-    const std::string_view first = call.Text(0);
-    const std::string_view second = call.Text(1);
+  static Status Run(Call& call, std::string_view first, std::string_view second) {
     CheckTextLength(first.size() + second.size());
     std::string sum;
     sum.reserve(first.size() + second.size());
@@ -62,10 +60,9 @@ struct CCreateStrInf final : Instruction<CCreateStrInf> {
       .inputs = {Text("string", "input string")},
       .results = {Text("new string")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Count();
+  static Status Run(Call& call, Repeated<std::string_view> texts) {
     std::string text;
-    for (std::int32_t i = 0; i < count; ++i) Append(text, call.Text(i));
+    for (std::int32_t i = 0; i < texts.Size(); ++i) Append(text, texts[i]);
     return call.Set(0, text);
   }
 };
@@ -80,8 +77,7 @@ struct CPackStr final : Instruction<CPackStr> {
       .inputs = {Texts("strings")},
       .results = {Text("concat string")},
   };
-  static Status Run(Call& call) {
-    const CNuvStringVector& strings = call.Texts(0);
+  static Status Run(Call& call, const CNuvStringVector& strings) {
     std::string text;
     for (std::size_t i = 0; i < strings.Size(); ++i)
       Append(text, static_cast<const char*>(strings[i]));
@@ -101,10 +97,8 @@ struct CInsertAtStr final : Instruction<CInsertAtStr> {
       .inputs = {Text("string"), Number("pos", 0.0), Text("ins string")},
       .results = {Text("new string")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
-    const std::int64_t position = call.Truncated(1);
-    const std::string_view inserted = call.Text(2);
+  static Status Run(Call& call, std::string_view text, Truncated position,
+                    std::string_view inserted) {
     if (position < 0 || position >= static_cast<std::int64_t>(text.size())) {
       return call.Set(0, kUnsetText);
     }
@@ -118,10 +112,6 @@ struct CInsertAtStr final : Instruction<CInsertAtStr> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CStringSet>() noexcept;
-template IXInstrPlugin* NewInstruction<CAddStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CCreateStrInf>() noexcept;
-template IXInstrPlugin* NewInstruction<CPackStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CInsertAtStr>() noexcept;
+template struct Instructions<CStringSet, CAddStr, CCreateStrInf, CPackStr, CInsertAtStr>;
 
 }  // namespace formula

@@ -26,8 +26,7 @@ struct CChar2Num final : Instruction<CChar2Num> {
       .inputs = {Text("strToConvert")},
       .results = {Numbers("charVals")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
+  static Status Run(Call& call, std::string_view text) {
     CNuvDoubleVector& codes = call.NumbersResult(0);
     codes.Resize(text.size());
     std::transform(text.begin(), text.end(), codes.GetStorage(), Code);
@@ -48,9 +47,7 @@ struct CNum2Char final : Instruction<CNum2Char> {
                  Numbers("chars")},
       .results = {Text("string")},
   };
-  static Status Run(Call& call) {
-    const double count = call.Number(0);
-    const CNuvDoubleVector& codes = call.Numbers(1);
+  static Status Run(Call& call, double count, const CNuvDoubleVector& codes) {
     const bool whole = !(count > -1.0 && count < static_cast<double>(codes.Size()));
     std::string text(whole ? codes.Size() : static_cast<std::size_t>(count), '\0');
     std::transform(codes.GetStorage(), codes.GetStorage() + text.size(), text.begin(),
@@ -71,11 +68,9 @@ struct CGetAt final : Instruction<CGetAt> {
       .inputs = {Text("string"), Number("pos", 0.0)},
       .results = {Number("char")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
-    const std::int32_t position = call.Truncated(1);
+  static Status Run(Call& call, std::string_view text, Truncated position) {
     if (position < 0) return Status::kSuccess;
-    const auto at = static_cast<std::size_t>(position);
+    const auto at = static_cast<std::size_t>(position.value);
     if (at > text.size()) return call.Set(0, -1.0);
     if (at == text.size()) return Status::kFailure;
     return call.Set(0, Code(text[at]));
@@ -94,21 +89,17 @@ struct CSetAtStr final : Instruction<CSetAtStr> {
       .inputs = {Text("string"), Number("pos", 0.0), Number("char", 0.0)},
       .results = {Text("new string")},
   };
-  static Status Run(Call& call) {
-    std::string text(call.Text(0));
-    const std::int32_t position = call.Truncated(1);
-    const std::int32_t character = call.Truncated(2);
+  static Status Run(Call& call, std::string_view old_text, Truncated position,
+                    Truncated character) {
     if (position < 0 || character < 0) return Status::kSuccess;
-    const auto at = static_cast<std::size_t>(position);
-    if (at >= text.size()) return Status::kSuccess;
-    text[at] = static_cast<char>(character);
+    const auto at = static_cast<std::size_t>(position.value);
+    if (at >= old_text.size()) return Status::kSuccess;
+    std::string text(old_text);
+    text[at] = static_cast<char>(character.value);
     return call.Set(0, text);
   }
 };
 
-template IXInstrPlugin* NewInstruction<CChar2Num>() noexcept;
-template IXInstrPlugin* NewInstruction<CNum2Char>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetAt>() noexcept;
-template IXInstrPlugin* NewInstruction<CSetAtStr>() noexcept;
+template struct Instructions<CChar2Num, CNum2Char, CGetAt, CSetAtStr>;
 
 }  // namespace formula

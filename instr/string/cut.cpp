@@ -26,7 +26,7 @@ struct CCopyStr final : Instruction<CCopyStr> {
       .inputs = {Text("string")},
       .results = {Text("string copy")},
   };
-  static Status Run(Call& call) { return call.Set(0, call.Text(0)); }
+  static Status Run(Call& call, const char* text) { return call.Set(0, text); }
 };
 
 /// Kept, here and in the next two: the count and the result bear one name, by which saved
@@ -43,10 +43,9 @@ struct CLeftStr final : Instruction<CLeftStr> {
       .inputs = {Text("string"), Number("left n", 0.0)},
       .results = {Text("left n")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t count = call.Truncated(1);
+  static Status Run(Call& call, std::string_view text, Truncated count) {
     if (count < 0) return Status::kSuccess;
-    return call.Set(0, Middle(call.Text(0), 0, count));
+    return call.Set(0, Middle(text, 0, count));
   }
 };
 
@@ -62,9 +61,7 @@ struct CRightStr final : Instruction<CRightStr> {
       .inputs = {Text("string"), Number("right n", 0.0)},
       .results = {Text("right n")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
-    const std::int32_t count = call.Truncated(1);
+  static Status Run(Call& call, std::string_view text, Truncated count) {
     if (count < 0) return Status::kSuccess;
     return call.Set(0, text.substr(text.size() - std::min<std::size_t>(count, text.size())));
   }
@@ -82,11 +79,9 @@ struct CMidStr final : Instruction<CMidStr> {
       .inputs = {Text("string"), Number("start pos", 0.0), Number("mid n", 0.0)},
       .results = {Text("mid n")},
   };
-  static Status Run(Call& call) {
-    const std::int32_t start = call.Truncated(1);
-    const std::int32_t count = call.Truncated(2);
+  static Status Run(Call& call, std::string_view text, Truncated start, Truncated count) {
     if (start < 0 || count < 0) return Status::kSuccess;
-    return call.Set(0, Middle(call.Text(0), start, count));
+    return call.Set(0, Middle(text, start, count));
   }
 };
 
@@ -102,20 +97,13 @@ struct CTrimStr final : Instruction<CTrimStr> {
       .inputs = {Text("string"), Number("leading m", 0.0), Number("trailing n", 0.0)},
       .results = {Text("trimmed")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
-    const std::int64_t leading = call.Truncated(1);
-    const std::int64_t trailing = call.Truncated(2);
+  static Status Run(Call& call, std::string_view text, Truncated leading, Truncated trailing) {
     if (leading < 0 || trailing < 0) return Status::kSuccess;
     const auto length = static_cast<std::int64_t>(text.size());
     return call.Set(0, Middle(text, leading, length - trailing - leading));
   }
 };
 
-template IXInstrPlugin* NewInstruction<CCopyStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CLeftStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CRightStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CMidStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CTrimStr>() noexcept;
+template struct Instructions<CCopyStr, CLeftStr, CRightStr, CMidStr, CTrimStr>;
 
 }  // namespace formula

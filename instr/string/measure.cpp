@@ -41,10 +41,8 @@ struct CCompStr final : Instruction<CCompStr> {
       .inputs = {Text("string1"), Text("string2"), Boolean("case sensitive", true)},
       .results = {Number("result")},
   };
-  static Status Run(Call& call) {
-    const std::string_view a = call.Text(0);
-    const std::string_view b = call.Text(1);
-    const int order = call.Boolean(2) ? a.compare(b) : CompareLowered(a, b);
+  static Status Run(Call& call, std::string_view a, std::string_view b, bool case_sensitive) {
+    const int order = case_sensitive ? a.compare(b) : CompareLowered(a, b);
     return call.Set(0, (order > 0) - (order < 0));
   }
 };
@@ -59,7 +57,9 @@ struct CLenStr final : Instruction<CLenStr> {
       .inputs = {Text("string")},
       .results = {Number("length")},
   };
-  static Status Run(Call& call) { return call.Set(0, static_cast<double>(call.Text(0).size())); }
+  static Status Run(Call& call, std::string_view text) {
+    return call.Set(0, static_cast<double>(text.size()));
+  }
 };
 
 /// A word is what stands between blanks; without one all three are 0. Kept: the identifier has
@@ -74,8 +74,7 @@ struct CWordLengthStr final : Instruction<CWordLengthStr> {
       .inputs = {Text("string")},
       .results = {Number("min word length"), Number("max word length"), Number("word count")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
+  static Status Run(Call& call, std::string_view text) {
     std::ptrdiff_t shortest = 0;
     std::ptrdiff_t longest = 0;
     std::ptrdiff_t count = 0;
@@ -94,8 +93,6 @@ struct CWordLengthStr final : Instruction<CWordLengthStr> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CCompStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CLenStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CWordLengthStr>() noexcept;
+template struct Instructions<CCompStr, CLenStr, CWordLengthStr>;
 
 }  // namespace formula

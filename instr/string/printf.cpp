@@ -21,8 +21,8 @@ struct CPrintfNum final : Instruction<CPrintfNum> {
       .inputs = {Text("formatting"), Number("number", 0.0)},
       .results = {Text("formatted string")},
   };
-  static Status Run(Call& call) {
-    return SetFormatted(call, "PrintfNum", call.Text(0), std::array{call.Number(1)});
+  static Status Run(Call& call, std::string_view format, double number) {
+    return SetFormatted(call, "PrintfNum", format, std::array{number});
   }
 };
 
@@ -42,19 +42,17 @@ struct CPrintfNumInf final : Instruction<CPrintfNumInf> {
       .inputs = {Text("formatting"), Number("number", 0.0)},
       .results = {Text("formatted string")},
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, std::string_view format, Repeated<double> given) {
     std::array<double, 17> numbers{};
-    const std::int32_t count = call.Count() - 1;
-    if (count > static_cast<std::int32_t>(numbers.size())) {
+    if (given.Size() > static_cast<std::int32_t>(numbers.size())) {
       call.Warn("PrintfNumInf", "Too many number arguments");
       return call.Set(0, "0");
     }
-    for (std::int32_t i = 0; i < count; ++i) numbers[i] = call.Number(1 + i);
-    return SetFormatted(call, "PrintfNumInf", call.Text(0), numbers);
+    for (std::int32_t i = 0; i < given.Size(); ++i) numbers[i] = given[i];
+    return SetFormatted(call, "PrintfNumInf", format, numbers);
   }
 };
 
-template IXInstrPlugin* NewInstruction<CPrintfNum>() noexcept;
-template IXInstrPlugin* NewInstruction<CPrintfNumInf>() noexcept;
+template struct Instructions<CPrintfNum, CPrintfNumInf>;
 
 }  // namespace formula

@@ -30,8 +30,8 @@ struct CFindStr final : Instruction<CFindStr> {
       .inputs = {Text("src"), Text("what")},
       .results = {Number("pos found")},
   };
-  static Status Run(Call& call) {
-    return call.Set(0, Position(TextSearch(call.Text(0), call.Text(1)).Next(0)));
+  static Status Run(Call& call, std::string_view text, std::string_view what) {
+    return call.Set(0, Position(TextSearch(text, what).Next(0)));
   }
 };
 
@@ -48,8 +48,8 @@ struct CFindStrReverse final : Instruction<CFindStrReverse> {
       .inputs = {Text("src", "String to search"), Text("what", "Find this string")},
       .results = {Number("pos found")},
   };
-  static Status Run(Call& call) {
-    return call.Set(0, Position(TextSearch(call.Text(0), call.Text(1)).Last()));
+  static Status Run(Call& call, std::string_view text, std::string_view what) {
+    return call.Set(0, Position(TextSearch(text, what).Last()));
   }
 };
 
@@ -68,11 +68,8 @@ struct CFindStrNth final : Instruction<CFindStrNth> {
                  Number("Nth", 1.0, "Find this occurrence of 'what' in 'src'")},
       .results = {Number("pos found")},
   };
-  static Status Run(Call& call) {
-    const std::string_view text = call.Text(0);
-    const std::string_view what = call.Text(1);
-    const std::int32_t nth = std::max(call.Truncated(2), 1);
-    return call.Set(0, Position(Find(text, what, nth)));
+  static Status Run(Call& call, std::string_view text, std::string_view what, Truncated nth) {
+    return call.Set(0, Position(Find(text, what, std::max(nth.value, 1))));
   }
 
  private:
@@ -103,10 +100,8 @@ struct CReplaceStr final : Instruction<CReplaceStr> {
       .inputs = {Text("source"), Text("what"), Text("replacement")},
       .results = {Text("replaced")},
   };
-  static Status Run(Call& call) {
-    const std::string_view source = call.Text(0);
-    const std::string_view what = call.Text(1);
-    const std::string_view replacement = call.Text(2);
+  static Status Run(Call& call, std::string_view source, std::string_view what,
+                    std::string_view replacement) {
     if (what.empty()) return call.Set(0, source);
 
     const std::vector<std::size_t> places = Places(source, what);
@@ -137,9 +132,6 @@ struct CReplaceStr final : Instruction<CReplaceStr> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CFindStr>() noexcept;
-template IXInstrPlugin* NewInstruction<CFindStrReverse>() noexcept;
-template IXInstrPlugin* NewInstruction<CFindStrNth>() noexcept;
-template IXInstrPlugin* NewInstruction<CReplaceStr>() noexcept;
+template struct Instructions<CFindStr, CFindStrReverse, CFindStrNth, CReplaceStr>;
 
 }  // namespace formula

@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 
+#include "host/integer.h"
 #include "host/os.h"
 #include "plugin/instruction.h"
 
@@ -9,8 +10,8 @@ namespace formula {
 namespace {
 
 /// Formats the local time that it is now; a picture that the system rejects fails.
-Status SetNow(Call& call, decltype(&platform::FormatDate) format, const std::string& picture) {
-  const std::optional<std::string> text = format(picture.c_str(), platform::Now());
+Status SetNow(Call& call, decltype(&platform::FormatDate) format, const char* picture) {
+  const std::optional<std::string> text = format(picture, platform::Now());
   return text ? call.Set(0, *text) : Status::kFailure;
 }
 
@@ -42,7 +43,7 @@ struct CGetTimeDiff final : Instruction<CGetTimeDiff> {
       .inputs = {Number("time in ms", 0.0)},
       .results = {Number("time difference")},
   };
-  static Status Run(Call& call) { return call.Set(0, CNuvOs::GetMSecTime() - call.Number(0)); }
+  static Status Run(Call& call, double time) { return call.Set(0, CNuvOs::GetMSecTime() - time); }
 };
 
 struct CGetDate final : Instruction<CGetDate> {
@@ -81,8 +82,8 @@ struct CGetDateFormat final : Instruction<CGetDateFormat> {
       .inputs = {Text("date format")},
       .results = {Text("formatted date")},
   };
-  static Status Run(Call& call) {
-    return SetNow(call, platform::FormatDate, std::string(call.Text(0)));
+  static Status Run(Call& call, const char* format) {
+    return SetNow(call, platform::FormatDate, format);
   }
 };
 
@@ -97,8 +98,8 @@ struct CGetTimeFormat final : Instruction<CGetTimeFormat> {
       .inputs = {Text("time format")},
       .results = {Text("formatted time")},
   };
-  static Status Run(Call& call) {
-    return SetNow(call, platform::FormatTime, std::string(call.Text(0)));
+  static Status Run(Call& call, const char* format) {
+    return SetNow(call, platform::FormatTime, format);
   }
 };
 
@@ -113,18 +114,13 @@ struct CSleep final : Instruction<CSleep> {
       .description = "Suspends execution for a given number of milliseconds.",
       .inputs = {Number("milliseconds", 0.0)},
   };
-  static Status Run(Call& call) {
-    platform::Pause(NuvTruncateLow32(call.Number(0)));
+  static Status Run(Call& /*call*/, double milliseconds) {
+    platform::Pause(NuvTruncateLow32(milliseconds));
     return Status::kSuccess;
   }
 };
 
-template IXInstrPlugin* NewInstruction<CGetMiliSecCount>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetTimeDiff>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetDate>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetTime>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetDateFormat>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetTimeFormat>() noexcept;
-template IXInstrPlugin* NewInstruction<CSleep>() noexcept;
+template struct Instructions<CGetMiliSecCount, CGetTimeDiff, CGetDate, CGetTime, CGetDateFormat,
+                             CGetTimeFormat, CSleep>;
 
 }  // namespace formula

@@ -23,7 +23,7 @@ struct CSystemBeep final : Instruction<CSystemBeep> {
       .help = 460173,
       .description = "Beeps",
   };
-  static Status Run(Call&) {
+  static Status Run(Call& /*call*/) {
     platform::Beep(kSimpleBeep);
     return Status::kSuccess;
   }
@@ -76,12 +76,12 @@ struct CSystemMsgBox final : Instruction<CSystemMsgBox> {
                  Text("text", "Message box's text", "Press OK to continue")},
       .results = {Number("result")},
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, std::string_view title, std::string_view text) {
     const std::int32_t style =
         call.ConstantInteger(0) | call.ConstantInteger(1) | call.ConstantInteger(2);
-    const std::string caption = "Talvane - " + std::string(call.Text(0));
-    const std::string text(call.Text(1));
-    return call.Set(0, platform::ShowMessageBox(text.c_str(), caption.c_str(),
+    const std::string caption = "Talvane - " + std::string(title);
+    const std::string message(text);
+    return call.Set(0, platform::ShowMessageBox(message.c_str(), caption.c_str(),
                                                 static_cast<std::uint32_t>(style)));
   }
 };
@@ -134,9 +134,7 @@ struct CSystemGenerateProgramEvent final : Instruction<CSystemGenerateProgramEve
   }
 };
 
-template IXInstrPlugin* NewInstruction<CSystemBeep>() noexcept;
-template IXInstrPlugin* NewInstruction<CSystemMsgBox>() noexcept;
-template IXInstrPlugin* NewInstruction<CSystemMsgBeep>() noexcept;
-template IXInstrPlugin* NewInstruction<CSystemGenerateProgramEvent>() noexcept;
+template struct Instructions<CSystemBeep, CSystemMsgBox, CSystemMsgBeep,
+                             CSystemGenerateProgramEvent>;
 
 }  // namespace formula

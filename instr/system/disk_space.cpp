@@ -33,8 +33,8 @@ struct CDiskSpace final : Instruction<CDiskSpace> {
       .inputs = {Text("disk name", "Report free space on this disk, e.g. C:\\", "C:\\")},
       .results = {Number("free disk space"), Number("total disk space"), Number("percent free")},
   };
-  static Status Run(Call& call) {
-    const auto disk = platform::FindDiskSpace(call.CString(0));
+  static Status Run(Call& call, const char* disk_name) {
+    const auto disk = platform::FindDiskSpace(disk_name);
     double free = 0.0;
     double total = 0.0;
     double percent = 0.0;
@@ -50,6 +50,6 @@ struct CDiskSpace final : Instruction<CDiskSpace> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CDiskSpace>() noexcept;
+template struct Instructions<CDiskSpace>;
 
 }  // namespace formula

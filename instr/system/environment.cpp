@@ -63,8 +63,8 @@ struct CGetEnv final : Instruction<CGetEnv> {
       .inputs = {Text("env var name")},
       .results = {Text("env var value")},
   };
-  static Status Run(Call& call) {
-    const char* value = platform::FindVariable(call.CString(0));
+  static Status Run(Call& call, const char* name) {
+    const char* value = platform::FindVariable(name);
     const bool found = value != nullptr && *value != '\0';
     return call.Set(0, found ? value : "Not found");
   }
@@ -80,17 +80,14 @@ struct CSetEnv final : Instruction<CSetEnv> {
       .description = "Sets the value of the specified environment variable.",
       .inputs = {Text("env var name"), Text("env var value")},
   };
-  static Status Run(Call& call) {
-    std::string assignment(call.Text(0));
+  static Status Run(Call& /*call*/, std::string_view name, std::string_view value) {
+    std::string assignment(name);
     assignment += '=';
-    assignment += call.Text(1);
+    assignment += value;
     return platform::AssignVariable(assignment) ? Status::kSuccess : Status::kFailure;
   }
 };
 
-template IXInstrPlugin* NewInstruction<CGetEnvVars>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetEnvNames>() noexcept;
-template IXInstrPlugin* NewInstruction<CGetEnv>() noexcept;
-template IXInstrPlugin* NewInstruction<CSetEnv>() noexcept;
+template struct Instructions<CGetEnvVars, CGetEnvNames, CGetEnv, CSetEnv>;
 
 }  // namespace formula

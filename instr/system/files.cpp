@@ -59,7 +59,7 @@ struct CFileExists final : Instruction<CFileExists> {
       .inputs = {Text("filename")},
       .results = {Boolean("file exists")},
   };
-  static Status Run(Call& call) { return call.Set(0, CNuvOs::FileExists(call.CString(0))); }
+  static Status Run(Call& call, const char* name) { return call.Set(0, CNuvOs::FileExists(name)); }
 };
 
 /// A file that is not there is as good as deleted; a folder that is not there is an error.
@@ -73,8 +73,8 @@ struct CFileDelete final : Instruction<CFileDelete> {
       .inputs = {Text("filename")},
       .results = {Boolean("result")},
   };
-  static Status Run(Call& call) {
-    const std::string name(call.Text(0));
+  static Status Run(Call& call, std::string_view given) {
+    const std::string name(given);
     call.Set(0, true);
     const platform::ErrorCode error = platform::RemoveFile(name.c_str());
     if (error == 0 || error == platform::kFileNotFound) return Status::kSuccess;
@@ -92,8 +92,8 @@ struct CFolderCreate final : Instruction<CFolderCreate> {
       .inputs = {Text("name")},
       .results = {Boolean("result")},
   };
-  static Status Run(Call& call) {
-    const std::string name(call.Text(0));
+  static Status Run(Call& call, std::string_view given) {
+    const std::string name(given);
     call.Set(0, true);
     const platform::ErrorCode error = platform::CreateFolders(name.c_str());
     if (error == 0) return Status::kSuccess;
@@ -115,8 +115,8 @@ struct CFolderDelete final : Instruction<CFolderDelete> {
       .inputs = {Text("name", "Acts recursively on all files and folders")},
       .results = {Boolean("result")},
   };
-  static Status Run(Call& call) {
-    const std::string name(call.Text(0));
+  static Status Run(Call& call, std::string_view given) {
+    const std::string name(given);
     call.Set(0, true);
     if (name.size() > platform::kLongestFolderName) {
       return Warned(call, "FolderDelete", "Filename too long: %s", {name});
@@ -138,10 +138,10 @@ struct CFileCopy final : Instruction<CFileCopy> {
                          "The call fails if the destination file already exists.")},
       .results = {Boolean("result")},
   };
-  static Status Run(Call& call) {
-    const std::string from(call.Text(0));
-    const std::string to(call.Text(1));
-    const bool fail_if_exists = call.Boolean(2);
+  static Status Run(Call& call, std::string_view source, std::string_view destination,
+                    bool fail_if_exists) {
+    const std::string from(source);
+    const std::string to(destination);
     call.Set(0, true);
     if (CNuvOs::FileCopy(from.c_str(), to.c_str(), fail_if_exists)) return Status::kSuccess;
     const platform::ErrorCode error = platform::LastFileError(from.c_str(), to.c_str());
@@ -160,9 +160,9 @@ struct CFileMove final : Instruction<CFileMove> {
       .inputs = {Text("source"), Text("destination")},
       .results = {Boolean("result")},
   };
-  static Status Run(Call& call) {
-    const std::string from(call.Text(0));
-    const std::string to(call.Text(1));
+  static Status Run(Call& call, std::string_view source, std::string_view destination) {
+    const std::string from(source);
+    const std::string to(destination);
     call.Set(0, true);
     if (CNuvOs::FileMove(from.c_str(), to.c_str())) return Status::kSuccess;
     const platform::ErrorCode error = platform::LastFileError(from.c_str(), to.c_str());
@@ -171,11 +171,7 @@ struct CFileMove final : Instruction<CFileMove> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CFileExists>() noexcept;
-template IXInstrPlugin* NewInstruction<CFileDelete>() noexcept;
-template IXInstrPlugin* NewInstruction<CFolderCreate>() noexcept;
-template IXInstrPlugin* NewInstruction<CFolderDelete>() noexcept;
-template IXInstrPlugin* NewInstruction<CFileCopy>() noexcept;
-template IXInstrPlugin* NewInstruction<CFileMove>() noexcept;
+template struct Instructions<CFileExists, CFileDelete, CFolderCreate, CFolderDelete, CFileCopy,
+                             CFileMove>;
 
 }  // namespace formula

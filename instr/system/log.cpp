@@ -20,13 +20,13 @@ struct CLog final : Instruction<CLog> {
                      .choices = {{LEVEL_INFORMATION, "Information"}, {LEVEL_DEBUG, "Debug"}}}},
       .inputs = {Text("message", "The message to be logged")},
   };
-  static Status Run(Call& call) {
+  static Status Run(Call& call, const char* message) {
     const auto level = static_cast<LEVEL>(call.ConstantInteger(0));
-    CNuvLog::Instance().Log(level, call.CString(0));
+    CNuvLog::Instance().Log(level, message);
     return Status::kSuccess;
   }
 };
 
-template IXInstrPlugin* NewInstruction<CLog>() noexcept;
+template struct Instructions<CLog>;
 
 }  // namespace formula

@@ -37,7 +37,6 @@ struct CSystemRandomSeed final : Instruction<CSystemRandomSeed> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CSystemRandom>() noexcept;
-template IXInstrPlugin* NewInstruction<CSystemRandomSeed>() noexcept;
+template struct Instructions<CSystemRandom, CSystemRandomSeed>;
 
 }  // namespace formula

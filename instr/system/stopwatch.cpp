@@ -83,7 +83,6 @@ struct CSystemStopwatchStop final : Instruction<CSystemStopwatchStop> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CSystemStopwatchStart>() noexcept;
-template IXInstrPlugin* NewInstruction<CSystemStopwatchStop>() noexcept;
+template struct Instructions<CSystemStopwatchStart, CSystemStopwatchStop>;
 
 }  // namespace formula

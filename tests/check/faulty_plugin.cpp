@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "host/services.h"
 #include "host/instr_plugin_lib.h"
+#include "host/services.h"
 
 namespace {
 

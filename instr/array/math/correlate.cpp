@@ -30,16 +30,15 @@ struct CNArrMathCorrelate final : Instruction<CNArrMathCorrelate> {
       .description = "Output = normalized_correlation(array_1, array_2)",
       .inputs = {Numbers("array_1", "First input array"), Numbers("array_2", "Second input array"),
                  Number("shift", 0.0, "Amount to shift array_1 relative to array_2")},
-      .results = {Number("correlation value"), Number("status"), Number("number of values used")}};
+      .results = {Number("correlation value"), Number("status"), Number("number of values used")},
+  };
 
   enum Outcome { kGood, kNoValues, kConstant };
 
-  static Status Run(Call& call) {
-    const CNuvDoubleVector& array_1 = call.Numbers(0);
-    const CNuvDoubleVector& array_2 = call.Numbers(1);
-    const std::int64_t shift = call.Integer(2);
-    const std::int64_t start_1 = std::max(-shift, std::int64_t{0});
-    const std::int64_t start_2 = std::max(shift, std::int64_t{0});
+  static Status Run(Call& call, const CNuvDoubleVector& array_1, const CNuvDoubleVector& array_2,
+                    HostInteger shift) {
+    const std::int64_t start_1 = std::max(-std::int64_t{shift}, std::int64_t{0});
+    const std::int64_t start_2 = std::max(std::int64_t{shift}, std::int64_t{0});
     const std::int64_t count = std::min(static_cast<std::int64_t>(array_1.Size()) - start_1,
                                         static_cast<std::int64_t>(array_2.Size()) - start_2);
     if (count < 1) {
@@ -93,12 +92,11 @@ struct CNArrMathCorrelateCircular final : Instruction<CNArrMathCorrelateCircular
                  Boolean("align scores", false,
                          "If true, align array of correlation                 scores with smaller "
                          "input array center position")},
-      .results = {Numbers("correlation scores"), Number("template size"), Number("# invalid")}};
-  static Status Run(Call& call) {
-    const bool align = call.Boolean(2);
+      .results = {Numbers("correlation scores"), Number("template size"), Number("# invalid")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array_1, const CNuvDoubleVector& array_2,
+                    bool align) {
     CNuvDoubleVector& scores = call.NumbersResult(0);
-    const CNuvDoubleVector& array_1 = call.Numbers(0);
-    const CNuvDoubleVector& array_2 = call.Numbers(1);
     if (array_1.Size() == 0 || array_2.Size() == 0) {
       call.Warn("CorrelateCircular", "No array values to correlate!");
       return Status::kSuccess;
@@ -136,7 +134,6 @@ struct CNArrMathCorrelateCircular final : Instruction<CNArrMathCorrelateCircular
   }
 };
 
-template IXInstrPlugin* NewInstruction<CNArrMathCorrelate>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrMathCorrelateCircular>() noexcept;
+template struct Instructions<CNArrMathCorrelate, CNArrMathCorrelateCircular>;
 
 }  // namespace formula

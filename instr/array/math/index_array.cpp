@@ -25,11 +25,11 @@ struct CNArrMathIndexArray final : Instruction<CNArrMathIndexArray> {
                                  {1, "descending - largest first"},
                                  {2, "ascending - smallest first"}}}},
       .inputs = {Numbers("input array", "Input array of numbers to be indexed")},
-      .results = {Numbers("index array")}};
-  static Status Run(Call& call) {
+      .results = {Numbers("index array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array) {
     const std::int32_t method = call.ConstantInteger(0);
     CNuvDoubleVector& result = call.NumbersResult(0);
-    const CNuvDoubleVector& array = call.Numbers(0);
     const std::size_t size = array.Size();
     if (method != 1 && method != 2) {
       result.Resize(size);
@@ -50,6 +50,6 @@ struct CNArrMathIndexArray final : Instruction<CNArrMathIndexArray> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CNArrMathIndexArray>() noexcept;
+template struct Instructions<CNArrMathIndexArray>;
 
 }  // namespace formula

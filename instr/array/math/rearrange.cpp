@@ -25,19 +25,17 @@ struct CNArrSetRange final : Instruction<CNArrSetRange> {
                  Boolean("wrap around", false,
                          "If true, the range can go off the end of array and wrap around to the "
                          "start of the array")},
-      .results = {Numbers("array with range set")}};
-  static Status Run(Call& call) {
-    const std::int64_t index = call.Truncated(1);
-    const std::int64_t count = call.Truncated(2);
-    const double value = call.Number(3);
-    const bool wrap = call.Boolean(4);
+      .results = {Numbers("array with range set")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array, Truncated index, Truncated number,
+                    double value, bool wrap) {
     CNuvDoubleVector& result = call.NumbersResult(0);
-    const CNuvDoubleVector& array = call.Numbers(0);
     result.Resize(array.Size());
     double* out = result.GetStorage();
     const double* in = array.GetStorage();
     if (out != in) std::copy_n(in, array.Size(), out);
 
+    const std::int64_t count = number;
     if (index < 0 || count < 1) return Status::kSuccess;
     const auto size = static_cast<std::int64_t>(array.Size());
     if (wrap && count >= size) {
@@ -52,16 +50,17 @@ struct CNArrSetRange final : Instruction<CNArrSetRange> {
 };
 
 struct CNArrReverse final : Instruction<CNArrReverse> {
-  static constexpr Definition kDefinition{.category = "Array: Number",
-                                          .name = "Reverse",
-                                          .identifier = "_Nuv_Array_CNArrReverse_",
-                                          .help = 460259,
-                                          .description = "Reverse values in array",
-                                          .inputs = {Numbers("input array", "Input array")},
-                                          .results = {Numbers("reversed array")}};
-  static Status Run(Call& call) {
+  static constexpr Definition kDefinition{
+      .category = "Array: Number",
+      .name = "Reverse",
+      .identifier = "_Nuv_Array_CNArrReverse_",
+      .help = 460259,
+      .description = "Reverse values in array",
+      .inputs = {Numbers("input array", "Input array")},
+      .results = {Numbers("reversed array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& in) {
     CNuvDoubleVector& out = call.NumbersResult(0);
-    const CNuvDoubleVector& in = call.Numbers(0);
     out.Resize(in.Size());
     if (&out == &in) {
       std::reverse(out.GetStorage(), out.GetStorage() + out.Size());
@@ -81,11 +80,10 @@ struct CNArrSort final : Instruction<CNArrSort> {
       .description = "Sorts the number array ascending(default) or descending.",
       .inputs = {Numbers("arr", "input array"),
                  Boolean("descending", false, "Sorts descending when true")},
-      .results = {Numbers("new array")}};
-  static Status Run(Call& call) {
-    const bool descending = call.Boolean(1);
+      .results = {Numbers("new array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& in, bool descending) {
     CNuvDoubleVector& out = call.NumbersResult(0);
-    const CNuvDoubleVector& in = call.Numbers(0);
     const auto scratch = std::make_unique_for_overwrite<std::uint64_t[]>(in.Size());
     out.Resize(in.Size());
     SortNumbers(out.GetStorage(), in.GetStorage(), out.Size(), descending, scratch.get());
@@ -104,18 +102,16 @@ struct CNArrCopyArray final : Instruction<CNArrCopyArray> {
       .inputs = {Numbers("array", "Input array"),
                  Number("index", 0.0, "Copy input starting at this array index"),
                  Number("number", -1.0, "Number of input array values to copy. -1 to copy all")},
-      .results = {Numbers("new array", "Copy of all or part of 'array'")}};
-  static Status Run(Call& call) {
-    const std::int64_t index = call.Truncated(1);
-    const std::int64_t number = call.Truncated(2);
+      .results = {Numbers("new array", "Copy of all or part of 'array'")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& in, Truncated index, Truncated number) {
     CNuvDoubleVector& out = call.NumbersResult(0);
-    const CNuvDoubleVector& in = call.Numbers(0);
     const std::int64_t left = static_cast<std::int64_t>(in.Size()) - index;
     if (index < 0 || left < 1) {
       out.Resize(0);
       return Status::kSuccess;
     }
-    const std::int64_t count = number < 0 ? left : std::min(number, left);
+    const std::int64_t count = number < 0 ? left : std::min<std::int64_t>(number, left);
     // A result that is the input shrinks only once its elements are in place.
     if (&out != &in) out.Resize(static_cast<std::size_t>(count));
     std::copy_n(in.GetStorage() + index, count, out.GetStorage());
@@ -135,12 +131,11 @@ struct CNArrInsertArray final : Instruction<CNArrInsertArray> {
       .inputs = {Numbers("insert array", "Array to insert"),
                  Numbers("into array", "Input array to insert into"),
                  Number("at index", 0.0, "Start inserting values at this 'into array' index")},
-      .results = {Numbers("new array", "'into array' with 'insert array' inserted into it")}};
-  static Status Run(Call& call) {
-    const std::int64_t at = call.Truncated(2);
+      .results = {Numbers("new array", "'into array' with 'insert array' inserted into it")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& insert, const CNuvDoubleVector& into,
+                    Truncated at) {
     CNuvDoubleVector& out = call.NumbersResult(0);
-    const CNuvDoubleVector& insert = call.Numbers(0);
-    const CNuvDoubleVector& into = call.Numbers(1);
     if (&out == &insert || &out == &into) {
       const CNuvDoubleVector copy(out);
       Insert(out, &out == &insert ? copy : insert, &out == &into ? copy : into, at);
@@ -162,10 +157,7 @@ struct CNArrInsertArray final : Instruction<CNArrInsertArray> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CNArrSetRange>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrReverse>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrSort>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrCopyArray>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrInsertArray>() noexcept;
+template struct Instructions<CNArrSetRange, CNArrReverse, CNArrSort, CNArrCopyArray,
+                             CNArrInsertArray>;
 
 }  // namespace formula

@@ -45,13 +45,11 @@ struct CNArrMathSmooth final : Instruction<CNArrMathSmooth> {
                  Boolean("circular", false, "If true, 'array' is circular"),
                  Boolean("duplicate ends", false,
                          "If true, duplicate array value 1 to 0 and last-1 to last")},
-      .results = {Numbers("Smoothed array")}};
-  static Status Run(Call& call) {
-    const std::int32_t passes = call.Truncated(1);
-    const bool circular = call.Boolean(2);
-    const bool duplicate_ends = call.Boolean(3);
+      .results = {Numbers("Smoothed array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array, Truncated passes, bool circular,
+                    bool duplicate_ends) {
     CNuvDoubleVector& result = call.NumbersResult(0);
-    const CNuvDoubleVector& array = call.Numbers(0);
     const std::size_t size = array.Size();
     const bool shared = &result == &array;
     if (passes < 1 || size < 3) {
@@ -76,6 +74,6 @@ struct CNArrMathSmooth final : Instruction<CNArrMathSmooth> {
   }
 };
 
-template IXInstrPlugin* NewInstruction<CNArrMathSmooth>() noexcept;
+template struct Instructions<CNArrMathSmooth>;
 
 }  // namespace formula

@@ -8,9 +8,8 @@ namespace {
 
 /// Resizes the result to the array's size and hands out, in, size and the constants to the kernel.
 template <class Kernel, class... Constants>
-Status Map(Call& call, Kernel* kernel, Constants... constants) {
+Status Map(Call& call, Kernel* kernel, const CNuvDoubleVector& in, Constants... constants) {
   CNuvDoubleVector& out = call.NumbersResult(0);
-  const CNuvDoubleVector& in = call.Numbers(0);
   out.Resize(in.Size());
   kernel(out.GetStorage(), in.GetStorage(), out.Size(), constants...);
   return Status::kSuccess;
@@ -28,9 +27,11 @@ struct CNArrMathThreshold final : Instruction<CNArrMathThreshold> {
       .inputs = {Numbers("array", "Input array"), Number("threshold", 0.0, "Threshold value"),
                  Number("above", 1.0, "Set numbers at or above the threshold to this value"),
                  Number("below", 0.0, "Set numbers below the threshold to this value")},
-      .results = {Numbers("output array")}};
-  static Status Run(Call& call) {
-    return Map(call, kKernels->threshold, call.Number(1), call.Number(2), call.Number(3));
+      .results = {Numbers("output array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array, double threshold, double above,
+                    double below) {
+    return Map(call, kKernels->threshold, array, threshold, above, below);
   }
 };
 
@@ -52,12 +53,12 @@ struct CNArrMathThresholdBand final : Instruction<CNArrMathThresholdBand> {
                  Number("between", 0.5,
                         "Set numbers below 'high' and at or above 'low threshold' to this value"),
                  Number("below", 0.0, "Set numbers below the 'low threshold' to this value")},
-      .results = {Numbers("output array")}};
-  static Status Run(Call& call) {
-    const double high = call.Number(1);
-    const double low = call.Number(2);
-    return Map(call, kKernels->threshold_band, high < low ? low : high, low, call.Number(3),
-               call.Number(4), call.Number(5));
+      .results = {Numbers("output array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array, double high, double low,
+                    double above, double between, double below) {
+    const double upper = high < low ? low : high;
+    return Map(call, kKernels->threshold_band, array, upper, low, above, between, below);
   }
 };
 
@@ -70,9 +71,10 @@ struct CNArrMathClipLow final : Instruction<CNArrMathClipLow> {
       .description = "Set array values below 'threshold' to 'below' value",
       .inputs = {Numbers("array", "Input array"), Number("threshold", 0.0, "Threshold value"),
                  Number("below", 0.0, "Set numbers below the threshold to this value")},
-      .results = {Numbers("output array")}};
-  static Status Run(Call& call) {
-    return Map(call, kKernels->clip_low, call.Number(1), call.Number(2));
+      .results = {Numbers("output array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array, double threshold, double below) {
+    return Map(call, kKernels->clip_low, array, threshold, below);
   }
 };
 
@@ -85,15 +87,14 @@ struct CNArrMathClipHigh final : Instruction<CNArrMathClipHigh> {
       .description = "Set array values at or above 'threshold' to 'above' value",
       .inputs = {Numbers("array", "Input array"), Number("threshold", 0.0, "Threshold value"),
                  Number("above", 0.0, "Set numbers at or above the threshold to this value")},
-      .results = {Numbers("output array")}};
-  static Status Run(Call& call) {
-    return Map(call, kKernels->clip_high, call.Number(1), call.Number(2));
+      .results = {Numbers("output array")},
+  };
+  static Status Run(Call& call, const CNuvDoubleVector& array, double threshold, double above) {
+    return Map(call, kKernels->clip_high, array, threshold, above);
   }
 };
 
-template IXInstrPlugin* NewInstruction<CNArrMathThreshold>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrMathThresholdBand>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrMathClipLow>() noexcept;
-template IXInstrPlugin* NewInstruction<CNArrMathClipHigh>() noexcept;
+template struct Instructions<CNArrMathThreshold, CNArrMathThresholdBand, CNArrMathClipLow,
+                             CNArrMathClipHigh>;
 
 }  // namespace formula
