@@ -15,8 +15,8 @@
 #include <vector>
 
 #include "bench/ready_context.h"
-#include "instr/array/cluster.h"
-#include "instr/array/math/kernels.h"
+#include "algorithm/cluster.h"
+#include "algorithm/kernels.h"
 #include "tests/instr/plain_signals.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "instr/array/element_set.h"
+#include "algorithm/element_set.h"
 #include "instr/array/traits.h"
 #include "instr/array/write.h"
 #include "plugin/instruction.h"
@@ -13,6 +13,13 @@ namespace {
 
 /// Up to this many elements are compared one by one.
 constexpr std::size_t kFew = 12;
+
+struct HashOf {
+  std::uint64_t operator()(double number) const { return Hash(number); }
+  std::uint64_t operator()(const CNuvString& text) const { return Hash(std::string_view(text)); }
+  std::uint64_t operator()(const CNuvPoint& point) const { return Hash(point.x, point.y); }
+  std::uint64_t operator()(const CNuvLine& line) const { return Hash(line.a, line.d); }
+};
 
 /// Writes the elements of the array that the other one does not contain.
 template <class E, class Contains>
@@ -49,7 +56,7 @@ struct ArrDiff : Instruction<I> {
         return std::find(begin, end, value) != end;
       });
     }
-    const ElementSet<Element> set(begin, second.Size());
+    const ElementSet<Element, HashOf> set(begin, second.Size());
     return WriteOthers<E>(call, first,
                           [&set](const Element& value) { return set.Contains(value); });
   }

@@ -4,9 +4,9 @@
 #include <limits>
 #include <memory>
 
+#include "algorithm/cluster.h"
+#include "algorithm/sort.h"
 #include "host/geometry.h"
-#include "instr/array/cluster.h"
-#include "instr/array/math/sort.h"
 #include "instr/array/traits.h"
 #include "instr/array/write.h"
 #include "plugin/instruction.h"

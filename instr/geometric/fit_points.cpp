@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "algorithm/cluster.h"
 #include "host/geometry.h"
-#include "instr/array/cluster.h"
 
 namespace formula {
 

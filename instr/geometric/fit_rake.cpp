@@ -4,8 +4,8 @@
 #include <span>
 #include <vector>
 
+#include "algorithm/cluster.h"
 #include "host/integer.h"
-#include "instr/array/cluster.h"
 #include "instr/geometric/fit_line.h"
 #include "plugin/instruction.h"
 

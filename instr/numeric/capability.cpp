@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "instr/numeric/sample.h"
+#include "algorithm/sample.h"
 #include "plugin/instruction.h"
 
 namespace formula {

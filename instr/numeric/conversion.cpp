@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "instr/numeric/number_scan.h"
-#include "instr/string/number_format.h"
+#include "algorithm/number_scan.h"
+#include "instr/string/formatted_result.h"
 #include "plugin/instruction.h"
 
 namespace formula {

@@ -1,7 +1,7 @@
 // Sums, extremes, means and variances, of numbers given one by one and of number arrays.
 
-#include "instr/array/math/kernels.h"
-#include "instr/numeric/sample.h"
+#include "algorithm/kernels.h"
+#include "algorithm/sample.h"
 #include "plugin/instruction.h"
 
 namespace formula {

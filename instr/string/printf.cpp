@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "instr/string/number_format.h"
+#include "instr/string/formatted_result.h"
 #include "plugin/instruction.h"
 
 namespace formula {

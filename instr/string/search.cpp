@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "instr/string/text_search.h"
+#include "algorithm/text_search.h"
 #include "plugin/instruction.h"
 
 namespace formula {

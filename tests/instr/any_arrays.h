@@ -9,7 +9,7 @@
 #include <random>
 #include <vector>
 
-#include "instr/array/math/kernels.h"
+#include "algorithm/kernels.h"
 #include "tests/instr/random_rounds.h"
 
 using formula::Kernels;

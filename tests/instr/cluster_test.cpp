@@ -1,6 +1,6 @@
 // Clustering and the point arrays' algorithms against the plain ones.
 
-#include "instr/array/cluster.h"
+#include "algorithm/cluster.h"
 
 #include <algorithm>
 #include <cmath>

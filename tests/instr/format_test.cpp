@@ -3,7 +3,7 @@
 #include <limits>
 #include <memory>
 
-#include "instr/string/number_format.h"
+#include "algorithm/number_format.h"
 #include "tests/instr/random_rounds.h"
 #include "tests/instr/table.h"
 

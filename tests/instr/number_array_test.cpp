@@ -7,8 +7,8 @@
 #include <limits>
 #include <vector>
 
-#include "instr/array/math/kernels.h"
-#include "instr/array/math/sort.h"
+#include "algorithm/kernels.h"
+#include "algorithm/sort.h"
 #include "tests/instr/any_arrays.h"
 #include "tests/instr/table.h"
 

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <optional>
 
-#include "instr/numeric/number_scan.h"
+#include "algorithm/number_scan.h"
 #include "tests/instr/random_rounds.h"
 #include "tests/instr/table.h"
 

@@ -4,7 +4,7 @@
 #include <compare>
 #include <numeric>
 
-#include "instr/array/math/sort.h"
+#include "algorithm/sort.h"
 #include "tests/instr/any_arrays.h"
 #include "tests/instr/plain_signals.h"
 #include "tests/instr/table.h"

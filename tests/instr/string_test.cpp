@@ -2,7 +2,7 @@
 
 #include <random>
 
-#include "instr/string/text_search.h"
+#include "algorithm/text_search.h"
 #include "tests/instr/table.h"
 
 namespace {

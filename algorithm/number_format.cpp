@@ -1,4 +1,4 @@
-#include "instr/string/number_format.h"
+#include "algorithm/number_format.h"
 
 #include <algorithm>
 #include <charconv>

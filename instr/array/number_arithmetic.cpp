@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "instr/array/math/kernels.h"
+#include "algorithm/kernels.h"
 #include "plugin/instruction.h"
 
 namespace formula {

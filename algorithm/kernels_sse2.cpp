@@ -1,6 +1,6 @@
 // The kernels for the lanes that every processor has.
 
-#include "instr/array/math/kernel_bodies.inc"
+#include "algorithm/kernel_bodies.inc"
 
 namespace formula {
 

@@ -1,4 +1,4 @@
-#include "instr/numeric/number_scan.h"
+#include "algorithm/number_scan.h"
 
 #include <algorithm>
 #include <charconv>

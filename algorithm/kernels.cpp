@@ -1,4 +1,4 @@
-#include "instr/array/math/kernels.h"
+#include "algorithm/kernels.h"
 
 namespace formula {
 

@@ -13,8 +13,6 @@
 #include <string_view>
 #include <vector>
 
-#include "plugin/call.h"
-
 namespace formula {
 
 struct FormattedText {
@@ -26,17 +24,5 @@ struct FormattedText {
 /// Formats as C defines it, to the exact decimal value, rounded half to even; the sign of a NaN is
 /// shown.
 FormattedText FormatNumbers(std::string_view format, std::span<const double> numbers);
-
-/// Writes the text to the call's first result, with a warning for each invalid conversion. `source`
-/// is the display name of the instruction.
-inline Status SetFormatted(Call& call, const char* source, std::string_view format,
-                           std::span<const double> numbers) {
-  const FormattedText formatted = FormatNumbers(format, numbers);
-  for (const std::string_view conversion : formatted.invalid) {
-    const std::string text = "Invalid conversion \"" + std::string(conversion) + "\" in format";
-    call.Warn(source, text.c_str());
-  }
-  return call.Set(0, formatted.text);
-}
 
 }  // namespace formula

@@ -1,23 +1,11 @@
-// Normalised correlation: the cosine of the angle between two arrays less their means, from -1 to
-// 1 (Pearson's coefficient).
+// How alike two number arrays are.
 
 #include <algorithm>
-#include <cmath>
-#include <memory>
 
-#include "instr/array/math/kernels.h"
+#include "algorithm/correlation.h"
 #include "plugin/instruction.h"
 
 namespace formula {
-namespace {
-
-double Mean(const double* values, std::size_t size) {
-  double sum = 0.0;
-  for (std::size_t i = 0; i < size; ++i) sum += values[i];
-  return sum / static_cast<double>(size);
-}
-
-}  // namespace
 
 /// Of the elements that stand beside each other once array_2 has moved forward by the shift, or
 /// array_1 by a negative one.
@@ -48,24 +36,12 @@ struct CNArrMathCorrelate final : Instruction<CNArrMathCorrelate> {
     const double* x = array_1.GetStorage() + start_1;
     const double* y = array_2.GetStorage() + start_2;
     const auto size = static_cast<std::size_t>(count);
-    const double mean_x = Mean(x, size);
-    const double mean_y = Mean(y, size);
-    double sxy = 0.0;
-    double sxx = 0.0;
-    double syy = 0.0;
-    for (std::size_t i = 0; i < size; ++i) {
-      const double dx = x[i] - mean_x;
-      const double dy = y[i] - mean_y;
-      sxy += dx * dy;
-      sxx += dx * dx;
-      syy += dy * dy;
-    }
-    const double norm = std::sqrt(syy) * std::sqrt(sxx);
-    if (norm == 0.0) {
+    const std::optional<double> value = Correlate(x, y, size);
+    if (!value) {
       call.Warn("Correlate", "Constant array(s)!");
       return Answer(call, 0.0, kConstant, size);
     }
-    return Answer(call, sxy / norm, kGood, size);
+    return Answer(call, *value, kGood, size);
   }
 
  private:
@@ -106,28 +82,12 @@ struct CNArrMathCorrelateCircular final : Instruction<CNArrMathCorrelateCircular
     const CNuvDoubleVector& search = first_is_shorter ? array_2 : array_1;
     const std::size_t pattern_size = pattern.Size();
     const std::size_t size = search.Size();
-
-    // The differences of the pattern from its mean, then the search array with its beginning
-    // behind it. The scores, which may be an input, are written once these are made.
-    const std::size_t total = pattern_size + size + pattern_size + kCorrelationPadding;
-    const auto work = std::make_unique_for_overwrite<double[]>(total);
-    double* differences = work.get();
-    const double mean = Mean(pattern.GetStorage(), pattern_size);
-    double squares = 0.0;
-    for (std::size_t i = 0; i < pattern_size; ++i) {
-      const double difference = pattern[i] - mean;
-      differences[i] = difference;
-      squares += difference * difference;
-    }
-    double* circle = differences + pattern_size;
-    double* end = std::copy_n(search.GetStorage(), size, circle);
-    end = std::copy_n(search.GetStorage(), pattern_size, end);
-    std::fill_n(end, kCorrelationPadding, 0.0);
-
+    const CircularCorrelation correlation(pattern.GetStorage(), pattern_size, search.GetStorage(),
+                                          size);
+    // The inputs are copied: the scores may be one of them.
     scores.Resize(size);
     double* out = scores.GetStorage();
-    const std::size_t invalid =
-        kKernels->correlate(out, circle, size, differences, pattern_size, std::sqrt(squares));
+    const std::size_t invalid = correlation.WriteScores(out);
     if (align && pattern_size >= 3) std::rotate(out, out + (size - pattern_size / 2), out + size);
     call.Set(1, static_cast<double>(pattern_size));
     return call.Set(2, static_cast<double>(invalid));

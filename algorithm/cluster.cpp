@@ -1,4 +1,4 @@
-#include "instr/array/cluster.h"
+#include "algorithm/cluster.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <memory>
 
-#include "instr/array/math/kernels.h"
-#include "instr/array/math/sort.h"
+#include "algorithm/kernels.h"
+#include "algorithm/sort.h"
 #include "plugin/instruction.h"
 
 namespace formula {

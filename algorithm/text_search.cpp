@@ -1,4 +1,4 @@
-#include "instr/string/text_search.h"
+#include "algorithm/text_search.h"
 
 #include <emmintrin.h>
 

@@ -1,6 +1,6 @@
 // Thresholds and clipping of number arrays.
 
-#include "instr/array/math/kernels.h"
+#include "algorithm/kernels.h"
 #include "plugin/instruction.h"
 
 namespace formula {

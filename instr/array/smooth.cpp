@@ -1,35 +1,14 @@
 // Smoothing number arrays.
 
+#include "algorithm/smooth.h"
+
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
-#include "instr/array/math/kernels.h"
+#include "algorithm/kernels.h"
 #include "plugin/instruction.h"
 
 namespace formula {
-namespace {
-
-/// Smooths `in` to `out`, which may be `in`. `spare` has room for as many elements where they are
-/// one or where the passes are more than kSmoothPasses.
-void SmoothTimes(double* out, const double* in, double* spare, std::size_t size,
-                 std::ptrdiff_t passes, bool circular) {
-  const std::size_t bytes = size * sizeof(double);
-  const double* from = in;
-  while (passes > 0) {
-    // Whole rounds come last: one that changes nothing leaves nothing to do.
-    const std::ptrdiff_t odd = passes % kSmoothPasses;
-    const std::ptrdiff_t round = odd == 0 ? kSmoothPasses : odd;
-    double* to = from == out ? spare : out;
-    kKernels->smooth(to, from, size, round, circular);
-    if (round == kSmoothPasses && std::memcmp(to, from, bytes) == 0) break;
-    from = to;
-    passes -= round;
-  }
-  if (from != out) std::memcpy(out, from, bytes);
-}
-
-}  // namespace
 
 /// The filter (1, 2, 1) / 4 over each element and its neighbours, repeated. The ends stay as they
 /// are, or are each other's neighbours where the array is circular.
@@ -65,7 +44,7 @@ struct CNArrMathSmooth final : Instruction<CNArrMathSmooth> {
     if (shared || passes > kSmoothPasses) spare = std::make_unique_for_overwrite<double[]>(size);
     result.Resize(size);
     double* out = result.GetStorage();
-    SmoothTimes(out, array.GetStorage(), spare.get(), size, passes, circular);
+    Smooth(out, array.GetStorage(), spare.get(), size, passes, circular);
     if (duplicate_ends) {
       out[0] = out[1];
       out[size - 1] = out[size - 2];

@@ -1,6 +1,6 @@
 // The kernels for AVX2; compiled with -mavx2, run where the processor has it.
 
-#include "instr/array/math/kernel_bodies.inc"
+#include "algorithm/kernel_bodies.inc"
 
 namespace formula {
 

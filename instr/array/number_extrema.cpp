@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "instr/array/math/kernels.h"
-#include "instr/numeric/sample.h"
+#include "algorithm/kernels.h"
+#include "algorithm/sample.h"
 #include "plugin/instruction.h"
 
 namespace formula {

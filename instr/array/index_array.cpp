@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "instr/array/math/sort.h"
+#include "algorithm/sort.h"
 #include "plugin/instruction.h"
 
 namespace formula {

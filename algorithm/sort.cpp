@@ -1,4 +1,4 @@
-#include "instr/array/math/sort.h"
+#include "algorithm/sort.h"
 
 #include <algorithm>
 #include <array>

@@ -13,8 +13,6 @@
 #include <utility>
 #include <vector>
 
-#include "host/values.h"
-
 namespace formula {
 
 /// Two odd factors without a pattern.
@@ -57,9 +55,6 @@ inline std::uint64_t Hash(std::string_view text) {
   return Mix(hash);
 }
 
-inline std::uint64_t Hash(const CNuvString& string) {
-  return Hash(std::string_view(string));
-}
 inline std::uint64_t Hash(double number) {
   // Integers held as doubles differ in their upper bits alone.
   return Mix(EqualBits(number) * kFactor);
@@ -67,15 +62,9 @@ inline std::uint64_t Hash(double number) {
 inline std::uint64_t Hash(double a, double b) {
   return Mix(EqualBits(a) * kFactor + std::rotl(EqualBits(b), 32));
 }
-inline std::uint64_t Hash(const CNuvPoint& point) {
-  return Hash(point.x, point.y);
-}
-inline std::uint64_t Hash(const CNuvLine& line) {
-  return Hash(line.a, line.d);
-}
-
-/// Equality is that of the element type. It refers to the array it was made from.
-template <class Element>
+/// Equality is that of the element type, and `HashOf` gives equal elements one hash. The set refers
+/// to the array it was made from.
+template <class Element, class HashOf>
 class ElementSet {
  public:
   ElementSet(const Element* elements, std::size_t size)
@@ -102,7 +91,7 @@ class ElementSet {
   }
 
  private:
-  std::size_t CellOf(const Element& value) const { return Hash(value) >> (64 - bits_); }
+  std::size_t CellOf(const Element& value) const { return HashOf()(value) >> (64 - bits_); }
 
   const Element* elements_;
   int bits_;
