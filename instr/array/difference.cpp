@@ -9,17 +9,19 @@
 #include "plugin/instruction.h"
 
 namespace formula {
-namespace {
 
-/// Up to this many elements are compared one by one.
-constexpr std::size_t kFew = 12;
-
-struct HashOf {
+/// The hash of an element of any type.
+struct ElementHash {
   std::uint64_t operator()(double number) const { return Hash(number); }
   std::uint64_t operator()(const CNuvString& text) const { return Hash(std::string_view(text)); }
   std::uint64_t operator()(const CNuvPoint& point) const { return Hash(point.x, point.y); }
   std::uint64_t operator()(const CNuvLine& line) const { return Hash(line.a, line.d); }
 };
+
+namespace {
+
+/// Up to this many elements are compared one by one.
+constexpr std::size_t kFew = 12;
 
 /// Writes the elements of the array that the other one does not contain.
 template <class E, class Contains>
@@ -56,7 +58,7 @@ struct ArrDiff : Instruction<I> {
         return std::find(begin, end, value) != end;
       });
     }
-    const ElementSet<Element, HashOf> set(begin, second.Size());
+    const ElementSet<Element, ElementHash> set(begin, second.Size());
     return WriteOthers<E>(call, first,
                           [&set](const Element& value) { return set.Contains(value); });
   }
