@@ -74,20 +74,20 @@ void Try(Random& random, SceneKind kind, const SizeClass& size, Cell* cell) {
     ++cell->larger;
     return;
   }
-  // The fit is judged by the sum about the figure it reports, whose own coordinates are rounded:
-  // at an offset of 1e6 by 1.2e-10 each, which moves every distance by less than 5e-10.
+  // The fit is judged by the sum about the figure it reports. Coordinates as large as the largest
+  // are rounded by up to 2^-53 of it each, a point's and the centre's both: no distance is known to
+  // better than four times that.
   const long double found =
       circle ? CircleSquares(fit.used, fit.center.x, fit.center.y) : LineSquares(fit.used);
-  const long double rounding =
-      kind.offset * 0x1p-51L * kind.offset * 0x1p-51L * static_cast<long double>(fit.used.size());
+  double magnitude = 0.0;
+  for (const CNuvPoint& p : scene.points) {
+    magnitude = std::max({magnitude, std::fabs(p.x), std::fabs(p.y)});
+  }
+  const long double unknown = 0x1p-51L * magnitude;
+  const long double rounding = unknown * unknown * static_cast<long double>(fit.used.size());
   cell->worst = std::max(cell->worst, found / (bound + rounding));
   if (found > bound * (1.0L + 1e-6L) + rounding) {
     ++cell->larger;
-#ifdef FIT_DEBUG
-    std::printf("# shape %d kind %d n %zu percent %d order %d noise %g offset %g ratio %Lg\n",
-                int(kind.shape), int(kind.outliers), kind.count, percent, int(kind.order),
-                kind.noise, kind.offset, found / bound);
-#endif
   }
 }
 

@@ -15,22 +15,30 @@ namespace {
 constexpr std::uint32_t kSuccess = 0;
 constexpr std::uint32_t kFailure = 1;
 
+constexpr geometry::Effort kLineEffort = {
+    .least_draws = 60, .starts = 16, .first = 3, .carried = 10, .alike = 1e-2};
+constexpr geometry::Effort kCircleEffort = {
+    .least_draws = 120, .starts = 60, .first = 20, .carried = 10, .alike = 1e-9};
+
 std::vector<bool> BestSubset(const geometry::LineFigure& /*figure*/, const CNuvPoint* points,
                              std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (count > geometry::kMostSweptPoints) {
-    return geometry::SearchTrimmed<geometry::LineFigure>(points, count, kept, box);
+    return geometry::SearchTrimmed<geometry::LineFigure>(points, count, kept, box, kLineEffort);
   }
-  const geometry::Frame frame = geometry::FrameOfMost(points, geometry::Sample(count), kept, box);
+  const geometry::Frame frame =
+      geometry::FrameOfMost(points, geometry::Sample(count, count), kept, count, box);
   return geometry::BestLineSubset(geometry::InFrame(frame, points, count), kept);
 }
 
 std::vector<bool> BestSubset(const geometry::CircleFigure& /*figure*/, const CNuvPoint* points,
                              std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (!geometry::AreCircleSubsetsFew(count, kept)) {
-    return geometry::SearchTrimmed<geometry::CircleFigure>(points, count, kept, box);
+    return geometry::SearchTrimmed<geometry::CircleFigure>(points, count, kept, box, kCircleEffort);
   }
-  const geometry::Frame frame = geometry::FrameOfMost(points, geometry::Sample(count), kept, box);
-  return geometry::BestCircleSubset(geometry::InFrame(frame, points, count), kept);
+  const geometry::Frame frame =
+      geometry::FrameOfMost(points, geometry::Sample(count, count), kept, count, box);
+  return geometry::BestCircleSubset(geometry::InFrame(frame, points, count), kept,
+                                    frame.Resolution(box.Magnitude()));
 }
 
 /// Divides the points into outliers and points used, in their order; false where there is no
@@ -53,9 +61,10 @@ bool Divide(const CNuvPoint* points, std::uint32_t count, std::uint32_t percent,
   if (!box.IsFinite()) return false;
   const std::vector<bool> flags = BestSubset(Figure(), points, count, kept, box);
   if (flags.empty()) return false;
-  used->Restart(kept);
-  outliers->Restart(out);
-  for (std::uint32_t i = 0; i < count; ++i) (flags[i] ? used : outliers)->Append(points + i, 1);
+  outliers->Resize(static_cast<std::uint32_t>(out));
+  used->Resize(static_cast<std::uint32_t>(kept));
+  CNuvPoint* next[2] = {outliers->GetStorage(), used->GetStorage()};
+  for (std::uint32_t i = 0; i < count; ++i) *next[flags[i] ? 1 : 0]++ = points[i];
   return true;
 }
 

@@ -4,16 +4,12 @@
 #include <cstddef>
 
 #include "host/values.h"
-#include "reference_host/geometry/two.h"
 
 namespace geometry {
 
 /// A circle in coordinates of a frame.
 struct CircleFigure {
   static constexpr std::size_t kPoints = 3;
-  /// How many starts of a trimmed search are taken further, and how many to the end.
-  static constexpr std::size_t kStarts = 12;
-  static constexpr std::size_t kFinalists = 4;
 
   double x = 0.0;
   double y = 0.0;
@@ -26,9 +22,10 @@ struct CircleFigure {
   /// PAMI 13, 1991), in the formulation of Chernov, "Circular and linear regression", 2010. False
   /// where the points lie on a line.
   bool Fit(const double* px, const double* py, std::size_t count);
-  /// The same with the mean of the points known.
-  bool FitAbout(double mean_x, double mean_y, const double* px, const double* py,
-                std::size_t count);
+  /// The same with the mean of the points known; tells in `least` what no circle's mean squared
+  /// distance is below, for those that are below `limit`.
+  bool FitAbout(double mean_x, double mean_y, const double* px, const double* py, std::size_t count,
+                double limit, double* least);
   /// From this circle to the nearest one whose sum of squared distances is least (the geometric
   /// fit of Gander, Golub and Strebel, "Least-squares fitting of circles and ellipses", BIT 34,
   /// 1994). The radius follows from the centre, so that Newton's method has two unknowns; where
@@ -39,15 +36,15 @@ struct CircleFigure {
     double squares = 0.0;
     return Refine(px, py, count, &squares);
   }
-  /// Of one point, or of two points side by side.
-  template <class Number>
-  Number SquaredDistance(Number px, Number py) const {
-    const Number dx = px - Number(x);
-    const Number dy = py - Number(y);
-    const Number distance = Sqrt(dx * dx + dy * dy) - Number(radius);
-    return distance * distance;
-  }
+  /// Of each point.
+  void SquaredDistances(const double* px, const double* py, std::size_t count, double* out) const;
 };
+
+/// Taubin's fit, refined, of points about a mean, in a frame of that resolution; the mean squared
+/// distance from it. False where it is certain not to be below `limit`, where the centre runs away,
+/// and for points that lie on a line as nearly as their coordinates can tell.
+bool FitFully(double mean_x, double mean_y, const double* px, const double* py, std::size_t count,
+              double resolution, double limit, CircleFigure* circle, double* squares);
 
 /// A circle fitted to points, with their mean distance from it.
 struct CircleFit {

@@ -67,6 +67,17 @@ inline Result FitCircle(const Points& points, std::uint32_t percent) {
   return result;
 }
 
+/// Points near a line or a circle, a share of them anywhere around it.
+inline Points NearFigure(Random& random, bool circle, int count, double out, double noise) {
+  const auto n = static_cast<std::size_t>(count);
+  return MakeScene(random, {.shape = circle ? Shape::kCircle : Shape::kLine,
+                            .count = n,
+                            .out = static_cast<std::size_t>(out * count),
+                            .noise = noise,
+                            .offset = kSize})
+      .points;
+}
+
 /// Used and left out together are the input, each in its order.
 inline bool IsDivided(const Points& points, const Result& result, std::uint32_t percent) {
   const std::size_t out = points.size() * percent / 100;
