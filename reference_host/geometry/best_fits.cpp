@@ -1,6 +1,7 @@
 // The fits of CNuvGeometry.
 
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "host/geometry.h"
@@ -23,7 +24,9 @@ constexpr geometry::Effort kCircleEffort = {
 std::vector<bool> BestSubset(const geometry::LineFigure& /*figure*/, const CNuvPoint* points,
                              std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (count > geometry::kMostSweptPoints) {
-    return geometry::SearchTrimmed<geometry::LineFigure>(points, count, kept, box, kLineEffort);
+    return geometry::SearchTrimmed<geometry::LineFigure>(
+        points, count, kept, box, kLineEffort,
+        [](const std::vector<bool>& /*selected*/, double squares) { return squares; });
   }
   const geometry::Frame frame =
       geometry::FrameOfMost(points, geometry::Sample(count, count), kept, count, box);
@@ -33,12 +36,23 @@ std::vector<bool> BestSubset(const geometry::LineFigure& /*figure*/, const CNuvP
 std::vector<bool> BestSubset(const geometry::CircleFigure& /*figure*/, const CNuvPoint* points,
                              std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (!geometry::AreCircleSubsetsFew(count, kept)) {
-    return geometry::SearchTrimmed<geometry::CircleFigure>(points, count, kept, box, kCircleEffort);
+    // By the fit that will be reported: it need not descend to where the search has been.
+    std::vector<CNuvPoint> used(kept);
+    return geometry::SearchTrimmed<geometry::CircleFigure>(
+        points, count, kept, box, kCircleEffort,
+        [&](const std::vector<bool>& selected, double /*squares*/) {
+          auto next = used.begin();
+          for (std::size_t i = 0; i < count; ++i) {
+            if (selected[i]) *next++ = points[i];
+          }
+          geometry::CircleFit fit;
+          const bool is_fit = geometry::FitCircle(used.data(), kept, &fit);
+          return is_fit ? fit.error : std::numeric_limits<double>::infinity();
+        });
   }
   const geometry::Frame frame =
       geometry::FrameOfMost(points, geometry::Sample(count, count), kept, count, box);
-  return geometry::BestCircleSubset(geometry::InFrame(frame, points, count), kept,
-                                    frame.Resolution(box.Magnitude()));
+  return geometry::BestCircleSubset(points, frame, geometry::InFrame(frame, points, count), kept);
 }
 
 /// Divides the points into outliers and points used, in their order; false where there is no

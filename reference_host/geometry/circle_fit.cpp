@@ -271,6 +271,29 @@ double LeastSquares(std::size_t count, double z, double root, double limit) {
   return root * share * share;
 }
 
+/// Taubin's fit, refined, of points with that mean, and the mean squared distance.
+bool FitFully(double mean_x, double mean_y, const double* px, const double* py, std::size_t count,
+              CircleFigure* circle, double* squares) {
+  double least = 0.0;
+  if (!circle->FitAbout(mean_x, mean_y, px, py, count, kInfinity, &least)) return false;
+  const CircleFigure algebraic = *circle;
+  const bool is_fit = circle->Refine(px, py, count, squares);
+  // How far the points' mean lies within the circle is how much they curve.
+  const double dx = mean_x - algebraic.x;
+  const double dy = mean_y - algebraic.y;
+  const double depth = algebraic.radius - std::sqrt(dx * dx + dy * dy);
+  if (is_fit && *squares < depth * depth / 4.0) return true;
+  CircleFigure mirrored{mean_x + dx, mean_y + dy, algebraic.radius};
+  double mirrored_squares = 0.0;
+  if (mirrored.Refine(px, py, count, &mirrored_squares) &&
+      (!is_fit || mirrored_squares < *squares)) {
+    *circle = mirrored;
+    *squares = mirrored_squares;
+    return true;
+  }
+  return is_fit;
+}
+
 /// Whether the points lie on a line, to a root mean square distance of `resolution`.
 bool LieOnLine(const double* px, const double* py, std::size_t count, double resolution) {
   LineFigure line;
@@ -395,16 +418,6 @@ bool CircleFigure::Refine(const double* px, const double* py, std::size_t count,
   return true;
 }
 
-bool FitFully(double mean_x, double mean_y, const double* px, const double* py, std::size_t count,
-              double resolution, double limit, CircleFigure* circle, double* squares) {
-  double least = 0.0;
-  if (!circle->FitAbout(mean_x, mean_y, px, py, count, limit, &least) || least > limit)
-    return false;
-  if (!circle->Refine(px, py, count, squares)) return false;
-  // Only a circle much larger than the spread of its points may be a line.
-  return !(circle->radius > 10.0 && LieOnLine(px, py, count, 4.0 * resolution));
-}
-
 bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit) {
   if (count < CircleFigure::kPoints) return false;
   const Box box = BoundingBox(points, count);
@@ -433,8 +446,9 @@ bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit) {
   const auto n = static_cast<double>(count);
   CircleFigure circle;
   double squares = 0.0;
-  if (!FitFully(sum_x / n, sum_y / n, x, y, count, frame.Resolution(box.Magnitude()), kInfinity,
-                &circle, &squares)) {
+  if (!FitFully(sum_x / n, sum_y / n, x, y, count, &circle, &squares)) return false;
+  // Only a circle much larger than the spread of its points may be a line.
+  if (circle.radius > 10.0 && LieOnLine(x, y, count, 4.0 * frame.Resolution(box.Magnitude()))) {
     return false;
   }
   double* const beyond = x;
@@ -445,6 +459,7 @@ bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit) {
   fit->y = frame.BackY(circle.y);
   fit->diameter = frame.BackLength(2.0 * circle.radius);
   fit->mean_error = frame.BackLength(error);
+  fit->error = frame.BackLength(std::sqrt(squares));
   return std::isfinite(fit->x) && std::isfinite(fit->y) && std::isfinite(fit->diameter) &&
          std::isfinite(fit->mean_error);
 }

@@ -40,22 +40,18 @@ struct CircleFigure {
   void SquaredDistances(const double* px, const double* py, std::size_t count, double* out) const;
 };
 
-/// Taubin's fit, refined, of points about a mean, in a frame of that resolution; the mean squared
-/// distance from it. False where it is certain not to be below `limit`, where the centre runs away,
-/// and for points that lie on a line as nearly as their coordinates can tell.
-bool FitFully(double mean_x, double mean_y, const double* px, const double* py, std::size_t count,
-              double resolution, double limit, CircleFigure* circle, double* squares);
-
 /// A circle fitted to points, with their mean distance from it.
 struct CircleFit {
   double x = 0.0;
   double y = 0.0;
   double diameter = 0.0;
   double mean_error = 0.0;
+  double error = 0.0;  ///< the root of the mean squared distance
 };
 
-/// Taubin's fit, refined. False for fewer than three points, for points that lie on a line as
-/// nearly as their coordinates can tell, and where a coordinate or a result is not finite.
+/// Taubin's fit, refined; where the points curve no more than they scatter, the better of that and
+/// the one that curves the other way. False for fewer than three points, for points that lie on a
+/// line as nearly as their coordinates can tell, and where a coordinate or a result is not finite.
 bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit);
 
 }  // namespace geometry

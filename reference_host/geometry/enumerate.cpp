@@ -17,7 +17,7 @@ namespace {
 class Trial {
  public:
   Trial(const PointSet& set, std::size_t kept)
-      : set_(set), x_(kept), y_(kept), squared_(kept), best_(kept) {}
+      : set_(set), x_(kept), y_(kept), squared_(kept), points_(kept), best_(kept) {}
 
   /// A line through the points at `positions`, as many as are kept.
   void Line(const std::size_t* positions) {
@@ -28,15 +28,19 @@ class Trial {
     line.SquaredDistances(x_.data(), y_.data(), x_.size(), squared_.data());
     Compete(positions, SumOf(squared_.data(), squared_.size()));
   }
-  void Circle(const std::size_t* positions, double resolution) {
+  /// A circle through them as they are outside of the frame, by the fit that will be reported.
+  void Circle(const std::size_t* positions, const CNuvPoint* points, const Frame& frame) {
     Take(positions);
+    const double error = frame.Length(least_);
+    double bound = 0.0;
     CircleFigure circle;
-    double squares = 0.0;
     const auto n = static_cast<double>(x_.size());
-    if (FitFully(SumOf(x_.data(), x_.size()) / n, SumOf(y_.data(), y_.size()) / n, x_.data(),
-                 y_.data(), x_.size(), resolution, least_, &circle, &squares)) {
-      Compete(positions, squares);
-    }
+    circle.FitAbout(SumOf(x_.data(), x_.size()) / n, SumOf(y_.data(), y_.size()) / n, x_.data(),
+                    y_.data(), x_.size(), error * error, &bound);
+    if (bound > error * error) return;
+    for (std::size_t i = 0; i < points_.size(); ++i) points_[i] = points[positions[i]];
+    CircleFit fit;
+    if (FitCircle(points_.data(), points_.size(), &fit)) Compete(positions, fit.error);
   }
   std::vector<bool> Best() const {
     if (least_ == std::numeric_limits<double>::infinity()) return {};
@@ -71,9 +75,9 @@ class Trial {
       y_[i] = set_.y[positions[i]];
     }
   }
-  void Compete(const std::size_t* positions, double squares) {
-    if (!(squares < least_)) return;
-    least_ = squares;
+  void Compete(const std::size_t* positions, double error) {
+    if (!(error < least_)) return;
+    least_ = error;
     std::copy_n(positions, best_.size(), best_.begin());
   }
 
@@ -81,6 +85,7 @@ class Trial {
   std::vector<double> x_;
   std::vector<double> y_;
   std::vector<double> squared_;
+  std::vector<CNuvPoint> points_;
   std::vector<std::size_t> best_;
   double least_ = std::numeric_limits<double>::infinity();
 };
@@ -164,13 +169,14 @@ bool AreCircleSubsetsFew(std::size_t count, std::size_t kept) {
   return true;
 }
 
-std::vector<bool> BestCircleSubset(const PointSet& set, std::size_t kept, double resolution) {
+std::vector<bool> BestCircleSubset(const CNuvPoint* points, const Frame& frame, const PointSet& set,
+                                   std::size_t kept) {
   Trial trial(set, kept);
   std::vector<std::size_t> positions(kept);
   std::iota(positions.begin(), positions.end(), std::size_t{0});
   const std::size_t out = set.Size() - kept;
   for (;;) {
-    trial.Circle(positions.data(), resolution);
+    trial.Circle(positions.data(), points, frame);
     // The next subset: the last position that can rise does, and those behind follow it.
     std::size_t rising = kept;
     while (rising > 0 && positions[rising - 1] == rising - 1 + out) --rising;

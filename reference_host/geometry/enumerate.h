@@ -26,6 +26,7 @@ bool AreCircleSubsetsFew(std::size_t count, std::size_t kept);
 
 /// Which `kept` of the points have the circle with the least sum of squared distances, in a
 /// frame of that resolution. Empty where no subset has a circle.
-std::vector<bool> BestCircleSubset(const PointSet& set, std::size_t kept, double resolution);
+std::vector<bool> BestCircleSubset(const CNuvPoint* points, const Frame& frame, const PointSet& set,
+                                   std::size_t kept);
 
 }  // namespace geometry

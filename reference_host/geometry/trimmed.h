@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "reference_host/geometry/frame.h"
@@ -144,22 +145,22 @@ double Concentrate(Figure& figure, double squares, Nearest& nearest, int steps,
   return squares;
 }
 
-/// Concentration with the fit of least squares to the end, which leaves the figure fitted to the
-/// points last selected or one with the same selection; infinity where no step succeeds.
+/// Concentration to the end with the fit of least squares, from a figure whose selection has that
+/// sum; gives the least sum, and leaves its selection, of those that have such a fit. Infinity
+/// where none has, as where the centre of a circle runs away.
 template <class Figure>
-double ConcentrateClosely(Figure& figure, Nearest& nearest) {
-  Figure last = figure;  // what `figure` was fitted to is the selection of this
+double ConcentrateClosely(Figure figure, double squares, Nearest& nearest) {
+  Figure selecting = figure;
   double least = std::numeric_limits<double>::infinity();
-  for (int step = 0; step < kMostSteps; ++step) {
-    const double squares = nearest.Select(figure);
-    if (!(squares < least)) break;
+  for (int step = 0; step < kMostSteps && squares < least; ++step) {
     Figure next = figure;
     if (!next.FitClosely(nearest.X(), nearest.Y(), nearest.Kept())) break;
     least = squares;
-    last = figure;
+    selecting = figure;
     figure = next;
+    squares = nearest.Select(figure);
   }
-  figure = last;
+  nearest.Select(selecting);
   return least;
 }
 
@@ -258,9 +259,10 @@ Candidates<Figure> SearchSample(const PointSet& set, std::size_t kept, const Eff
 
 /// Which points to use, `kept` of them; empty where no figure goes through any of the points.
 /// Figure::Fit is the fit of the early steps, Figure::FitClosely that of the last ones.
-template <class Figure>
+/// `error_of(selected, squares)` judges a selection whose concentration ended with that sum.
+template <class Figure, class ErrorOf>
 std::vector<bool> SearchTrimmed(const CNuvPoint* points, std::size_t count, std::size_t kept,
-                                const Box& box, const Effort& effort) {
+                                const Box& box, const Effort& effort, const ErrorOf& error_of) {
   const std::vector<std::size_t> positions = Sample(count, SampleSize(count, kept));
   const Frame frame = FrameOfMost(points, positions, kept, count, box);
   const auto kept_of = [&](std::size_t size) {
@@ -284,16 +286,23 @@ std::vector<bool> SearchTrimmed(const CNuvPoint* points, std::size_t count, std:
   }
   const PointSet all = InFrame(frame, points, count);
   Nearest nearest(all, kept);
-  const Candidate<Figure>* best = nullptr;
-  for (auto& candidate : candidates) {
+  std::vector<bool> best;
+  double least = std::numeric_limits<double>::infinity();
+  double least_error = least;
+  for (const auto& candidate : candidates) {
+    double squares = nearest.Select(candidate.figure);
     // One that is far worse before it is concentrated to all points is so behind.
-    if (best != nullptr && nearest.Select(candidate.figure) > kFarWorse * best->squares) continue;
-    candidate.squares = ConcentrateClosely(candidate.figure, nearest);
-    if (best == nullptr || candidate.squares < best->squares) best = &candidate;
+    if (squares > kFarWorse * least) continue;
+    squares = ConcentrateClosely(candidate.figure, squares, nearest);
+    if (squares == std::numeric_limits<double>::infinity()) continue;
+    least = std::min(least, squares);
+    std::vector<bool> selected = nearest.Selected();
+    const double error = error_of(selected, squares);
+    if (!(error < least_error)) continue;
+    least_error = error;
+    best = std::move(selected);
   }
-  if (best == nullptr) return {};
-  nearest.Select(best->figure);
-  return nearest.Selected();
+  return best;
 }
 
 }  // namespace geometry

@@ -47,8 +47,13 @@ inline long double CircleSquares(const Points& points, long double x, long doubl
   return squares;
 }
 
-/// Of the circle that damped steps of Gauss and Newton descend to from a centre.
-inline long double CircleSquaresFrom(const Points& points, long double x, long double y) {
+/// Of the circle that damped steps of Gauss and Newton descend to from a centre; infinity where the
+/// centre runs away, since a line is nearer than any circle there.
+inline long double CircleSquaresFrom(const Points& points, const long double x0,
+                                     const long double y0) {
+  constexpr long double kFarthest = 1e6L;
+  long double x = x0, y = y0;
+  const long double size = std::hypot(points[0].x - x, points[0].y - y);
   long double squares = CircleSquares(points, x, y), damping = 1e-3L;
   const auto n = static_cast<long double>(points.size());
   for (int step = 0; step < 60; ++step) {
@@ -74,6 +79,9 @@ inline long double CircleSquaresFrom(const Points& points, long double x, long d
     if (next < squares) {
       x += step_x;
       y += step_y;
+      if (std::hypot(x - x0, y - y0) > kFarthest * size) {
+        return std::numeric_limits<long double>::infinity();
+      }
       const bool is_last = squares - next < 1e-13L * squares;
       squares = next;
       damping /= 10;
