@@ -21,26 +21,26 @@ constexpr geometry::Effort kLineEffort = {
 constexpr geometry::Effort kCircleEffort = {
     .least_draws = 120, .starts = 60, .first = 20, .carried = 10, .alike = 1e-9};
 
-std::vector<bool> BestSubset(const geometry::LineFigure& /*figure*/, const CNuvPoint* points,
-                             std::size_t count, std::size_t kept, const geometry::Box& box) {
+geometry::Selection BestSubset(const geometry::LineFigure& /*figure*/, const CNuvPoint* points,
+                               std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (count > geometry::kMostSweptPoints) {
     return geometry::SearchTrimmed<geometry::LineFigure>(
         points, count, kept, box, kLineEffort,
-        [](const std::vector<bool>& /*selected*/, double squares) { return squares; });
+        [](const geometry::Selection& /*selected*/, double squares) { return squares; });
   }
   const geometry::Frame frame =
       geometry::FrameOfMost(points, geometry::Sample(count, count), kept, count, box);
   return geometry::BestLineSubset(geometry::InFrame(frame, points, count), kept);
 }
 
-std::vector<bool> BestSubset(const geometry::CircleFigure& /*figure*/, const CNuvPoint* points,
-                             std::size_t count, std::size_t kept, const geometry::Box& box) {
+geometry::Selection BestSubset(const geometry::CircleFigure& /*figure*/, const CNuvPoint* points,
+                               std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (!geometry::AreCircleSubsetsFew(count, kept)) {
     // By the fit that will be reported: it need not descend to where the search has been.
     std::vector<CNuvPoint> used(kept);
     return geometry::SearchTrimmed<geometry::CircleFigure>(
         points, count, kept, box, kCircleEffort,
-        [&](const std::vector<bool>& selected, double /*squares*/) {
+        [&](const geometry::Selection& selected, double /*squares*/) {
           auto next = used.begin();
           for (std::size_t i = 0; i < count; ++i) {
             if (selected[i]) *next++ = points[i];
@@ -73,12 +73,12 @@ bool Divide(const CNuvPoint* points, std::uint32_t count, std::uint32_t percent,
   }
   const geometry::Box box = geometry::BoundingBox(points, count);
   if (!box.IsFinite()) return false;
-  const std::vector<bool> flags = BestSubset(Figure(), points, count, kept, box);
+  const geometry::Selection flags = BestSubset(Figure(), points, count, kept, box);
   if (flags.empty()) return false;
   outliers->Resize(static_cast<std::uint32_t>(out));
   used->Resize(static_cast<std::uint32_t>(kept));
   CNuvPoint* next[2] = {outliers->GetStorage(), used->GetStorage()};
-  for (std::uint32_t i = 0; i < count; ++i) *next[flags[i] ? 1 : 0]++ = points[i];
+  for (std::uint32_t i = 0; i < count; ++i) *next[flags[i]]++ = points[i];
   return true;
 }
 

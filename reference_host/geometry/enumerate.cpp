@@ -42,10 +42,10 @@ class Trial {
     CircleFit fit;
     if (FitCircle(points_.data(), points_.size(), &fit)) Compete(positions, fit.error);
   }
-  std::vector<bool> Best() const {
+  Selection Best() const {
     if (least_ == std::numeric_limits<double>::infinity()) return {};
-    std::vector<bool> flags(set_.Size());
-    for (const std::size_t position : best_) flags[position] = true;
+    Selection flags(set_.Size());
+    for (const std::size_t position : best_) flags[position] = 1;
     return flags;
   }
 
@@ -121,7 +121,7 @@ std::vector<Turn> TurnsInOrder(const PointSet& set, const std::vector<std::size_
 
 }  // namespace
 
-std::vector<bool> BestLineSubset(const PointSet& set, std::size_t kept) {
+Selection BestLineSubset(const PointSet& set, std::size_t kept) {
   const std::size_t size = set.Size();
   // Across a line that is all but vertical the points come from left to right.
   std::vector<std::size_t> start(size);
@@ -169,8 +169,8 @@ bool AreCircleSubsetsFew(std::size_t count, std::size_t kept) {
   return true;
 }
 
-std::vector<bool> BestCircleSubset(const CNuvPoint* points, const Frame& frame, const PointSet& set,
-                                   std::size_t kept) {
+Selection BestCircleSubset(const CNuvPoint* points, const Frame& frame, const PointSet& set,
+                           std::size_t kept) {
   Trial trial(set, kept);
   std::vector<std::size_t> positions(kept);
   std::iota(positions.begin(), positions.end(), std::size_t{0});

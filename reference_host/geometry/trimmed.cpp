@@ -150,11 +150,10 @@ Nearest::Nearest(const PointSet& set, std::size_t kept)
 
 /// Only the values between `low` and `high` need to be ordered, if it is there.
 double Nearest::FindReach(double low, double high) {
-  std::size_t below = 0;
+  std::size_t below = CountBelow(squared_.data(), squared_.size(), low);
   std::size_t near = 0;
   for (const double squared : squared_) {
     scratch_[near] = squared;
-    below += squared < low ? 1 : 0;
     near += static_cast<std::size_t>(squared >= low) & static_cast<std::size_t>(squared <= high);
   }
   if (below >= kept_ || below + near < kept_) {
@@ -201,9 +200,11 @@ double Nearest::Gather() {
   return SumOf(kept_squared, kept_);
 }
 
-std::vector<bool> Nearest::Selected() const {
-  std::vector<bool> flags(squared_.size());
-  Visits([&](std::size_t i, std::size_t selected) { flags[i] = selected != 0; });
+Selection Nearest::Selected() const {
+  Selection flags(squared_.size());
+  Visits([&](std::size_t i, std::size_t selected) {
+    flags[i] = static_cast<unsigned char>(selected);
+  });
   return flags;
 }
 

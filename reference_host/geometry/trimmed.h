@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -34,6 +35,9 @@ struct PointSet {
 /// How many points to search first. Where most points are kept, so are most of the sample: else
 /// the others, if they coincide, would be as good.
 std::size_t SampleSize(std::size_t count, std::size_t kept);
+
+/// Whether each point of a set is selected: bytes, which are faster than bits.
+using Selection = std::vector<unsigned char>;
 
 /// So many of the positions up to `count`, drawn at random; all where there are no more.
 std::vector<std::size_t> Sample(std::size_t count, std::size_t most);
@@ -83,7 +87,7 @@ class Nearest {
   const double* Y() const { return kept_y_.data(); }
   std::size_t Kept() const { return kept_; }
   /// Whether each point of the set is selected.
-  std::vector<bool> Selected() const;
+  Selection Selected() const;
 
  private:
   template <class Figure>
@@ -159,6 +163,7 @@ double ConcentrateClosely(Figure figure, double squares, Nearest& nearest) {
     selecting = figure;
     figure = next;
     squares = nearest.Select(figure);
+    if (std::fabs(squares - least) <= 1e-13 * least) return least;  // the same points
   }
   nearest.Select(selecting);
   return least;
@@ -261,8 +266,8 @@ Candidates<Figure> SearchSample(const PointSet& set, std::size_t kept, const Eff
 /// Figure::Fit is the fit of the early steps, Figure::FitClosely that of the last ones.
 /// `error_of(selected, squares)` judges a selection whose concentration ended with that sum.
 template <class Figure, class ErrorOf>
-std::vector<bool> SearchTrimmed(const CNuvPoint* points, std::size_t count, std::size_t kept,
-                                const Box& box, const Effort& effort, const ErrorOf& error_of) {
+Selection SearchTrimmed(const CNuvPoint* points, std::size_t count, std::size_t kept,
+                        const Box& box, const Effort& effort, const ErrorOf& error_of) {
   const std::vector<std::size_t> positions = Sample(count, SampleSize(count, kept));
   const Frame frame = FrameOfMost(points, positions, kept, count, box);
   const auto kept_of = [&](std::size_t size) {
@@ -286,7 +291,7 @@ std::vector<bool> SearchTrimmed(const CNuvPoint* points, std::size_t count, std:
   }
   const PointSet all = InFrame(frame, points, count);
   Nearest nearest(all, kept);
-  std::vector<bool> best;
+  Selection best;
   double least = std::numeric_limits<double>::infinity();
   double least_error = least;
   for (const auto& candidate : candidates) {
@@ -296,7 +301,7 @@ std::vector<bool> SearchTrimmed(const CNuvPoint* points, std::size_t count, std:
     squares = ConcentrateClosely(candidate.figure, squares, nearest);
     if (squares == std::numeric_limits<double>::infinity()) continue;
     least = std::min(least, squares);
-    std::vector<bool> selected = nearest.Selected();
+    Selection selected = nearest.Selected();
     const double error = error_of(selected, squares);
     if (!(error < least_error)) continue;
     least_error = error;
