@@ -2,15 +2,11 @@
 
 #include <cstdio>
 
-#include "tests/host/fit_calls.h"
-#include "tests/host/plain_fits.h"
+#include "tests/host/fit_sum.h"
 
 namespace {
 
 constexpr int kScenesPerCell = 180;
-/// So many points have all their subsets tried.
-constexpr std::size_t kMostExact = 14;
-
 struct SizeClass {
   const char* name;
   int least;
@@ -36,59 +32,13 @@ std::size_t AnyCount(Random& random, const SizeClass& size) {
                   static_cast<std::size_t>(size.most));
 }
 
-/// Of the true inliers, or of the best subset where there are few points; infinity where there is
-/// no figure, as where a line is nearer to the points than any circle.
-long double SquaresToReach(const Scene& scene, bool circle) {
-  const auto squares = [&](const Points& subset) -> long double {
-    if (!circle) return LineSquares(subset);
-    const Result fit = FitCircle(subset, 0);
-    return fit.status == 0 ? CircleSquares(subset, fit.center.x, fit.center.y) : kInfinity;
-  };
-  if (scene.points.size() <= kMostExact) {
-    return LeastOfAllSubsets(scene.points, scene.inliers.size(), squares);
-  }
-  const long double least = squares(scene.inliers);
-  // A fit that is not the best of the inliers makes no promise easier.
-  if (!circle || least == kInfinity) return least;
-  return std::min(least, CircleSquaresFrom(scene.inliers, scene.middle.x, scene.middle.y));
-}
-
-void Try(Random& random, SceneKind kind, const SizeClass& size, Cell* cell) {
-  const bool hard =
-      kind.outliers == OutlierKind::kFarPoint || kind.outliers == OutlierKind::kTwoBlobs;
-  const int percent = 5 + random.Below(hard ? 45 : 41);
-  kind.count = AnyCount(random, size);
-  kind.out = kind.count * static_cast<std::size_t>(percent) / 100;
-  kind.order = static_cast<Order>(random.Below(3));
-  kind.noise = kSize * random.Scaled(1e-6, 5e-2);
-  if (random.Below(2) == 0) kind.offset = 1e6;
-  const Scene scene = MakeScene(random, kind);
-  const bool circle = kind.shape != Shape::kLine;
-  const long double bound = SquaresToReach(scene, circle);
-  if (bound == kInfinity) return;
-  const Result fit =
-      (circle ? FitCircle : FitLine)(scene.points, static_cast<std::uint32_t>(percent));
+void Try(const Challenge& challenge, Cell* cell) {
+  const long double quotient = SumQuotient(challenge);
+  if (quotient == 0.0L && SquaresToReach(challenge) == kInfinity) return;
   ++cell->scenes;
-  if (fit.status != 0) {
-    ++cell->failed;
-    ++cell->larger;
-    return;
-  }
-  // The fit is judged by the sum about the figure it reports. Coordinates as large as the largest
-  // are rounded by up to 2^-53 of it each, a point's and the centre's both: no distance is known to
-  // better than four times that.
-  const long double found =
-      circle ? CircleSquares(fit.used, fit.center.x, fit.center.y) : LineSquares(fit.used);
-  double magnitude = 0.0;
-  for (const CNuvPoint& p : scene.points) {
-    magnitude = std::max({magnitude, std::fabs(p.x), std::fabs(p.y)});
-  }
-  const long double unknown = 0x1p-51L * magnitude;
-  const long double rounding = unknown * unknown * static_cast<long double>(fit.used.size());
-  cell->worst = std::max(cell->worst, found / (bound + rounding));
-  if (found > bound * (1.0L + 1e-6L) + rounding) {
-    ++cell->larger;
-  }
+  cell->worst = std::max(cell->worst, quotient);
+  cell->larger += IsLarger(quotient) ? 1 : 0;
+  cell->failed += quotient == kInfinity ? 1 : 0;
 }
 
 }  // namespace
@@ -111,7 +61,7 @@ bool PrintSums(std::uint64_t seed) {
       for (const SizeClass& size : kSizes) {
         Cell cell;
         for (int i = 0; i < kScenesPerCell; ++i) {
-          Try(random, {.shape = shape, .outliers = outliers}, size, &cell);
+          Try(AnyChallenge(random, shape, outliers, AnyCount(random, size)), &cell);
         }
         std::printf("%5d/%3d %-12.7Lg", cell.larger, cell.scenes, cell.worst);
         all.scenes += cell.scenes;
