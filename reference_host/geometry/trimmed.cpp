@@ -74,24 +74,6 @@ std::vector<std::size_t> Sample(std::size_t count, std::size_t most) {
   return positions;
 }
 
-std::size_t KeptOfSample(std::size_t count, std::size_t kept, std::size_t size);
-std::size_t SampleSize(std::size_t count, std::size_t kept) {
-  constexpr std::size_t kUsual = 512;
-  constexpr std::size_t kMost = 32768;
-  const std::size_t most = std::min(count, kMost);
-  std::size_t size = std::min(count, kUsual);
-  const double majority = 2.0 * static_cast<double>(kept) / static_cast<double>(count) - 1.0;
-  if (majority <= 0.0) return size;
-  const auto is_enough = [&] {
-    const double lost =
-        static_cast<double>(kept) / static_cast<double>(count) -
-        static_cast<double>(KeptOfSample(count, kept, size)) / static_cast<double>(size);
-    return lost <= 0.25 * majority;
-  };
-  while (size < most && !is_enough()) size = std::min(2 * size, most);
-  return size;
-}
-
 std::size_t KeptOfSample(std::size_t count, std::size_t kept, std::size_t size) {
   if (size == count) return kept;
   // Hypergeometric.
@@ -100,6 +82,24 @@ std::size_t KeptOfSample(std::size_t count, std::size_t kept, std::size_t size) 
   const double share = static_cast<double>(kept) / n;
   const double deviation = std::sqrt(m * share * (1.0 - share) * (n - m) / (n - 1.0));
   return static_cast<std::size_t>(std::max(m * share - 4.0 * deviation, 0.0));
+}
+
+std::size_t SampleSize(std::size_t count, std::size_t kept) {
+  constexpr std::size_t kUsual = 512;
+  constexpr std::size_t kMost = 32768;
+  const std::size_t most = std::min(count, kMost);
+  std::size_t size = std::min(count, kUsual);
+  const double majority = 2.0 * static_cast<double>(kept) / static_cast<double>(count) - 1.0;
+  if (majority <= 0.0) return size;
+  // The margin of the sample must leave most of what the kept points are more than the others.
+  const auto is_enough = [&] {
+    const double lost =
+        static_cast<double>(kept) / static_cast<double>(count) -
+        static_cast<double>(KeptOfSample(count, kept, size)) / static_cast<double>(size);
+    return lost <= 0.25 * majority;
+  };
+  while (size < most && !is_enough()) size = std::min(2 * size, most);
+  return size;
 }
 
 Frame FrameOfMost(const CNuvPoint* points, const std::vector<std::size_t>& sample, std::size_t kept,

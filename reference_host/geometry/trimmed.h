@@ -32,19 +32,19 @@ struct PointSet {
   std::size_t Size() const { return x.size(); }
 };
 
-/// How many points to search first. Where most points are kept, so are most of the sample: else
-/// the others, if they coincide, would be as good.
-std::size_t SampleSize(std::size_t count, std::size_t kept);
-
 /// Whether each point of a set is selected: bytes, which are faster than bits.
 using Selection = std::vector<unsigned char>;
-
-/// So many of the positions up to `count`, drawn at random; all where there are no more.
-std::vector<std::size_t> Sample(std::size_t count, std::size_t most);
 
 /// How many points to keep of a sample of that size: their share, less four standard deviations
 /// of how many of them it may happen to have, so that none of the others has to be kept.
 std::size_t KeptOfSample(std::size_t count, std::size_t kept, std::size_t size);
+
+/// How many points to search first: so many that those kept of the sample are as clearly most of it
+/// as they are of all points. Else the outliers, where they are close together, would be.
+std::size_t SampleSize(std::size_t count, std::size_t kept);
+
+/// So many of the positions up to `count`, drawn at random; all where there are no more.
+std::vector<std::size_t> Sample(std::size_t count, std::size_t most);
 
 /// A frame about the middle of the majority of the `count` points, as the sample has them: far
 /// outliers have no part in it.
@@ -285,6 +285,7 @@ Selection SearchTrimmed(const CNuvPoint* points, std::size_t count, std::size_t 
     }
     Rank(candidates, effort.carried, effort.alike);
   };
+  // Figures alike are told apart, and all of them made better, at less than the cost of all points.
   if (count > 4096 && positions.size() < 2048) {
     const std::vector<std::size_t> more = Sample(count, 2048);
     carry(InFrame(frame, points, more), kept_of(more.size()));
