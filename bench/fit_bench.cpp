@@ -3,22 +3,23 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/fit_scene.h"
 #include "host/geometry.h"
+#include "tests/host/fit_scene.h"
 #ifdef FORMULA_WITH_OPENCV
 #include <opencv2/imgproc.hpp>
 #endif
 
 namespace {
 
-using PointList = std::vector<CNuvPoint>;
-
-std::vector<PointList> MakePool(Shape shape, std::size_t size, std::size_t percent) {
-  std::mt19937_64 random(1);
-  std::vector<PointList> pool;
-  for (std::size_t i = 0; i < std::max<std::size_t>(8, 20000 / size); ++i) {
+std::vector<Points> MakePool(Shape shape, std::size_t size, std::size_t percent) {
+  Random random(1);
+  std::vector<Points> pool;
+  for (std::size_t i = 0; i < std::max<std::size_t>(4, 20000 / size); ++i) {
     pool.push_back(
-        MakeScene(random, shape, OutlierKind::kSpread, size, size * percent / 100).points);
+        MakeScene(
+            random,
+            {.shape = shape, .count = size, .out = size * percent / 100, .clearance = kSize * 1e-2})
+            .points);
   }
   return pool;
 }
@@ -39,7 +40,7 @@ void Line(benchmark::State& state) {
   const auto percent = static_cast<std::uint32_t>(state.range(1));
   CNuvPointVector outliers;
   CNuvPointVector used;
-  Rotate(state, pool, [&](const PointList& points) {
+  Rotate(state, pool, [&](const Points& points) {
     std::uint32_t included = 0;
     CNuvLine line;
     benchmark::DoNotOptimize(
@@ -54,7 +55,7 @@ void Circle(benchmark::State& state) {
   const auto percent = static_cast<std::uint32_t>(state.range(1));
   CNuvPointVector outliers;
   CNuvPointVector used;
-  Rotate(state, pool, [&](const PointList& points) {
+  Rotate(state, pool, [&](const Points& points) {
     std::uint32_t included = 0;
     double diameter = 0.0;
     double error = 0.0;
@@ -67,7 +68,7 @@ void Circle(benchmark::State& state) {
 
 void Sums(benchmark::State& state) {
   const auto pool = MakePool(Shape::kCircle, static_cast<std::size_t>(state.range(0)), 0);
-  Rotate(state, pool, [](const PointList& points) {
+  Rotate(state, pool, [](const Points& points) {
     double xx = 0.0;
     double yy = 0.0;
     double xy = 0.0;
@@ -85,8 +86,8 @@ void Sums(benchmark::State& state) {
 #ifdef FORMULA_WITH_OPENCV
 void OpenCvLine(benchmark::State& state, int distance) {
   std::vector<std::vector<cv::Point2f>> pool;
-  for (const PointList& points : MakePool(Shape::kLine, static_cast<std::size_t>(state.range(0)),
-                                          static_cast<std::size_t>(state.range(1)))) {
+  for (const Points& points : MakePool(Shape::kLine, static_cast<std::size_t>(state.range(0)),
+                                       static_cast<std::size_t>(state.range(1)))) {
     auto& list = pool.emplace_back();
     for (const CNuvPoint& p : points) {
       list.emplace_back(static_cast<float>(p.x), static_cast<float>(p.y));
@@ -100,11 +101,11 @@ void OpenCvLine(benchmark::State& state, int distance) {
 }
 BENCHMARK_CAPTURE(OpenCvLine, L2, cv::DIST_L2)->ArgsProduct({{100, 1000, 10000}, {0}});
 #endif
-BENCHMARK(Line)->ArgsProduct({{100, 1000, 10000}, {0, 30}});
+BENCHMARK(Line)->ArgsProduct({{100, 1000, 10000, 100000, 1000000}, {0, 30}});
 #ifdef FORMULA_WITH_OPENCV
 BENCHMARK_CAPTURE(OpenCvLine, Huber, cv::DIST_HUBER)->ArgsProduct({{100, 1000, 10000}, {30}});
 #endif
 BENCHMARK(Sums)->ArgsProduct({{100, 1000, 10000}, {0}});
-BENCHMARK(Circle)->ArgsProduct({{100, 1000, 10000}, {0, 30}});
+BENCHMARK(Circle)->ArgsProduct({{100, 1000, 10000, 100000, 1000000}, {0, 30}});
 
 }  // namespace

@@ -85,7 +85,8 @@ void SetRoundness(Call& call, const Found& found, const CNuvPointVector& used) {
   call.Set(11, 2.0 * most);
   call.Set(12, least / most * 100.0);
   call.Set(13, (most - least) * 100.0 / (most + least));
-  call.Set(14, deviation < 0.0 ? 0.0 : std::sqrt(deviation / (n * n)));
+  // Neither below 0 nor, where squares overflow, not a number.
+  call.Set(14, deviation >= 0.0 ? std::sqrt(deviation / (n * n)) : 0.0);
 }
 
 /// The whole of an instruction, once it has its points.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include "host/geometry.h"
@@ -16,22 +17,43 @@ namespace {
 constexpr std::uint32_t kSuccess = 0;
 constexpr std::uint32_t kFailure = 1;
 
-std::vector<bool> BestSubset(const geometry::LineFigure& /*figure*/, const CNuvPoint* points,
-                             std::size_t count, std::size_t kept, const geometry::Box& box) {
+constexpr geometry::Effort kLineEffort = {
+    .least_draws = 60, .starts = 16, .first = 3, .carried = 10, .alike = 1e-2};
+constexpr geometry::Effort kCircleEffort = {
+    .least_draws = 120, .starts = 60, .first = 20, .carried = 10, .alike = 1e-9};
+
+geometry::Selection BestSubset(const geometry::LineFigure& /*figure*/, const CNuvPoint* points,
+                               std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (count > geometry::kMostSweptPoints) {
-    return geometry::SearchTrimmed<geometry::LineFigure>(points, count, kept, box);
+    return geometry::SearchTrimmed<geometry::LineFigure>(
+        points, count, kept, box, kLineEffort,
+        [](const geometry::Selection& /*selected*/, double squares) { return squares; });
   }
-  const geometry::Frame frame = geometry::FrameOfMost(points, geometry::Sample(count), kept, box);
+  const geometry::Frame frame =
+      geometry::FrameOfMost(points, geometry::Sample(count, count), kept, count, box);
   return geometry::BestLineSubset(geometry::InFrame(frame, points, count), kept);
 }
 
-std::vector<bool> BestSubset(const geometry::CircleFigure& /*figure*/, const CNuvPoint* points,
-                             std::size_t count, std::size_t kept, const geometry::Box& box) {
+geometry::Selection BestSubset(const geometry::CircleFigure& /*figure*/, const CNuvPoint* points,
+                               std::size_t count, std::size_t kept, const geometry::Box& box) {
   if (!geometry::AreCircleSubsetsFew(count, kept)) {
-    return geometry::SearchTrimmed<geometry::CircleFigure>(points, count, kept, box);
+    // By the fit that will be reported: it need not descend to where the search has been.
+    std::vector<CNuvPoint> used(kept);
+    return geometry::SearchTrimmed<geometry::CircleFigure>(
+        points, count, kept, box, kCircleEffort,
+        [&](const geometry::Selection& selected, double /*squares*/) {
+          auto next = used.begin();
+          for (std::size_t i = 0; i < count; ++i) {
+            if (selected[i]) *next++ = points[i];
+          }
+          geometry::CircleFit fit;
+          const bool is_fit = geometry::FitCircle(used.data(), kept, &fit);
+          return is_fit ? fit.error : std::numeric_limits<double>::infinity();
+        });
   }
-  const geometry::Frame frame = geometry::FrameOfMost(points, geometry::Sample(count), kept, box);
-  return geometry::BestCircleSubset(geometry::InFrame(frame, points, count), kept);
+  const geometry::Frame frame =
+      geometry::FrameOfMost(points, geometry::Sample(count, count), kept, count, box);
+  return geometry::BestCircleSubset(points, frame, geometry::InFrame(frame, points, count), kept);
 }
 
 /// Divides the points into outliers and points used, in their order; false where there is no
@@ -52,13 +74,12 @@ bool Divide(const CNuvPoint* points, std::uint32_t count, std::uint32_t percent,
   }
   const geometry::Box box = geometry::BoundingBox(points, count);
   if (!box.IsFinite()) return false;
-  const std::vector<bool> flags = BestSubset(Figure(), points, count, kept, box);
+  const geometry::Selection flags = BestSubset(Figure(), points, count, kept, box);
   if (flags.empty()) return false;
-  used->Resize(kept);
-  outliers->Resize(out);
-  CNuvPoint* next_used = used->GetStorage();
-  CNuvPoint* next_outlier = outliers->GetStorage();
-  for (std::uint32_t i = 0; i < count; ++i) *(flags[i] ? next_used : next_outlier)++ = points[i];
+  outliers->Resize(static_cast<std::uint32_t>(out));
+  used->Resize(static_cast<std::uint32_t>(kept));
+  CNuvPoint* next[2] = {outliers->GetStorage(), used->GetStorage()};
+  for (std::uint32_t i = 0; i < count; ++i) *next[flags[i]]++ = points[i];
   return true;
 }
 

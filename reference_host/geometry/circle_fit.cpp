@@ -2,16 +2,19 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 
 #include "reference_host/geometry/frame.h"
 #include "reference_host/geometry/line_fit.h"
+#include "reference_host/geometry/two.h"
 
 namespace geometry {
 namespace {
 
 /// A centre so many times farther away than the points are spread is that of a line.
 constexpr double kFarthestCenter = 1e9;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 /// The sum of the lanes that hold points: `last` is half filled where the count is odd.
 double Total(Two pairs, Two last) {
@@ -66,6 +69,8 @@ struct NearCenter {
     const Two uy = dy * inverse_d;
     return {d - Two(center.radius), inverse_d, ux, uy, ux, uy};
   }
+  /// Makes the radius so much larger.
+  void Grow(double length) { center.radius += length; }
   CircleFigure center;
   double same_x = 0.0;  ///< u less w
   double same_y = 0.0;
@@ -105,6 +110,11 @@ struct FarCenter {
     const Two dot = px * Two(center.x) + py * Two(center.y);
     return SquaredLength(px, py) - (dot + dot);
   }
+  /// Makes the radius so much larger, with digits that the radius itself does not have.
+  void Grow(double length) {
+    center.radius += length;
+    offset += length;
+  }
   CircleFigure center;
   double rho;
   double offset;  ///< the radius beyond rho
@@ -140,7 +150,8 @@ struct LandscapeSums {
 };
 
 template <class Center>
-Landscape SurveyFrom(const Center& center, const double* px, const double* py, std::size_t count) {
+Landscape SurveyFrom(Center center, const double* px, const double* py, std::size_t count,
+                     bool may_grow = true) {
   LandscapeSums pairs;
   LandscapeSums last;
   std::size_t i = 0;
@@ -149,13 +160,19 @@ Landscape SurveyFrom(const Center& center, const double* px, const double* py, s
   const double share = 1.0 / static_cast<double>(count);
   const auto mean = [&](Two LandscapeSums::*sum) { return Total(pairs.*sum, last.*sum) * share; };
   const double r = mean(&LandscapeSums::r);
+  const double rr = mean(&LandscapeSums::rr);
+  if (may_grow && !(rr - r * r > 0.01 * rr)) {
+    // The radius is so far off that the difference would lose digits.
+    center.Grow(r);
+    return SurveyFrom(center, px, py, count, false);
+  }
   const double wx = mean(&LandscapeSums::wx);
   const double wy = mean(&LandscapeSums::wy);
   Landscape land;
   land.radius = center.center.radius + r;
   land.radius_x = -wx - center.same_x;
   land.radius_y = -wy - center.same_y;
-  land.squares = mean(&LandscapeSums::rr) - r * r;
+  land.squares = std::max(rr - r * r, 0.0);
   land.slope_x = r * wx - mean(&LandscapeSums::rwx);
   land.slope_y = r * wy - mean(&LandscapeSums::rwy);
   land.xx = mean(&LandscapeSums::wxx) - wx * wx;
@@ -237,6 +254,46 @@ double SmallestRoot(double a0, double a1, double a2, double a3) {
   return root;
 }
 
+/// What no circle's mean squared distance is below, for those that are below `limit`, from the
+/// least value `root` of Taubin's sum: of the mean of (d^2 - r^2)^2 over four times the mean of
+/// d^2, where d are the distances of points from the centre. `z` is the mean square of those from
+/// the mean of the points.
+///
+/// With r the mean of d, no d is farther from r than the largest distance e from the circle, so
+/// that (d^2 - r^2)^2 is at most (d - r)^2 (2 r + e)^2, while the mean of d^2 is at least r^2. So
+/// the mean of (d - r)^2 is at least `root` times (2 r / (2 r + e))^2, where n mean(d - r)^2 is at
+/// least e^2; and r is at least sqrt(z) less the root of the mean of (d - r)^2.
+double LeastSquares(std::size_t count, double z, double root, double limit) {
+  const double error = std::sqrt(limit);
+  const double diameter = 2.0 * (std::sqrt(z) - error);
+  if (!(diameter > 0.0)) return 0.0;
+  const double share = diameter / (diameter + error * std::sqrt(static_cast<double>(count)));
+  return root * share * share;
+}
+
+/// Taubin's fit, refined, of points with that mean, and the mean squared distance.
+bool FitFully(double mean_x, double mean_y, const double* px, const double* py, std::size_t count,
+              CircleFigure* circle, double* squares) {
+  double least = 0.0;
+  if (!circle->FitAbout(mean_x, mean_y, px, py, count, kInfinity, &least)) return false;
+  const CircleFigure algebraic = *circle;
+  const bool is_fit = circle->Refine(px, py, count, squares);
+  // How far the points' mean lies within the circle is how much they curve.
+  const double dx = mean_x - algebraic.x;
+  const double dy = mean_y - algebraic.y;
+  const double depth = algebraic.radius - std::sqrt(dx * dx + dy * dy);
+  if (is_fit && *squares < depth * depth / 4.0) return true;
+  CircleFigure mirrored{mean_x + dx, mean_y + dy, algebraic.radius};
+  double mirrored_squares = 0.0;
+  if (mirrored.Refine(px, py, count, &mirrored_squares) &&
+      (!is_fit || mirrored_squares < *squares)) {
+    *circle = mirrored;
+    *squares = mirrored_squares;
+    return true;
+  }
+  return is_fit;
+}
+
 /// Whether the points lie on a line, to a root mean square distance of `resolution`.
 bool LieOnLine(const double* px, const double* py, std::size_t count, double resolution) {
   LineFigure line;
@@ -266,13 +323,28 @@ bool CircleFigure::Through(const double* px, const double* py, const std::size_t
   return radius < kFarthestCenter;
 }
 
+void CircleFigure::SquaredDistances(const double* px, const double* py, std::size_t count,
+                                    double* out) const {
+  WithCenter(*this, [=](const auto& center) {
+    std::size_t i = 0;
+    for (; i + 1 < count; i += 2) {
+      const Two beyond = center.Beyond(Two(px + i), Two(py + i));
+      Store(beyond * beyond, out + i);
+    }
+    if (i == count) return;
+    const double beyond = Low(center.Beyond(Two(px[i]), Two(py[i])));
+    out[i] = beyond * beyond;
+  });
+}
+
 bool CircleFigure::Fit(const double* px, const double* py, std::size_t count) {
   const auto n = static_cast<double>(count);
-  return FitAbout(SumOf(px, count) / n, SumOf(py, count) / n, px, py, count);
+  double least = 0.0;
+  return FitAbout(SumOf(px, count) / n, SumOf(py, count) / n, px, py, count, kInfinity, &least);
 }
 
 bool CircleFigure::FitAbout(double mean_x, double mean_y, const double* px, const double* py,
-                            std::size_t count) {
+                            std::size_t count, double limit, double* least) {
   AlgebraicSums pairs;
   AlgebraicSums last;
   std::size_t i = 0;
@@ -289,9 +361,11 @@ bool CircleFigure::FitAbout(double mean_x, double mean_y, const double* px, cons
   const double z = xx + yy;
   const double spread = xx * yy - xy * xy;
   const double variance = zz - z * z;
+  const double slope = variance * z + 4.0 * spread * z - xz * xz - yz * yz;
   const double root =
-      SmallestRoot(xz * (xz * yy - yz * xy) + yz * (yz * xx - xz * xy) - variance * spread,
-                   variance * z + 4.0 * spread * z - xz * xz - yz * yz, -3.0 * z * z - zz, 4.0 * z);
+      SmallestRoot(xz * (xz * yy - yz * xy) + yz * (yz * xx - xz * xy) - variance * spread, slope,
+                   -3.0 * z * z - zz, 4.0 * z);
+  *least = LeastSquares(count, z, root - 1e-14 * z * z * z * zz / slope, limit);
   const double determinant = root * (root - z) + spread;
   const double dx = (xz * (yy - root) - yz * xy) / determinant * 0.5;
   const double dy = (yz * (xx - root) - xz * xy) / determinant * 0.5;
@@ -306,6 +380,7 @@ bool CircleFigure::Refine(const double* px, const double* py, std::size_t count,
   // A Newton step below this share of the radius squares the error, to far below rounding.
   constexpr double kLastStep = 1e-10;
   Landscape land = Survey(*this, px, py, count);
+  bool is_newton = true;  // or Gauss and Newton's step, without the bends
   double damping = 0.0;
   for (int i = 0; i < kMostSteps; ++i) {
     radius = land.radius;
@@ -314,29 +389,31 @@ bool CircleFigure::Refine(const double* px, const double* py, std::size_t count,
     const double size = land.xx + land.yy;
     double step_x = 0.0;
     double step_y = 0.0;
-    if (!Solve(land, 1.0, damping, &step_x, &step_y) &&
-        !Solve(land, 0.0, std::max(damping, 1e-6 * size), &step_x, &step_y)) {
-      return true;
-    }
-    if (step_x * step_x + step_y * step_y <= kLastStep * kLastStep * radius * radius) {
-      if (damping == 0.0) {
-        x += step_x;
-        y += step_y;
-        radius += land.radius_x * step_x + land.radius_y * step_y;
+    bool is_better = false;
+    if (Solve(land, is_newton ? 1.0 : 0.0, damping, &step_x, &step_y)) {
+      if (step_x * step_x + step_y * step_y <= kLastStep * kLastStep * radius * radius) {
+        if (is_newton && damping == 0.0) {
+          x += step_x;
+          y += step_y;
+          radius += land.radius_x * step_x + land.radius_y * step_y;
+        }
+        return true;
       }
-      return true;
+      const CircleFigure next{x + step_x, y + step_y,
+                              radius + land.radius_x * step_x + land.radius_y * step_y};
+      const Landscape there = Survey(next, px, py, count);
+      // Near the end the sums differ by their rounding alone.
+      is_better = there.squares <= land.squares * (1.0 + 1e-13);
+      if (is_better) {
+        *this = next;
+        land = there;
+        damping = damping < 1e-12 * size ? 0.0 : damping * 0.01;
+      }
     }
-    const CircleFigure next{x + step_x, y + step_y,
-                            radius + land.radius_x * step_x + land.radius_y * step_y};
-    const Landscape there = Survey(next, px, py, count);
-    // Near the end the sums differ by their rounding alone.
-    if (there.squares <= land.squares * (1.0 + 1e-13)) {
-      *this = next;
-      land = there;
-      damping = damping < 1e-6 * size ? 0.0 : damping * 0.1;
-    } else {
-      damping = std::max(damping * 10.0, 1e-3 * size);
-    }
+    // Two clusters that are small as seen from each other leave the matrix nearly singular: much
+    // damping would take all steps from it.
+    if (!is_better && !is_newton) damping = std::max(damping * 100.0, 1e-13 * size);
+    is_newton = is_better;
   }
   return true;
 }
@@ -369,8 +446,7 @@ bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit) {
   const auto n = static_cast<double>(count);
   CircleFigure circle;
   double squares = 0.0;
-  if (!circle.FitAbout(sum_x / n, sum_y / n, x, y, count) || !circle.Refine(x, y, count, &squares))
-    return false;
+  if (!FitFully(sum_x / n, sum_y / n, x, y, count, &circle, &squares)) return false;
   // Only a circle much larger than the spread of its points may be a line.
   if (circle.radius > 10.0 && LieOnLine(x, y, count, 4.0 * frame.Resolution(box.Magnitude()))) {
     return false;
@@ -383,6 +459,7 @@ bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit) {
   fit->y = frame.BackY(circle.y);
   fit->diameter = frame.BackLength(2.0 * circle.radius);
   fit->mean_error = frame.BackLength(error);
+  fit->error = frame.BackLength(std::sqrt(squares));
   return std::isfinite(fit->x) && std::isfinite(fit->y) && std::isfinite(fit->diameter) &&
          std::isfinite(fit->mean_error);
 }

@@ -4,16 +4,12 @@
 #include <cstddef>
 
 #include "host/values.h"
-#include "reference_host/geometry/two.h"
 
 namespace geometry {
 
 /// A circle in coordinates of a frame.
 struct CircleFigure {
   static constexpr std::size_t kPoints = 3;
-  /// How many starts of a trimmed search are taken further, and how many to the end.
-  static constexpr std::size_t kStarts = 12;
-  static constexpr std::size_t kFinalists = 4;
 
   double x = 0.0;
   double y = 0.0;
@@ -26,9 +22,10 @@ struct CircleFigure {
   /// PAMI 13, 1991), in the formulation of Chernov, "Circular and linear regression", 2010. False
   /// where the points lie on a line.
   bool Fit(const double* px, const double* py, std::size_t count);
-  /// The same with the mean of the points known.
-  bool FitAbout(double mean_x, double mean_y, const double* px, const double* py,
-                std::size_t count);
+  /// The same with the mean of the points known; tells in `least` what no circle's mean squared
+  /// distance is below, for those that are below `limit`.
+  bool FitAbout(double mean_x, double mean_y, const double* px, const double* py, std::size_t count,
+                double limit, double* least);
   /// From this circle to the nearest one whose sum of squared distances is least (the geometric
   /// fit of Gander, Golub and Strebel, "Least-squares fitting of circles and ellipses", BIT 34,
   /// 1994). The radius follows from the centre, so that Newton's method has two unknowns; where
@@ -39,14 +36,8 @@ struct CircleFigure {
     double squares = 0.0;
     return Refine(px, py, count, &squares);
   }
-  /// Of one point, or of two points side by side.
-  template <class Number>
-  Number SquaredDistance(Number px, Number py) const {
-    const Number dx = px - Number(x);
-    const Number dy = py - Number(y);
-    const Number distance = Sqrt(dx * dx + dy * dy) - Number(radius);
-    return distance * distance;
-  }
+  /// Of each point.
+  void SquaredDistances(const double* px, const double* py, std::size_t count, double* out) const;
 };
 
 /// A circle fitted to points, with their mean distance from it.
@@ -55,10 +46,12 @@ struct CircleFit {
   double y = 0.0;
   double diameter = 0.0;
   double mean_error = 0.0;
+  double error = 0.0;  ///< the root of the mean squared distance
 };
 
-/// Taubin's fit, refined. False for fewer than three points, for points that lie on a line as
-/// nearly as their coordinates can tell, and where a coordinate or a result is not finite.
+/// Taubin's fit, refined; where the points curve no more than they scatter, the better of that and
+/// the one that curves the other way. False for fewer than three points, for points that lie on a
+/// line as nearly as their coordinates can tell, and where a coordinate or a result is not finite.
 bool FitCircle(const CNuvPoint* points, std::size_t count, CircleFit* fit);
 
 }  // namespace geometry

@@ -16,7 +16,8 @@ namespace {
 /// Tries subsets and keeps the best.
 class Trial {
  public:
-  Trial(const PointSet& set, std::size_t kept) : set_(set), x_(kept), y_(kept), best_(kept) {}
+  Trial(const PointSet& set, std::size_t kept)
+      : set_(set), x_(kept), y_(kept), squared_(kept), points_(kept), best_(kept) {}
 
   /// A line through the points at `positions`, as many as are kept.
   void Line(const std::size_t* positions) {
@@ -24,24 +25,27 @@ class Trial {
     Take(positions);
     LineFigure line;
     if (!line.Fit(x_.data(), y_.data(), x_.size())) return;
-    double squares = 0.0;
-    for (std::size_t i = 0; i < x_.size(); ++i) squares += line.SquaredDistance(x_[i], y_[i]);
-    Compete(positions, squares);
+    line.SquaredDistances(x_.data(), y_.data(), x_.size(), squared_.data());
+    Compete(positions, SumOf(squared_.data(), squared_.size()));
   }
-  void Circle(const std::size_t* positions) {
+  /// A circle through them as they are outside of the frame, by the fit that will be reported.
+  void Circle(const std::size_t* positions, const CNuvPoint* points, const Frame& frame) {
     Take(positions);
+    const double error = frame.Length(least_);
+    double bound = 0.0;
     CircleFigure circle;
-    double squares = 0.0;
-    if (!circle.Fit(x_.data(), y_.data(), x_.size()) ||
-        !circle.Refine(x_.data(), y_.data(), x_.size(), &squares)) {
-      return;
-    }
-    Compete(positions, squares);
+    const auto n = static_cast<double>(x_.size());
+    circle.FitAbout(SumOf(x_.data(), x_.size()) / n, SumOf(y_.data(), y_.size()) / n, x_.data(),
+                    y_.data(), x_.size(), error * error, &bound);
+    if (bound > error * error) return;
+    for (std::size_t i = 0; i < points_.size(); ++i) points_[i] = points[positions[i]];
+    CircleFit fit;
+    if (FitCircle(points_.data(), points_.size(), &fit)) Compete(positions, fit.error);
   }
-  std::vector<bool> Best() const {
+  Selection Best() const {
     if (least_ == std::numeric_limits<double>::infinity()) return {};
-    std::vector<bool> flags(set_.Size());
-    for (const std::size_t position : best_) flags[position] = true;
+    Selection flags(set_.Size());
+    for (const std::size_t position : best_) flags[position] = 1;
     return flags;
   }
 
@@ -71,15 +75,17 @@ class Trial {
       y_[i] = set_.y[positions[i]];
     }
   }
-  void Compete(const std::size_t* positions, double squares) {
-    if (!(squares < least_)) return;
-    least_ = squares;
+  void Compete(const std::size_t* positions, double error) {
+    if (!(error < least_)) return;
+    least_ = error;
     std::copy_n(positions, best_.size(), best_.begin());
   }
 
   const PointSet& set_;
   std::vector<double> x_;
   std::vector<double> y_;
+  std::vector<double> squared_;
+  std::vector<CNuvPoint> points_;
   std::vector<std::size_t> best_;
   double least_ = std::numeric_limits<double>::infinity();
 };
@@ -115,7 +121,7 @@ std::vector<Turn> TurnsInOrder(const PointSet& set, const std::vector<std::size_
 
 }  // namespace
 
-std::vector<bool> BestLineSubset(const PointSet& set, std::size_t kept) {
+Selection BestLineSubset(const PointSet& set, std::size_t kept) {
   const std::size_t size = set.Size();
   // Across a line that is all but vertical the points come from left to right.
   std::vector<std::size_t> start(size);
@@ -153,22 +159,24 @@ std::vector<bool> BestLineSubset(const PointSet& set, std::size_t kept) {
 }
 
 bool AreCircleSubsetsFew(std::size_t count, std::size_t kept) {
-  constexpr std::size_t kMost = 500;
+  // 7 of 14 points and 8 of 14: the most that up to 14 points have.
+  constexpr std::size_t kMost = 3432 * 8;
   std::size_t subsets = 1;
   for (std::size_t out = 1; out <= count - kept; ++out) {
     subsets = subsets * (count - out + 1) / out;
-    if (subsets > kMost) return false;
+    if (subsets * kept > kMost) return false;
   }
   return true;
 }
 
-std::vector<bool> BestCircleSubset(const PointSet& set, std::size_t kept) {
+Selection BestCircleSubset(const CNuvPoint* points, const Frame& frame, const PointSet& set,
+                           std::size_t kept) {
   Trial trial(set, kept);
   std::vector<std::size_t> positions(kept);
   std::iota(positions.begin(), positions.end(), std::size_t{0});
   const std::size_t out = set.Size() - kept;
   for (;;) {
-    trial.Circle(positions.data());
+    trial.Circle(positions.data(), points, frame);
     // The next subset: the last position that can rise does, and those behind follow it.
     std::size_t rising = kept;
     while (rising > 0 && positions[rising - 1] == rising - 1 + out) --rising;

@@ -19,13 +19,14 @@ constexpr std::size_t kMostSweptPoints = 48;
 /// each pair of points changes its order once: n (n - 1) / 2 changes, each of which makes at most
 /// two runs new (the sweep of Edelsbrunner and Guibas, "Topologically sweeping an arrangement",
 /// JCSS 38, 1989, in its simple form).
-std::vector<bool> BestLineSubset(const PointSet& set, std::size_t kept);
+Selection BestLineSubset(const PointSet& set, std::size_t kept);
 
-/// Whether all subsets can be tried for the best circle.
+/// Whether all subsets can be tried for the best circle: those of up to 14 points can.
 bool AreCircleSubsetsFew(std::size_t count, std::size_t kept);
 
-/// Which `kept` of the points have the circle with the least sum of squared distances. Empty where
-/// no subset has a circle.
-std::vector<bool> BestCircleSubset(const PointSet& set, std::size_t kept);
+/// Which `kept` of the points have the circle with the least sum of squared distances, in a
+/// frame of that resolution. Empty where no subset has a circle.
+Selection BestCircleSubset(const CNuvPoint* points, const Frame& frame, const PointSet& set,
+                           std::size_t kept);
 
 }  // namespace geometry

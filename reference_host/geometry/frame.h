@@ -43,6 +43,7 @@ class Frame {
   void Map(const CNuvPoint& point, double* x, double* y) const;
   double BackX(double x) const { return (x / after_ + origin_x_) / before_; }
   double BackY(double y) const { return (y / after_ + origin_y_) / before_; }
+  double Length(double length) const { return length * before_ * after_; }
   double BackLength(double length) const { return length / after_ / before_; }
   /// A length in the frame that is as small as the rounding of coordinates of that magnitude.
   double Resolution(double magnitude) const;

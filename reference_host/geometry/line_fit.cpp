@@ -180,4 +180,11 @@ bool LineFigure::Fit(const double* x, const double* y, std::size_t count) {
   return true;
 }
 
+void LineFigure::SquaredDistances(const double* x, const double* y, std::size_t count,
+                                  double* out) const {
+  std::size_t i = 0;
+  for (; i + 1 < count; i += 2) Store(SquaredDistance(Two(x + i), Two(y + i)), out + i);
+  if (i < count) out[i] = SquaredDistance(x[i], y[i]);
+}
+
 }  // namespace geometry

@@ -34,10 +34,6 @@ bool FitLine(const CNuvPoint* points, std::size_t count, LineFit* fit);
 /// The line as trimmed searches see it: -x sine + y cosine = offset, in coordinates of a frame.
 struct LineFigure {
   static constexpr std::size_t kPoints = 2;
-  /// How many starts of a trimmed search are taken further, and how many to the end.
-  static constexpr std::size_t kStarts = 6;
-  static constexpr std::size_t kFinalists = 2;
-
   Direction direction;
   double offset = 0.0;
 
@@ -53,6 +49,8 @@ struct LineFigure {
         y * Number(direction.cosine) - x * Number(direction.sine) - Number(offset);
     return distance * distance;
   }
+  /// Of each point.
+  void SquaredDistances(const double* x, const double* y, std::size_t count, double* out) const;
 };
 
 }  // namespace geometry

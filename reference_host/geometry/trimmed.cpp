@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numeric>
 
 namespace geometry {
@@ -54,24 +55,55 @@ std::size_t Draws::Below(std::size_t end) {
   return static_cast<std::size_t>(((bits >> 32) * end) >> 32);
 }
 
-std::vector<std::size_t> Sample(std::size_t count) {
-  constexpr std::size_t kMost = 512;
-  std::vector<std::size_t> positions(std::min(count, kMost));
-  if (count <= kMost) {
+std::vector<std::size_t> Sample(std::size_t count, std::size_t most) {
+  std::vector<std::size_t> positions(std::min(count, most));
+  if (count <= most) {
     std::iota(positions.begin(), positions.end(), std::size_t{0});
     return positions;
   }
-  // One from each of as many stretches: points that belong together often come together.
+  // Floyd's way: each subset is as likely as any other (Bentley and Floyd, "A sample of
+  // brilliance", Communications of the ACM 30, 1987).
+  std::vector<bool> taken(count);
   Draws draws;
-  for (std::size_t i = 0; i < kMost; ++i) {
-    const std::size_t start = i * count / kMost;
-    positions[i] = start + draws.Below((i + 1) * count / kMost - start);
+  for (std::size_t i = 0; i < most; ++i) {
+    const std::size_t last = count - most + i;
+    const std::size_t any = draws.Below(last + 1);
+    positions[i] = taken[any] ? last : any;
+    taken[positions[i]] = true;
   }
   return positions;
 }
 
+std::size_t KeptOfSample(std::size_t count, std::size_t kept, std::size_t size) {
+  if (size == count) return kept;
+  // Hypergeometric.
+  const auto n = static_cast<double>(count);
+  const auto m = static_cast<double>(size);
+  const double share = static_cast<double>(kept) / n;
+  const double deviation = std::sqrt(m * share * (1.0 - share) * (n - m) / (n - 1.0));
+  return static_cast<std::size_t>(std::max(m * share - 4.0 * deviation, 0.0));
+}
+
+std::size_t SampleSize(std::size_t count, std::size_t kept) {
+  constexpr std::size_t kUsual = 512;
+  constexpr std::size_t kMost = 32768;
+  const std::size_t most = std::min(count, kMost);
+  std::size_t size = std::min(count, kUsual);
+  const double majority = 2.0 * static_cast<double>(kept) / static_cast<double>(count) - 1.0;
+  if (majority <= 0.0) return size;
+  // The margin of the sample must leave most of what the kept points are more than the others.
+  const auto is_enough = [&] {
+    const double lost =
+        static_cast<double>(kept) / static_cast<double>(count) -
+        static_cast<double>(KeptOfSample(count, kept, size)) / static_cast<double>(size);
+    return lost <= 0.25 * majority;
+  };
+  while (size < most && !is_enough()) size = std::min(2 * size, most);
+  return size;
+}
+
 Frame FrameOfMost(const CNuvPoint* points, const std::vector<std::size_t>& sample, std::size_t kept,
-                  const Box& box) {
+                  std::size_t count, const Box& box) {
   const std::size_t size = sample.size();
   std::vector<double> values(size);
   const auto fill = [&](const auto& of) {
@@ -85,7 +117,8 @@ Frame FrameOfMost(const CNuvPoint* points, const std::vector<std::size_t>& sampl
   fill([=](const CNuvPoint& point) {
     return std::max(std::fabs(point.x * 0.5 - x * 0.5), std::fabs(point.y * 0.5 - y * 0.5));
   });
-  double spread = ValueAt(values.data(), size, kept - 1);
+  double spread =
+      ValueAt(values.data(), size, std::max(KeptOfSample(count, kept, size), std::size_t{1}) - 1);
   if (spread == 0.0) {
     spread = std::max(box.right * 0.5 - box.left * 0.5, box.bottom * 0.5 - box.top * 0.5);
   }
@@ -117,11 +150,10 @@ Nearest::Nearest(const PointSet& set, std::size_t kept)
 
 /// Only the values between `low` and `high` need to be ordered, if it is there.
 double Nearest::FindReach(double low, double high) {
-  std::size_t below = 0;
+  std::size_t below = CountBelow(squared_.data(), squared_.size(), low);
   std::size_t near = 0;
   for (const double squared : squared_) {
     scratch_[near] = squared;
-    below += squared < low ? 1 : 0;
     near += static_cast<std::size_t>(squared >= low) & static_cast<std::size_t>(squared <= high);
   }
   if (below >= kept_ || below + near < kept_) {
@@ -151,18 +183,28 @@ double Nearest::Gather() {
   double* const kept_y = kept_y_.data();
   double* const kept_squared = scratch_.data();
   std::size_t place = 0;
-  Visits([&](std::size_t i, std::size_t selected) {
+  const auto gather = [&](std::size_t i, std::size_t selected) {
     kept_x[place] = x[i];
     kept_y[place] = y[i];
     kept_squared[place] = squared_[i];
     place += selected;
-  });
+  };
+  const std::size_t size = squared_.size();
+  const std::size_t within =
+      CountBelow(squared_.data(), size, std::nextafter(reach_, std::numeric_limits<double>::max()));
+  if (within == kept_) {
+    for (std::size_t i = 0; i < size; ++i) gather(i, squared_[i] <= reach_ ? 1 : 0);
+  } else {
+    Visits(gather);
+  }
   return SumOf(kept_squared, kept_);
 }
 
-std::vector<bool> Nearest::Selected() const {
-  std::vector<bool> flags(squared_.size());
-  Visits([&](std::size_t i, std::size_t selected) { flags[i] = selected != 0; });
+Selection Nearest::Selected() const {
+  Selection flags(squared_.size());
+  Visits([&](std::size_t i, std::size_t selected) {
+    flags[i] = static_cast<unsigned char>(selected);
+  });
   return flags;
 }
 

@@ -5,14 +5,17 @@
 // Rousseeuw and Van Driessen's FAST-LTS ("Computing LTS regression for large data sets", Data
 // Mining and Knowledge Discovery 12, 2006): figures through few points drawn at random start it,
 // and a concentration step replaces a figure by the one fitted to the h points nearest to it,
-// which never makes the sum larger. The draws are the same in every run.
+// which never makes the sum larger. Of many points a sample is searched first, and its best figures
+// are carried to a larger one and to all points. The draws are the same in every run.
 #pragma once
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "reference_host/geometry/frame.h"
@@ -29,12 +32,24 @@ struct PointSet {
   std::size_t Size() const { return x.size(); }
 };
 
-/// Positions of points spread evenly over `count` ones; all where there are few.
-std::vector<std::size_t> Sample(std::size_t count);
+/// Whether each point of a set is selected: bytes, which are faster than bits.
+using Selection = std::vector<unsigned char>;
 
-/// A frame about the middle of the majority of the points: far outliers have no part in it.
+/// How many points to keep of a sample of that size: their share, less four standard deviations
+/// of how many of them it may happen to have, so that none of the others has to be kept.
+std::size_t KeptOfSample(std::size_t count, std::size_t kept, std::size_t size);
+
+/// How many points to search first: so many that those kept of the sample are as clearly most of it
+/// as they are of all points. Else the outliers, where they are close together, would be.
+std::size_t SampleSize(std::size_t count, std::size_t kept);
+
+/// So many of the positions up to `count`, drawn at random; all where there are no more.
+std::vector<std::size_t> Sample(std::size_t count, std::size_t most);
+
+/// A frame about the middle of the majority of the `count` points, as the sample has them: far
+/// outliers have no part in it.
 Frame FrameOfMost(const CNuvPoint* points, const std::vector<std::size_t>& sample, std::size_t kept,
-                  const Box& box);
+                  std::size_t count, const Box& box);
 
 /// The points at the positions, or all.
 PointSet InFrame(const Frame& frame, const CNuvPoint* points,
@@ -60,6 +75,9 @@ class Nearest {
   /// Selects by squared distances from the figure; their sum over the selected points.
   template <class Figure>
   double Select(const Figure& figure);
+  /// The same for a figure whose reach is known.
+  template <class Figure>
+  double Select(const Figure& figure, double reach);
   /// The square of the largest distance among those that Select would select; `limit` unless it
   /// is smaller.
   template <class Figure>
@@ -69,11 +87,13 @@ class Nearest {
   const double* Y() const { return kept_y_.data(); }
   std::size_t Kept() const { return kept_; }
   /// Whether each point of the set is selected.
-  std::vector<bool> Selected() const;
+  Selection Selected() const;
 
  private:
   template <class Figure>
-  void Measure(const Figure& figure);
+  void Measure(const Figure& figure) {
+    figure.SquaredDistances(set_.x.data(), set_.y.data(), set_.Size(), squared_.data());
+  }
   double FindReach(double low, double high);
   double Gather();
   template <class Visit>
@@ -89,22 +109,17 @@ class Nearest {
 };
 
 template <class Figure>
-void Nearest::Measure(const Figure& figure) {
-  const std::size_t size = set_.Size();
-  const double* const x = set_.x.data();
-  const double* const y = set_.y.data();
-  std::size_t i = 0;
-  for (; i + 1 < size; i += 2) {
-    Store(figure.SquaredDistance(Two(x + i), Two(y + i)), squared_.data() + i);
-  }
-  if (i < size) squared_[i] = figure.SquaredDistance(x[i], y[i]);
+double Nearest::Select(const Figure& figure) {
+  Measure(figure);
+  // Most often somewhat less than the last one.
+  reach_ = FindReach(0.5 * reach_, 1.1 * reach_);
+  return Gather();
 }
 
 template <class Figure>
-double Nearest::Select(const Figure& figure) {
+double Nearest::Select(const Figure& figure, double reach) {
   Measure(figure);
-  // Most often much the same as the last one.
-  reach_ = FindReach(0.7 * reach_, 1.4 * reach_);
+  reach_ = reach;
   return Gather();
 }
 
@@ -118,123 +133,182 @@ double Nearest::Reach(const Figure& figure, double limit) {
 /// Enough for concentration to end by itself.
 constexpr int kMostSteps = 100;
 
-/// Concentration steps until the sum no longer falls, or so many; gives the sum. The last selection
-/// is that of the figure.
+/// Concentration steps from a figure whose selection has that sum, until it no longer falls, or so
+/// many; gives the sum.
 template <class Figure, class Fitting>
-double Concentrate(Figure& figure, Nearest& nearest, int steps, const Fitting& fit) {
-  double squares = nearest.Select(figure);
+double Concentrate(Figure& figure, double squares, Nearest& nearest, int steps,
+                   const Fitting& fit) {
   for (int step = 0; step < steps; ++step) {
     Figure next = figure;
     if (!fit(next)) break;
     const double next_squares = nearest.Select(next);
-    if (!(next_squares < squares)) {
-      if (next_squares != squares) nearest.Select(figure);
-      break;
-    }
+    if (!(next_squares < squares)) break;
     figure = next;
     squares = next_squares;
   }
   return squares;
 }
 
-/// The figures with the smallest reach so far.
+/// Concentration to the end with the fit of least squares, from a figure whose selection has that
+/// sum; gives the least sum, and leaves its selection, of those that have such a fit. Infinity
+/// where none has, as where the centre of a circle runs away.
 template <class Figure>
-class BestStarts {
- public:
-  static constexpr std::size_t kMost = Figure::kStarts;
-
-  BestStarts() { reaches_.fill(std::numeric_limits<double>::infinity()); }
-  double Limit() const { return reaches_.back(); }
-  void Add(const Figure& figure, double reach) {
-    // The same figure comes from many draws.
-    if (std::find(reaches_.begin(), reaches_.end(), reach) != reaches_.end()) return;
-    std::size_t place = kMost - 1;
-    for (; place > 0 && reach < reaches_[place - 1]; --place) {
-      reaches_[place] = reaches_[place - 1];
-      figures_[place] = figures_[place - 1];
-    }
-    reaches_[place] = reach;
-    figures_[place] = figure;
-    size_ = std::min(size_ + 1, kMost);
+double ConcentrateClosely(Figure figure, double squares, Nearest& nearest) {
+  Figure selecting = figure;
+  double least = std::numeric_limits<double>::infinity();
+  for (int step = 0; step < kMostSteps && squares < least; ++step) {
+    Figure next = figure;
+    if (!next.FitClosely(nearest.X(), nearest.Y(), nearest.Kept())) break;
+    least = squares;
+    selecting = figure;
+    figure = next;
+    squares = nearest.Select(figure);
+    if (std::fabs(squares - least) <= 1e-13 * least) return least;  // the same points
   }
-  const Figure* begin() const { return figures_.data(); }
-  const Figure* end() const { return figures_.data() + size_; }
-
- private:
-  std::array<double, kMost> reaches_;
-  std::array<Figure, kMost> figures_;
-  std::size_t size_ = 0;
-};
-
-/// How many draws make it as good as certain that one of them has only kept points.
-template <class Figure>
-int DrawCount(std::size_t count, std::size_t kept) {
-  constexpr double kLeast = Figure::kPoints == 2 ? 60.0 : 120.0;
-  const double share = static_cast<double>(kept) / static_cast<double>(count);
-  double chance = 1.0;
-  for (std::size_t i = 0; i < Figure::kPoints; ++i) chance *= share;
-  return static_cast<int>(std::clamp(14.0 / chance, kLeast, 2000.0));
+  nearest.Select(selecting);
+  return least;
 }
 
-/// The best figure for the kept part of a sample; false where there is none.
 template <class Figure>
-bool SearchSample(const PointSet& sample, std::size_t kept, Figure* best) {
-  Nearest nearest(sample, kept);
-  BestStarts<Figure> starts;
-  Draws draws;
-  for (int draw = DrawCount<Figure>(sample.Size(), kept); draw > 0; --draw) {
-    std::array<std::size_t, Figure::kPoints> positions;
-    for (std::size_t& position : positions) position = draws.Below(sample.Size());
-    Figure figure;
-    if (!figure.Through(sample.x.data(), sample.y.data(), positions.data())) continue;
-    const double reach = nearest.Reach(figure, starts.Limit());
-    if (reach < starts.Limit()) starts.Add(figure, reach);
+struct Candidate {
+  double squares;
+  Figure figure;
+};
+template <class Figure>
+using Candidates = std::vector<Candidate<Figure>>;
+
+/// How the search weighs time against certainty.
+struct Effort {
+  double least_draws;
+  std::size_t starts;   ///< of the draws, as many as are concentrated at all
+  std::size_t first;    ///< of those, as many as are concentrated to the end
+  std::size_t carried;  ///< of those, as many as are carried to more points
+  double alike;         ///< candidates whose sums differ by less of it count as one
+};
+
+/// A candidate with a sum so many times the best one is given up.
+constexpr double kFarWorse = 4.0;
+
+/// Keeps the best candidates, of equal ones the first, and none that is far worse than the best.
+template <class Figure>
+void Rank(Candidates<Figure>& candidates, std::size_t most, double alike) {
+  std::stable_sort(candidates.begin(), candidates.end(),
+                   [](const auto& a, const auto& b) { return a.squares < b.squares; });
+  // The same figure comes from many draws.
+  candidates.erase(std::unique(candidates.begin(), candidates.end(),
+                               [alike](const auto& a, const auto& b) {
+                                 return b.squares <= a.squares * (1.0 + alike);
+                               }),
+                   candidates.end());
+  std::size_t size = 0;
+  while (size < std::min(most, candidates.size()) &&
+         candidates[size].squares <= kFarWorse * candidates[0].squares) {
+    ++size;
   }
+  candidates.resize(size);
+}
+
+/// Figures through points of the set drawn at random: those with the smallest reach.
+template <class Figure>
+Candidates<Figure> DrawStarts(const PointSet& set, Nearest& nearest, const Effort& effort) {
+  // So many make it as good as certain that enough of them have only kept points.
+  const double share = static_cast<double>(nearest.Kept()) / static_cast<double>(set.Size());
+  double chance = 1.0;
+  for (std::size_t i = 0; i < Figure::kPoints; ++i) chance *= share;
+  const int count = static_cast<int>(std::clamp(14.0 / chance, effort.least_draws, 2000.0));
+
+  // By their reach, of equal ones the first.
+  Candidates<Figure> starts;
+  double limit = std::numeric_limits<double>::infinity();
+  Draws draws;
+  for (int draw = 0; draw < count; ++draw) {
+    std::array<std::size_t, Figure::kPoints> positions;
+    for (std::size_t& position : positions) position = draws.Below(set.Size());
+    Figure figure;
+    if (!figure.Through(set.x.data(), set.y.data(), positions.data())) continue;
+    const double reach = nearest.Reach(figure, limit);
+    if (!(reach < limit)) continue;
+    const auto place =
+        std::lower_bound(starts.begin(), starts.end(), reach,
+                         [](const auto& start, double value) { return start.squares < value; });
+    if (place != starts.end() && place->squares == reach) continue;
+    starts.insert(place, {reach, figure});
+    if (starts.size() > effort.starts) starts.pop_back();
+    if (starts.size() == effort.starts) limit = starts.back().squares;
+  }
+  Figure plain;
+  if (plain.Fit(set.x.data(), set.y.data(), set.Size())) {
+    starts.push_back({nearest.Reach(plain, std::numeric_limits<double>::infinity()), plain});
+  }
+  return starts;
+}
+
+template <class Figure>
+Candidates<Figure> SearchSample(const PointSet& set, std::size_t kept, const Effort& effort) {
+  Nearest nearest(set, kept);
   const auto fit = [&](Figure& figure) {
     return figure.Fit(nearest.X(), nearest.Y(), nearest.Kept());
   };
-  Figure plain;
-  if (plain.Fit(sample.x.data(), sample.y.data(), sample.Size())) starts.Add(plain, 0.0);
-  // Two steps tell good starts from bad ones.
-  struct Candidate {
-    double squares;
-    Figure figure;
-  };
-  std::vector<Candidate> candidates;
-  for (Figure figure : starts) {
-    const double squares = Concentrate(figure, nearest, 2, fit);
-    candidates.push_back({squares, figure});
+  Candidates<Figure> candidates = DrawStarts<Figure>(set, nearest, effort);
+  // One step tells good starts from bad ones.
+  for (auto& [squares, figure] : candidates) {
+    squares = Concentrate(figure, nearest.Select(figure, squares), nearest, 1, fit);
   }
-  std::stable_sort(candidates.begin(), candidates.end(),
-                   [](const Candidate& a, const Candidate& b) { return a.squares < b.squares; });
-  double least = std::numeric_limits<double>::infinity();
-  for (std::size_t i = 0; i < std::min(Figure::kFinalists, candidates.size()); ++i) {
-    const double squares = Concentrate(candidates[i].figure, nearest, kMostSteps, fit);
-    if (!(squares < least)) continue;
-    least = squares;
-    *best = candidates[i].figure;
+  Rank(candidates, effort.first, effort.alike);
+  for (auto& [squares, figure] : candidates) {
+    squares = Concentrate(figure, nearest.Select(figure), nearest, kMostSteps, fit);
   }
-  return least < std::numeric_limits<double>::infinity();
+  Rank(candidates, effort.carried, effort.alike);
+  return candidates;
 }
 
 /// Which points to use, `kept` of them; empty where no figure goes through any of the points.
 /// Figure::Fit is the fit of the early steps, Figure::FitClosely that of the last ones.
-template <class Figure>
-std::vector<bool> SearchTrimmed(const CNuvPoint* points, std::size_t count, std::size_t kept,
-                                const Box& box) {
-  const std::vector<std::size_t> positions = Sample(count);
-  // In proportion, rounded up.
-  const std::size_t kept_of_sample =
-      std::max((kept * positions.size() + count - 1) / count, Figure::kPoints);
-  const Frame frame = FrameOfMost(points, positions, kept_of_sample, box);
-  Figure figure;
-  if (!SearchSample(InFrame(frame, points, positions), kept_of_sample, &figure)) return {};
+/// `error_of(selected, squares)` judges a selection whose concentration ended with that sum.
+template <class Figure, class ErrorOf>
+Selection SearchTrimmed(const CNuvPoint* points, std::size_t count, std::size_t kept,
+                        const Box& box, const Effort& effort, const ErrorOf& error_of) {
+  const std::vector<std::size_t> positions = Sample(count, SampleSize(count, kept));
+  const Frame frame = FrameOfMost(points, positions, kept, count, box);
+  const auto kept_of = [&](std::size_t size) {
+    return std::max(KeptOfSample(count, kept, size), Figure::kPoints);
+  };
+  Candidates<Figure> candidates =
+      SearchSample<Figure>(InFrame(frame, points, positions), kept_of(positions.size()), effort);
+  const auto carry = [&](const PointSet& set, std::size_t set_kept) {
+    Nearest nearest(set, set_kept);
+    const auto fit = [&](Figure& figure) {
+      return figure.Fit(nearest.X(), nearest.Y(), nearest.Kept());
+    };
+    for (auto& [squares, figure] : candidates) {
+      squares = Concentrate(figure, nearest.Select(figure), nearest, kMostSteps, fit);
+    }
+    Rank(candidates, effort.carried, effort.alike);
+  };
+  // Figures alike are told apart, and all of them made better, at less than the cost of all points.
+  if (count > 4096 && positions.size() < 2048) {
+    const std::vector<std::size_t> more = Sample(count, 2048);
+    carry(InFrame(frame, points, more), kept_of(more.size()));
+  }
   const PointSet all = InFrame(frame, points, count);
   Nearest nearest(all, kept);
-  Concentrate(figure, nearest, kMostSteps, [&](Figure& next) {
-    return next.FitClosely(nearest.X(), nearest.Y(), nearest.Kept());
-  });
-  return nearest.Selected();
+  Selection best;
+  double least = std::numeric_limits<double>::infinity();
+  double least_error = least;
+  for (const auto& candidate : candidates) {
+    double squares = nearest.Select(candidate.figure);
+    // One that is far worse before it is concentrated to all points is so behind.
+    if (squares > kFarWorse * least) continue;
+    squares = ConcentrateClosely(candidate.figure, squares, nearest);
+    if (squares == std::numeric_limits<double>::infinity()) continue;
+    least = std::min(least, squares);
+    Selection selected = nearest.Selected();
+    const double error = error_of(selected, squares);
+    if (!(error < least_error)) continue;
+    least_error = error;
+    best = std::move(selected);
+  }
+  return best;
 }
 
 }  // namespace geometry

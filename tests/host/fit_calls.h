@@ -1,8 +1,6 @@
 // Calls of the fits, and points to fit.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -11,8 +9,7 @@
 #include <vector>
 
 #include "host/geometry.h"
-
-using Points = std::vector<CNuvPoint>;
+#include "tests/host/fit_scene.h"
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
@@ -70,49 +67,24 @@ inline Result FitCircle(const Points& points, std::uint32_t percent) {
   return result;
 }
 
-class Random {
- public:
-  explicit Random(std::uint64_t seed) : engine_(seed) {}
-  double Between(double low, double high) {
-    return low + (high - low) * static_cast<double>(engine_() >> 11) * 0x1p-53;
-  }
-  double Normal() { return normal_(engine_); }
-  int Below(int end) { return static_cast<int>(engine_() % static_cast<unsigned>(end)); }
-
- private:
-  std::mt19937_64 engine_;
-  std::normal_distribution<double> normal_;
-};
-
-/// Points near a line or a circle of size 100, with a share of outliers.
-inline Points Scene(Random& random, bool circle, int count, double outlier_share, double noise) {
-  const double angle = random.Between(0.0, 3.2);
-  const double x = random.Between(-100.0, 100.0);
-  const double y = random.Between(-100.0, 100.0);
-  Points points;
-  for (int i = 0; i < count; ++i) {
-    if (random.Between(0.0, 1.0) < outlier_share) {
-      points.emplace_back(x + random.Between(-80.0, 80.0), y + random.Between(-80.0, 80.0));
-    } else if (circle) {
-      const double t = random.Between(0.0, 2.0 * std::numbers::pi);
-      const double r = 50.0 + noise * random.Normal();
-      points.emplace_back(x + r * std::cos(t), y + r * std::sin(t));
-    } else {
-      const double t = random.Between(-50.0, 50.0);
-      const double r = noise * random.Normal();
-      points.emplace_back(x + t * std::cos(angle) - r * std::sin(angle),
-                          y + t * std::sin(angle) + r * std::cos(angle));
-    }
-  }
-  return points;
+/// Points near a line or a circle, a share of them anywhere around it.
+inline Points NearFigure(Random& random, bool circle, int count, double out, double noise) {
+  const auto n = static_cast<std::size_t>(count);
+  return MakeScene(random, {.shape = circle ? Shape::kCircle : Shape::kLine,
+                            .count = n,
+                            .out = static_cast<std::size_t>(out * count),
+                            .noise = noise,
+                            .offset = kSize})
+      .points;
 }
 
 /// Used and left out together are the input, each in its order.
-inline void ExpectDivided(const Points& points, const Result& result, std::uint32_t percent) {
+inline bool IsDivided(const Points& points, const Result& result, std::uint32_t percent) {
   const std::size_t out = points.size() * percent / 100;
-  ASSERT_EQ(result.outliers.size(), out);
-  ASSERT_EQ(result.used.size(), points.size() - out);
-  EXPECT_EQ(result.included, result.used.size());
+  if (result.outliers.size() != out || result.used.size() != points.size() - out ||
+      result.included != result.used.size()) {
+    return false;
+  }
   // How many of the first points may be among those used: several, where points coincide.
   std::vector<bool> possible(result.used.size() + 1);
   possible[0] = true;
@@ -126,5 +98,5 @@ inline void ExpectDivided(const Points& points, const Result& result, std::uint3
     }
     possible = next;
   }
-  EXPECT_TRUE(possible.back()) << "not the input in its order";
+  return possible.back();
 }

@@ -1,5 +1,7 @@
 // The fits where points are hostile: gross outliers, extreme sizes, no answer.
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -14,10 +16,10 @@ TEST(FitRobust, TrimmedFitIsTheFitOfThePointsUsedWhichAreTheNearest) {
   for (const int count : {49, 60, 100, 513, 3000}) {
     for (const bool circle : {false, true}) {
       const Fitting fit = circle ? FitCircle : FitLine;
-      const Points points = Scene(random, circle, count, 0.3, 0.5);
+      const Points points = NearFigure(random, circle, count, 0.3, 0.5);
       const Result result = fit(points, 30);
       ASSERT_EQ(result.status, 0U);
-      ExpectDivided(points, result, 30);
+      EXPECT_TRUE(IsDivided(points, result, 30));
       Result again = fit(result.used, 0);
       again.outliers = result.outliers;
       EXPECT_TRUE(again == result);
@@ -44,7 +46,7 @@ TEST(FitRobust, GrossOutliersDoNotMatter) {
     for (const int count : {20, 200}) {
       for (const bool circle : {false, true}) {
         const Fitting fit = circle ? FitCircle : FitLine;
-        const Points clean = Scene(random, circle, count, 0.0, 0.1);
+        const Points clean = NearFigure(random, circle, count, 0.0, 0.1);
         Points points = clean;
         for (int i = 0; i < count / 5; ++i) {
           const CNuvPoint outlier(far * std::cos(i), far * std::sin(i));
@@ -68,8 +70,8 @@ TEST(FitRobust, FollowsItsPoints) {
                {0x1p-1030, 0, 0}, {0x1p1016, 0, 0},    {0x1p-640, 0x1p-600, 0}};
   for (const int count : {12, 80}) {
     for (const auto& move : moves) {
-      Points points = Scene(random, false, count, 0.2, 0.5);
-      Points circle_points = Scene(random, true, count, 0.2, 0.5);
+      Points points = NearFigure(random, false, count, 0.2, 0.5);
+      Points circle_points = NearFigure(random, true, count, 0.2, 0.5);
       const auto moved = [&](Points& from) {
         Points to;
         for (CNuvPoint& p : from) {

@@ -76,6 +76,10 @@ TEST(FitInstructions, Rows) {
       {kCircle, R"(["NaN",[[6 5],[5 6],[4 5],[5 4]]])", 0, round},
       {kCircle, "[4294967296,[[6 5],[5 6],[4 5],[5 4]]]", 0, round},
       {kCircle, "[0,[[1 1],[2 2],[3 3]]]", 3, no_circle},
+      // Squares of the distances overflow.
+      {kCircle, "[0,[[1e200 0],[0 1e200],[-1e200 0],[0 -1e200]]]", 0,
+       "[2e200,4,0,[0 0],[-1e200 -1e200],[1e200 -1e200],[1e200 1e200],[-1e200 1e200],[],"
+       "[[1e200 0],[0 1e200],[-1e200 0],[0 -1e200]],2e200,2e200,100,0,0]"},
       {kCircleInf, "[0,false,1,-1,[6 5],[5 6],[4 5],[5 4]]", 0, round},
       {kCircleInf, "[0,true,-1,-1,[6 5],[5 6]]", 0, untouched},
       {kCircleInf, "[0,true,-1,-1,[6 5],[5 6],[4 5]]", 3, untouched, negative},
