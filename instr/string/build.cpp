@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "instr/string/text_builder.h"
 #include "plugin/instruction.h"
 
 namespace formula {
@@ -40,12 +41,10 @@ struct CAddStr final : Instruction<CAddStr> {
       .results = {Text("string")},
   };
   static Status Run(Call& call, std::string_view first, std::string_view second) {
-    CheckTextLength(first.size() + second.size());
-    std::string sum;
-    sum.reserve(first.size() + second.size());
-    sum += first;
-    sum += second;
-    return call.Set(0, sum);
+    TextBuilder sum(first.size() + second.size());
+    sum.Append(first);
+    sum.Append(second);
+    return call.Set(0, sum.CString());
   }
 };
 
@@ -102,13 +101,11 @@ struct CInsertAtStr final : Instruction<CInsertAtStr> {
     if (position < 0 || position >= static_cast<std::int64_t>(text.size())) {
       return call.Set(0, kUnsetText);
     }
-    CheckTextLength(text.size() + inserted.size());
-    std::string result;
-    result.reserve(text.size() + inserted.size());
-    result += text.substr(0, position);
-    result += inserted;
-    result += text.substr(position);
-    return call.Set(0, result);
+    TextBuilder result(text.size() + inserted.size());
+    result.Append(text.substr(0, position));
+    result.Append(inserted);
+    result.Append(text.substr(position));
+    return call.Set(0, result.CString());
   }
 };
 

@@ -1,10 +1,11 @@
 // Searching texts and replacing what is found. All of it is case sensitive.
 
 #include <algorithm>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "algorithm/text_search.h"
+#include "instr/string/text_builder.h"
 #include "plugin/instruction.h"
 
 namespace formula {
@@ -107,17 +108,15 @@ struct CReplaceStr final : Instruction<CReplaceStr> {
     const std::vector<std::size_t> places = Places(source, what);
     const std::size_t length =
         source.size() - places.size() * what.size() + places.size() * replacement.size();
-    CheckTextLength(length);
-    std::string replaced;
-    replaced.reserve(length);
+    TextBuilder replaced(length);
     std::size_t from = 0;
     for (const std::size_t place : places) {
-      replaced += source.substr(from, place - from);
-      replaced += replacement;
+      replaced.Append(source.substr(from, place - from));
+      replaced.Append(replacement);
       from = place + what.size();
     }
-    replaced += source.substr(from);
-    return call.Set(0, replaced);
+    replaced.Append(source.substr(from));
+    return call.Set(0, replaced.CString());
   }
 
  private:

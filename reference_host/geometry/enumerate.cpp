@@ -160,7 +160,7 @@ Selection BestLineSubset(const PointSet& set, std::size_t kept) {
 
 bool AreCircleSubsetsFew(std::size_t count, std::size_t kept) {
   // 7 of 14 points and 8 of 14: the most that up to 14 points have.
-  constexpr std::size_t kMost = 3432 * 8;
+  constexpr std::size_t kMost = std::size_t{3432} * 8;
   std::size_t subsets = 1;
   for (std::size_t out = 1; out <= count - kept; ++out) {
     subsets = subsets * (count - out + 1) / out;
