@@ -1,6 +1,7 @@
 // Calls of the fits, and points to fit.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -80,23 +81,19 @@ inline Points NearFigure(Random& random, bool circle, int count, double out, dou
 
 /// Used and left out together are the input, each in its order.
 inline bool IsDivided(const Points& points, const Result& result, std::uint32_t percent) {
-  const std::size_t out = points.size() * percent / 100;
-  if (result.outliers.size() != out || result.used.size() != points.size() - out ||
-      result.included != result.used.size()) {
-    return false;
-  }
-  // How many of the first points may be among those used: several, where points coincide.
-  std::vector<bool> possible(result.used.size() + 1);
-  possible[0] = true;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    std::vector<bool> next(possible.size());
-    for (std::size_t used = 0; used < possible.size(); ++used) {
-      if (!possible[used] || used > i) continue;
-      const std::size_t left = i - used;
-      if (used < result.used.size() && result.used[used] == points[i]) next[used + 1] = true;
-      if (left < out && result.outliers[left] == points[i]) next[used] = true;
+  const auto in_order = [&](const Points& part) {
+    auto next = points.begin();
+    for (const CNuvPoint& p : part) {
+      next = std::find(next, points.end(), p);
+      if (next == points.end()) return false;
+      ++next;
     }
-    possible = next;
-  }
-  return possible.back();
+    return true;
+  };
+  Points both = result.used;
+  both.insert(both.end(), result.outliers.begin(), result.outliers.end());
+  return result.outliers.size() == points.size() * percent / 100 &&
+         result.included == result.used.size() && in_order(result.used) &&
+         in_order(result.outliers) &&
+         std::is_permutation(points.begin(), points.end(), both.begin(), both.end());
 }

@@ -61,7 +61,7 @@ TEST(FitRobust, GrossOutliersDoNotMatter) {
   }
 }
 
-/// The same figure, moved and resized.
+/// The same figure, moved and resized, or turned by a quarter.
 TEST(FitRobust, FollowsItsPoints) {
   Random random(7);
   const struct {
@@ -70,47 +70,43 @@ TEST(FitRobust, FollowsItsPoints) {
                {0x1p-1030, 0, 0}, {0x1p1016, 0, 0},    {0x1p-640, 0x1p-600, 0}};
   for (const int count : {12, 80}) {
     for (const auto& move : moves) {
-      Points points = NearFigure(random, false, count, 0.2, 0.5);
-      Points circle_points = NearFigure(random, true, count, 0.2, 0.5);
-      const auto moved = [&](Points& from) {
-        Points to;
-        for (CNuvPoint& p : from) {
+      const auto moved = [&](const CNuvPoint& p) {
+        return CNuvPoint(p.x * move.scale + move.x, p.y * move.scale + move.y);
+      };
+      const double coarse = 1e-11 + 1e-15 * (std::fabs(move.x) + std::fabs(move.y)) / move.scale;
+      for (const bool is_circle : {false, true}) {
+        const Fitting fit = is_circle ? FitCircle : FitLine;
+        Points points = NearFigure(random, is_circle, count, 0.2, 0.5);
+        Points moved_points, turned_points;
+        for (CNuvPoint& p : points) {
           // Few bits, so that moving does not round.
           p = {std::round(p.x * 64) / 64, std::round(p.y * 64) / 64};
-          to.emplace_back(p.x * move.scale + move.x, p.y * move.scale + move.y);
+          moved_points.push_back(moved(p));
+          turned_points.emplace_back(-p.y, p.x);
         }
-        return to;
-      };
-      const Points moved_points = moved(points);
-      const Result line = FitLine(points, 25);
-      const Result moved_line = FitLine(moved_points, 25);
-      ASSERT_EQ(moved_line.status, 0U) << move.scale;
-      EXPECT_NEAR(moved_line.line.a, line.line.a, 1e-12);
-      const double cosine = std::cos(line.line.a);
-      const double sine = std::sin(line.line.a);
-      EXPECT_NEAR(moved_line.line.d / move.scale,
-                  line.line.d + (move.y / move.scale * cosine - move.x / move.scale * sine),
-                  1e-11 + 1e-15 * (std::fabs(move.x) + std::fabs(move.y)) / move.scale);
-      const Points moved_circle = moved(circle_points);
-      const Result circle = FitCircle(circle_points, 25);
-      const Result there = FitCircle(moved_circle, 25);
-      ASSERT_EQ(there.status, 0U) << move.scale;
-      EXPECT_NEAR(there.diameter / move.scale, circle.diameter, 1e-11);
-      EXPECT_NEAR(there.error / move.scale, circle.error, 1e-11);
-      const double coarse = 1e-11 + 1e-15 * (std::fabs(move.x) + std::fabs(move.y)) / move.scale;
-      EXPECT_NEAR((there.center.x - move.x) / move.scale, circle.center.x, coarse);
-      EXPECT_NEAR((there.center.y - move.y) / move.scale, circle.center.y, coarse);
-      // The same points in all places.
-      for (std::size_t i = 0; i < line.used.size(); ++i) {
-        EXPECT_EQ(moved_line.used[i].x, line.used[i].x * move.scale + move.x);
-        EXPECT_EQ(there.used[i].x, circle.used[i].x * move.scale + move.x);
+        const Result here = fit(points, 25);
+        const Result there = fit(moved_points, 25);
+        const Result turned = fit(turned_points, 25);
+        ASSERT_EQ(there.status, 0U) << move.scale;
+        for (std::size_t i = 0; i < here.used.size(); ++i) {
+          EXPECT_EQ(there.used[i], moved(here.used[i]));
+        }
+        if (is_circle) {
+          EXPECT_NEAR(there.diameter / move.scale, here.diameter, 1e-11);
+          EXPECT_NEAR(there.error / move.scale, here.error, 1e-11);
+          EXPECT_NEAR((there.center.x - move.x) / move.scale, here.center.x, coarse);
+          EXPECT_NEAR((there.center.y - move.y) / move.scale, here.center.y, coarse);
+          EXPECT_NEAR(turned.center.x, -here.center.y, 1e-11);
+          EXPECT_NEAR(turned.diameter, here.diameter, 1e-11);
+        } else {
+          EXPECT_NEAR(there.line.a, here.line.a, 1e-12);
+          const double cosine = std::cos(here.line.a);
+          const double sine = std::sin(here.line.a);
+          EXPECT_NEAR((there.line.d - (move.y * cosine - move.x * sine)) / move.scale, here.line.d,
+                      coarse);
+          EXPECT_NEAR(std::fabs(turned.line.a - here.line.a), std::numbers::pi / 2, 1e-11);
+        }
       }
-      // A quarter turn.
-      Points turned;
-      for (const CNuvPoint& p : circle_points) turned.emplace_back(-p.y, p.x);
-      const Result turned_circle = FitCircle(turned, 25);
-      EXPECT_NEAR(turned_circle.center.x, -circle.center.y, 1e-11);
-      EXPECT_NEAR(turned_circle.diameter, circle.diameter, 1e-11);
     }
   }
 }
@@ -146,93 +142,46 @@ TEST(FitRobust, WhatHasNoAnswerFailsWithDefinedOutputs) {
   const struct {
     Points points;
     std::uint32_t percent;
-    bool line_too;
+    bool line_too = true;
   } rows[] = {
-      {{}, 0, true},
-      {{{1, 1}}, 0, true},
+      {{}, 0},
+      {{{1, 1}}, 0},
       {{{1, 1}, {2, 3}}, 0, false},
       {{{1, 1}, {2, 3}, {3, 3}}, 50, false},
-      {{{1, 1}, {2, 3}, {3, 3}}, 67, true},
-      {good, 100, true},
-      {good, 4294967295U, true},
-      {good, 80, true},
+      {{{1, 1}, {2, 3}, {3, 3}}, 67},
+      {good, 100},
+      {good, 4294967295U},
+      {good, 80},
       {good, 60, false},
-      {same, 0, true},
-      {same, 30, true},
-      {{{1, 1}, {1, 1}, {1, 1}}, 0, true},
+      {same, 0},
+      {same, 30},
+      {{{1, 1}, {1, 1}, {1, 1}}, 0},
       {tenths, 0, false},
       {tenths, 30, false},
       {many_tenths, 0, false},
       {{{0, 0}, {1, 1}, {2, 2}, {5, 5}}, 25, false},
-      {with(kNan, 0), 0, true},
-      {with(0, kNan), 20, true},
-      {with(kInfinity, 0), 0, true},
-      {with(0, -kInfinity), 20, true},
-      {with(kInfinity, kInfinity), 0, true},
+      {with(kNan, 0), 0},
+      {with(0, kNan), 20},
+      {with(kInfinity, 0), 0},
+      {with(0, -kInfinity), 20},
+      {with(kInfinity, kInfinity), 0},
   };
+  Result no_line;
+  no_line.included = 0;
+  Result no_circle = no_line;
+  no_line.line = CNuvLine();
+  no_circle.center = CNuvPoint();
+  no_circle.diameter = no_circle.error = 0.0;
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << &row - rows);
-    Result nothing;
-    nothing.included = 0;
-    for (const bool circle : {false, true}) {
-      const Result fit =
-          circle ? FitCircle(row.points, row.percent) : FitLine(row.points, row.percent);
-      if (!circle && !row.line_too) {
-        EXPECT_EQ(fit.status, 0U);
-        continue;
-      }
-      nothing.status = fit.status;
-      nothing.line = circle ? CNuvLine(7.0, 7.0) : CNuvLine();
-      nothing.center = circle ? CNuvPoint() : CNuvPoint(7.0, 7.0);
-      nothing.diameter = nothing.error = circle ? 0.0 : 7.0;
-      EXPECT_NE(fit.status, 0U);
-      EXPECT_EQ(fit, nothing);
-    }
+    const Result circle = FitCircle(row.points, row.percent);
+    EXPECT_NE(no_circle.status = circle.status, 0U);
+    EXPECT_EQ(circle, no_circle);
+    const Result line = FitLine(row.points, row.percent);
+    EXPECT_EQ(line.status != 0, row.line_too);
+    no_line.status = line.status;
+    EXPECT_EQ(line == no_line, row.line_too);
   }
-}
-
-TEST(FitRobust, ExtremesAreOfThePointsUsed) {
-  // A gross outlier, and the line y = 0 with points above and below, two of them equally far.
-  const Points points = {{0, 0},  {1, 1},  {2, 1},  {3, -1}, {4, -1},
-                         {5, 50}, {4, -1}, {3, -1}, {2, 1},  {1, 1}};
-  std::uint32_t included = 77;
-  double low = 7.0;
-  double high = 7.0;
-  CNuvPoint low_point(7, 7);
-  CNuvPoint high_point(7, 7);
-  CNuvLine line(7, 7);
-  CNuvPointVector outliers;
-  outliers.Resize(3);
-  const auto fit = [&](std::uint32_t count, std::uint32_t percent) {
-    return CNuvGeometry::Points2BestLineMaxOutliers(points.data(), count, percent, &included, &low,
-                                                    &high, &low_point, &high_point, &line,
-                                                    &outliers);
-  };
-  ASSERT_EQ(fit(10, 10), 0U);
-  const Result plain = FitLine(points, 10);
-  EXPECT_EQ(line, plain.line);
-  EXPECT_EQ(included, 9U);
-  EXPECT_EQ(ToPoints(outliers), plain.outliers);
-  double least = kInfinity;
-  double most = -kInfinity;
-  for (const CNuvPoint& p : plain.used) {
-    const double distance = p.y * std::cos(line.a) - p.x * std::sin(line.a) - line.d;
-    least = std::min(least, distance);
-    most = std::max(most, distance);
-  }
-  EXPECT_LT(low, 0.0);
-  EXPECT_NEAR(low, least, 1e-14);
-  EXPECT_NEAR(high, most, 1e-14);
-  EXPECT_EQ(ToPoints(outliers), (Points{{5, 50}}));
-
-  ASSERT_NE(fit(0, 0), 0U);
-  EXPECT_EQ(included, 0U);
-  EXPECT_EQ(low, 0.0);
-  EXPECT_EQ(high, 0.0);
-  EXPECT_EQ(low_point, CNuvPoint());
-  EXPECT_EQ(high_point, CNuvPoint());
-  EXPECT_EQ(line, CNuvLine());
-  EXPECT_EQ(outliers.Size(), 0U);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 #include <string>
-#include <vector>
 
 #include "host/setting.h"
 
@@ -63,69 +62,44 @@ TEST(CNuvObject, EveryTypeTakesEveryOther) {
   }
 }
 
-TEST(CNuvObject, UnrelatedTypesReadAsDefaultsAndStayAsTheyAre) {
+TEST(CNuvObject, UnrelatedTypesReadAsDefaultsUntilOneIsWritten) {
   for (const NUV_OBJ_TYPE type : kAllTypes) {
     const CNuvObject before = Filled(type);
-    const CNuvObject value = before;
-    if (type != NUV_OBJ_DOUBLE && type != NUV_OBJ_BOOL) {
-      EXPECT_EQ(static_cast<double>(value), 0.0);
-      EXPECT_EQ(static_cast<int>(value), 0);
-      EXPECT_FALSE(static_cast<bool>(value));
-    }
-    if (type != NUV_OBJ_STRING) {
-      EXPECT_STREQ(static_cast<const char*>(value), "");
-    }
-    if (type != NUV_OBJ_POINT) {
-      EXPECT_EQ(static_cast<const CNuvPoint&>(value), CNuvPoint());
-    }
-    if (type != NUV_OBJ_LINE) {
-      EXPECT_EQ(static_cast<const CNuvLine&>(value), CNuvLine());
-    }
-    if (type != NUV_OBJ_DOUBLE_VECTOR) {
-      EXPECT_EQ(static_cast<const CNuvDoubleVector&>(value).Size(), 0u);
-    }
+    CNuvObject value = before;
+    const CNuvObject& read = value;
+    const bool is_number = type == NUV_OBJ_DOUBLE || type == NUV_OBJ_BOOL;
+    const std::size_t size = type == NUV_OBJ_DOUBLE_VECTOR ? 1 : 0;
+    EXPECT_TRUE(is_number || (static_cast<double>(read) == 0.0 && static_cast<int>(read) == 0 &&
+                              !static_cast<bool>(read)));
+    EXPECT_EQ(*static_cast<const char*>(read) == '\0', type != NUV_OBJ_STRING);
+    EXPECT_EQ(static_cast<const CNuvPoint&>(read) == CNuvPoint(), type != NUV_OBJ_POINT);
+    EXPECT_EQ(static_cast<const CNuvLine&>(read) == CNuvLine(), type != NUV_OBJ_LINE);
+    EXPECT_EQ(static_cast<const CNuvDoubleVector&>(read).Size(), size);
     EXPECT_TRUE(value == before);
-  }
-}
-
-TEST(CNuvObject, AMutableReferenceMakesTheTypeItWants) {
-  for (const NUV_OBJ_TYPE type : kAllTypes) {
-    CNuvObject value = Filled(type);
     static_cast<CNuvDoubleVector&>(value).PushBack(7.0);
     ASSERT_EQ(value.GetType(), NUV_OBJ_DOUBLE_VECTOR);
-    EXPECT_EQ(static_cast<const CNuvDoubleVector&>(value).Size(),
-              type == NUV_OBJ_DOUBLE_VECTOR ? 2u : 1u);
+    EXPECT_EQ(static_cast<const CNuvDoubleVector&>(read).Size(), size + 1);
   }
 }
 
-TEST(CNuvObject, IntegersTruncateByTheProcessorsRule) {
+TEST(CNuvObject, NumbersBooleansAndIntegersReadAsEachOther) {
   constexpr int kMin = std::numeric_limits<int>::min();
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  struct Row {
+  constexpr struct {
     double number;
     int integer;
-  };
-  constexpr Row kRows[] = {
-      {0.9, 0},
-      {-0.9, 0},
-      {-2.7, -2},
-      {2147483647.9, 2147483647},
-      {2147483648.0, kMin},
-      {-2147483648.9, kMin},
-      {1e300, kMin},
-      {kInfinity, kMin},
-      {-kInfinity, kMin},
-      {std::numeric_limits<double>::quiet_NaN(), kMin},
-  };
-  for (const Row& row : kRows) {
-    CNuvObject value;
+  } kRows[] = {{0.9, 0},
+               {-2.7, -2},
+               {2147483647.9, 2147483647},
+               {2147483648.0, kMin},
+               {-2147483648.9, kMin},
+               {1e300, kMin},
+               {-HUGE_VAL, kMin},
+               {std::numeric_limits<double>::quiet_NaN(), kMin}};
+  CNuvObject value;
+  for (const auto& row : kRows) {
     value = row.number;
     EXPECT_EQ(static_cast<int>(value), row.integer) << row.number;
   }
-}
-
-TEST(CNuvObject, AnIntegerIsANumberAndBooleansReadAsNumbers) {
-  CNuvObject value;
   value = -7;
   EXPECT_EQ(value.GetType(), NUV_OBJ_DOUBLE);
   EXPECT_EQ(static_cast<double>(value), -7.0);
@@ -135,18 +109,13 @@ TEST(CNuvObject, AnIntegerIsANumberAndBooleansReadAsNumbers) {
 }
 
 TEST(CNuvObject, TakesAPartOfItself) {
-  CNuvObject value;
-  value = "a text too long for the small buffer";
+  CNuvObject value = Filled(NUV_OBJ_STRING);
   value = static_cast<const char*>(value) + 2;
   EXPECT_STREQ(static_cast<const char*>(value), "text too long for the small buffer");
-  CNuvObject points = Filled(NUV_OBJ_POINT_VECTOR);
-  points = static_cast<const CNuvPointVector&>(points)[0];
-  EXPECT_EQ(static_cast<const CNuvPoint&>(points), CNuvPoint(1.0, 2.0));
-}
-
-TEST(CNuvObject, ATextEndsAtAZeroByteAndKeepsHighBytes) {
-  CNuvObject value;
-  value = CNuvString(std::string("\x80\xFF\0rest", 7));
+  value = Filled(NUV_OBJ_POINT_VECTOR);
+  value = static_cast<const CNuvPointVector&>(value)[0];
+  EXPECT_EQ(static_cast<const CNuvPoint&>(value), CNuvPoint(1.0, 2.0));
+  value = CNuvString(std::string("\x80\xFF\0rest", 7));  // a text ends at a zero byte
   EXPECT_STREQ(static_cast<const char*>(value), "\x80\xFF");
 }
 

@@ -22,29 +22,18 @@ std::string_view ReadInPlace(const CStdStr& text) {
   return {start, words[3]};
 }
 
-TEST(CStdStr, KeepsTheLayoutOfEveryLengthAndByte) {
-  for (std::size_t length = 0; length < 70; ++length) {
-    std::string text(length, '\0');
-    for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<char>(i * 37 + length);
-    EXPECT_EQ(ReadInPlace(CStdStr(std::string_view(text))), text);
-  }
-  EXPECT_EQ(ReadInPlace(CStdStr(nullptr)), "");
-}
-
-TEST(CStdStr, BehavesLikeAStringUnderRandomAssignments) {
+TEST(CStdStr, KeepsItsLayoutUnderRandomAssignments) {
   std::mt19937 random(1);
   std::string expected[4];
-  CStdStr actual[4];
+  CStdStr actual[4] = {CStdStr(nullptr)};
   for (int step = 0; step < 20000; ++step) {
     const std::size_t a = random() % 4;
     const std::size_t b = random() % 4;
     switch (random() % 5) {
-      case 0: {
-        const std::string text(random() % 40, static_cast<char>('a' + random() % 26));
-        expected[a] = text;
-        actual[a] = std::string_view(text);
+      case 0:
+        expected[a] = std::string(random() % 70, static_cast<char>(random()));
+        actual[a] = std::string_view(expected[a]);
         break;
-      }
       case 1:
         expected[a] = std::string(expected[b]);
         actual[a] = actual[b];
@@ -54,12 +43,10 @@ TEST(CStdStr, BehavesLikeAStringUnderRandomAssignments) {
         expected[a] = std::exchange(expected[b], "");
         actual[a] = std::move(actual[b]);
         break;
-      case 3: {  // a part of its own text
-        const std::size_t start = expected[a].empty() ? 0 : random() % expected[a].size();
-        actual[a] = actual[a].View().substr(start);
-        expected[a] = expected[a].substr(start);
+      case 3:  // a part of its own text
+        expected[a] = expected[a].substr(random() % (expected[a].size() + 1));
+        actual[a] = actual[a].View().substr(actual[a].Size() - expected[a].size());
         break;
-      }
       default: actual[a] = CStdStr(actual[b]); expected[a] = std::string(expected[b]);
     }
     for (int i = 0; i < 4; ++i) ASSERT_EQ(ReadInPlace(actual[i]), expected[i]) << "step " << step;

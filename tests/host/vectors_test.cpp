@@ -5,6 +5,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "host/setting.h"
@@ -12,30 +13,21 @@
 namespace {
 
 template <class Vector>
-struct Elements;
-template <>
-struct Elements<CNuvBoolVector> {
-  static bool Make(std::uint_fast32_t n) { return n % 2 != 0; }
+class Vectors : public testing::Test {
+ protected:
+  static typename Vector::value_type Make(std::uint_fast32_t n) {
+    using Element = typename Vector::value_type;
+    if constexpr (std::is_same_v<Element, bool>) {
+      return n % 2 != 0;
+    } else if constexpr (std::is_same_v<Element, CNuvString>) {
+      return Element(std::string(n % 40, 'x'));
+    } else if constexpr (std::is_same_v<Element, double>) {
+      return static_cast<double>(n) / 7.0;
+    } else {
+      return Element(static_cast<double>(n) / 3.0, 1.0);
+    }
+  }
 };
-template <>
-struct Elements<CNuvDoubleVector> {
-  static double Make(std::uint_fast32_t n) { return static_cast<double>(n) / 7.0; }
-};
-template <>
-struct Elements<CNuvStringVector> {
-  static CNuvString Make(std::uint_fast32_t n) { return CNuvString(std::string(n % 40, 'x')); }
-};
-template <>
-struct Elements<CNuvPointVector> {
-  static CNuvPoint Make(std::uint_fast32_t n) { return {static_cast<double>(n) / 3.0, -1.0}; }
-};
-template <>
-struct Elements<CNuvLineVector> {
-  static CNuvLine Make(std::uint_fast32_t n) { return CNuvLine(static_cast<double>(n) / 3.0, 1.0); }
-};
-
-template <class Vector>
-class Vectors : public testing::Test {};
 using AllVectors = testing::Types<CNuvBoolVector, CNuvDoubleVector, CNuvStringVector,
                                   CNuvPointVector, CNuvLineVector>;
 TYPED_TEST_SUITE(Vectors, AllVectors);
@@ -46,19 +38,17 @@ TYPED_TEST(Vectors, BehaveLikeAListUnderRandomOperations) {
   TypeParam actual;
   std::vector<Element> expected;
   for (int step = 0; step < 3000; ++step) {
-    const Element value = Elements<TypeParam>::Make(random() % 1000);
+    const Element value = this->Make(random() % 1000);
     switch (random() % 5) {
       case 0:
       case 1:
         actual.PushBack(value);
         expected.push_back(value);
         break;
-      case 2: {
-        const std::size_t size = random() % 50;
-        actual.Resize(size);
-        expected.resize(size);
+      case 2:
+        expected.resize(random() % 50);
+        actual.Resize(expected.size());
         break;
-      }
       case 3: {
         const std::size_t position = random() % (expected.size() + 1);
         const std::size_t count = random() % 6;
@@ -83,11 +73,10 @@ TYPED_TEST(Vectors, BehaveLikeAListUnderRandomOperations) {
 }
 
 TYPED_TEST(Vectors, RefuseImpossibleSizesAndStayAsTheyWere) {
-  using Element = typename TypeParam::value_type;
   TypeParam array;
-  array.PushBack(Elements<TypeParam>::Make(5));
+  array.PushBack(this->Make(5));
   const TypeParam before = array;
-  const Element value = Elements<TypeParam>::Make(1);
+  const auto value = this->Make(1);
   for (const std::size_t size : {std::size_t{1} << 31, std::size_t{1} << 60, ~std::size_t{0}}) {
     EXPECT_THROW(array.Resize(size), std::length_error);
     EXPECT_THROW(array.Insert(0, size, value), std::length_error);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <compare>
+#include <numeric>
 #include <utility>
 
 #include "tests/instr/any_arrays.h"
@@ -13,71 +14,41 @@
 
 namespace {
 
-using nuvhost::Json;
-
 TEST(Points, Rows) {
-  constexpr const char* kLine =
-      R"([{"x":0,"y":0},{"x":1,"y":0},{"x":2,"y":0},{"x":3,"y":0},{"x":10,"y":0}])";
-  const std::string half = std::string("[") + kLine + ",0.5]";
-  const std::string none = std::string("[") + kLine + ",0]";
-  const std::string hundred = std::string("[") + kLine + ",100]";
-  const std::string everything = std::string("[") + Json::parse(kLine).dump() + ",[],100]";
   const InstructionRow rows[] = {
-      {"_Nuv_Array_CPArrExtrema_", R"([[{"x":3,"y":-1},{"x":"NaN","y":7},{"x":-2,"y":0}]])",
-       "[-2,3,-1,7]"},
+      {"_Nuv_Array_CPArrExtrema_", R"([[[3 -1],["NaN" 7],[-2 0]]])", "[-2,3,-1,7]"},
       {"_Nuv_Array_CPArrExtrema_", "[[]]",
        "[1.7976931348623157e+308,-1.7976931348623157e+308,1.7976931348623157e+308,"
        "-1.7976931348623157e+308]"},
-      {"_Nuv_Array_CPArrExtrema_", R"([[{"x":"Infinity","y":"-Infinity"}]])",
+      {"_Nuv_Array_CPArrExtrema_", R"([[["Infinity" "-Infinity"]]])",
        R"([1.7976931348623157e+308,"Infinity","-Infinity",-1.7976931348623157e+308])"},
-      {"_Nuv_Array_CPArrCluster1D_", half.c_str(),
-       R"([[{"x":0,"y":0},{"x":1,"y":0},{"x":2,"y":0}],[{"x":3,"y":0},{"x":10,"y":0}],60])"},
-      {"_Nuv_Array_CPArrCluster1D_", none.c_str(),
-       R"([[{"x":0,"y":0}],[{"x":1,"y":0},{"x":2,"y":0},{"x":3,"y":0},{"x":10,"y":0}],20])"},
-      {"_Nuv_Array_CPArrCluster1D_", hundred.c_str(), everything.c_str()},
+      {"_Nuv_Array_CPArrCluster1D_", "[[[0 0],[1 0],[2 0],[3 0],[10 0]],0.5]",
+       "[[[0 0],[1 0],[2 0]],[[3 0],[10 0]],60]"},
+      {"_Nuv_Array_CPArrCluster1D_", "[[[0 0],[1 0],[2 0],[3 0],[10 0]],0]",
+       "[[[0 0]],[[1 0],[2 0],[3 0],[10 0]],20]"},
+      {"_Nuv_Array_CPArrCluster1D_", "[[[0 0],[1 0],[10 0]],100]", "[[[0 0],[1 0],[10 0]],[],100]"},
       {"_Nuv_Array_CPArrCluster1D_",  // two clusters of two: the first wins, 2 of 4
-       R"([[{"x":0,"y":0},{"x":1,"y":0},{"x":9,"y":0},{"x":17,"y":0}]])",
-       R"([[{"x":1,"y":0},{"x":9,"y":0},{"x":17,"y":0}],[{"x":0,"y":0}],75])"},
-      {"_Nuv_Array_CPArrCluster1D_", R"([[{"x":0,"y":0},{"x":1,"y":0},{"x":9,"y":0}],"NaN"])",
-       R"([[{"x":0,"y":0}],[{"x":1,"y":0},{"x":9,"y":0}],33])"},
+       "[[[0 0],[1 0],[9 0],[17 0]]]", "[[[1 0],[9 0],[17 0]],[[0 0]],75]"},
+      {"_Nuv_Array_CPArrCluster1D_", R"([[[0 0],[1 0],[9 0]],"NaN"])",
+       "[[[0 0]],[[1 0],[9 0]],33]"},
   };
   CheckRows(rows);
 }
 
 // A failure empties the results; only the tolerance has a message.
 TEST(Points, ClusteringFails) {
-  nuvhost::ExecSession session(BuiltCatalogue());
-  const struct {
-    const char* inputs;
-    bool told;
-  } rows[] = {{"[[],1]", false},
-              {R"([[{"x":1,"y":1},{"x":2,"y":1}],-1])", false},
-              {R"([[{"x":1,"y":1},{"x":2,"y":1},{"x":3,"y":1}],-1e-300])", true}};
-  for (const auto& row : rows) {
-    const Json answer =
-        Exec(session, R"({"instr":"_Nuv_Array_CPArrCluster1D_","in":)" + std::string(row.inputs) +
-                          R"(,"prev":[[{"x":1,"y":2}],[{"x":1,"y":2}],5]})");
-    EXPECT_EQ(answer["status"], 3);
-    EXPECT_EQ(answer["out"].dump(), "[[],[],0]");
-    Json messages = Json::array({{{"severity", 2},
-                                  {"source", "Remove Isolated Outliers"},
-                                  {"text", "Negative tolerance is not a valid input."}}});
-    EXPECT_EQ(answer.value("messages", Json::array()), row.told ? messages : Json::array());
-  }
-}
-
-double HostileValue(std::mt19937_64& random, unsigned kind, std::size_t size) {
-  constexpr double kHuge = 1.6e308;
-  constexpr double kHostile[] = {kInfinity, -kInfinity, kNaN, kHuge, -kHuge, 0.0, -0.0, 5e-324};
-  const std::uint64_t bits = random();
-  switch (kind) {
-    case 0: return static_cast<double>(bits % (4 * size));         // many ties
-    case 1: return static_cast<double>(bits % 12) / 4.0;           // few clusters
-    case 2: return kHostile[bits % 8];                             // sums overflow
-    case 3: return 0x1p53 + static_cast<double>(bits % 64) * 2.0;  // rounded ties
-    case 4: return random() % 16 == 0 ? AnyNumber(random) : 3.0;   // of every magnitude
-    default: return std::ldexp(static_cast<double>(bits >> 11), -50) * static_cast<double>(size);
-  }
+  const TranscriptRow rows[] = {
+      {R"({"instr":"_Nuv_Array_CPArrCluster1D_","in":[[],1],"prev":[[[1 2]],[],5]})",
+       R"({"status":3,"out":[[],[],0]})"},
+      {R"({"instr":"_Nuv_Array_CPArrCluster1D_","in":[[[1 1],[2 1]],-1], "prev":[[],[[1 2]],5]})",
+       R"({"status":3,"out":[[],[],0]})"},
+      {R"({"instr":"_Nuv_Array_CPArrCluster1D_","prev":[[[1 2]],[[1 2]],5],
+           "in":[[[1 1],[2 1],[3 1]],-1e-300]})",
+       R"({"status":3,"out":[[],[],0],"messages":[{"severity":2,
+           "source":"Remove Isolated Outliers",
+           "text":"Negative tolerance is not a valid input."}]})"},
+  };
+  CheckTranscript(rows);
 }
 
 TEST(Points, ClusteringIsThePlainOne) {
@@ -86,14 +57,38 @@ TEST(Points, ClusteringIsThePlainOne) {
                                     kInfinity, 0.25, 0.0, kNaN, 2.0,   4.0};
   for (int round = 0; round < RandomRounds(3000); ++round) {
     const std::size_t size = round % 250 == 249 ? 4000 : random() % (round % 25 == 24 ? 900 : 60);
-    const unsigned kind = static_cast<unsigned>(round) % 6;
     const double tolerance = kTolerances[random() % std::size(kTolerances)];
-    Array values(size);
-    for (double& value : values) value = HostileValue(random, kind, size);
+    Array values = AnyArray(random, size, static_cast<unsigned>(round));
+    for (double& value : values) {
+      const auto bits = random();
+      switch (round % 6) {
+        case 0: value = 0x1p53 + static_cast<double>(bits % 64) * 2.0; break;  // rounded ties
+        case 1: value *= 1.6e308; break;                                       // sums overflow
+        case 2:
+          value = std::ldexp(static_cast<double>(bits >> 11), -50) * static_cast<double>(size);
+          break;
+        default: break;
+      }
+    }
     // Which members some cluster has shows once it is the largest.
     if (size > 0 && random() % 2 == 0) values.insert(values.end(), 40, values[random() % size]);
     ASSERT_EQ(formula::LargestCluster(values, tolerance), ClusterPlainly(values, tolerance))
         << "round " << round << ", size " << size << ", tolerance " << tolerance;
+  }
+}
+
+// A value halfway between any two of many centres, which stand in several blocks, makes the cluster
+// that was created first the largest.
+TEST(Points, TheFirstOfEquallyNearClustersWins) {
+  for (const bool rising : {false, true}) {
+    for (std::size_t k = 0; k < 299; ++k) {
+      Array values(300);
+      std::iota(values.begin(), values.end(), 0.0);
+      if (!rising) std::reverse(values.begin(), values.end());
+      values.push_back(static_cast<double>(k) + 0.5);
+      const std::size_t first = rising ? k : 298 - k;
+      ASSERT_EQ(formula::LargestCluster(values, 0.75), (std::vector<std::size_t>{first, 300}));
+    }
   }
 }
 

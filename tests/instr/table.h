@@ -3,9 +3,19 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 
 #include "reference_host/nuvhost/exec_session.h"
+
+/// A request in which [x y] stands for a point and (a d) for a line.
+inline std::string WithFigures(const std::string& text) {
+  const std::string pair = R"((-?[0-9.e+-]+|"[A-Za-z-]+") (-?[0-9.e+-]+|"[A-Za-z-]+"))";
+  static const std::regex point("\\[" + pair + "\\]");
+  static const std::regex line("\\(" + pair + "\\)");
+  const std::string points = std::regex_replace(text, point, R"({"x":$1,"y":$2})");
+  return std::regex_replace(points, line, R"({"a":$1,"d":$2})");
+}
 
 /// One call. `inputs` and `outputs` are JSON lists; `outputs` is compared to the letter, so that
 /// the sign of a zero counts. A failure has its `message`, "source|text", or "" for a silent one,
@@ -38,12 +48,12 @@ void CheckRows(const Rows& rows) {
   for (const InstructionRow& row : rows) {
     SCOPED_TRACE(std::string(row.identifier) + " " + row.inputs);
     const std::string call =
-        std::string(R"({"instr":")") + row.identifier + R"(","in":)" + row.inputs;
+        std::string(R"({"instr":")") + row.identifier + R"(","in":)" + WithFigures(row.inputs);
     const nuvhost::Json answer = Exec(session, call + R"(,"prev":[])" + "}");
     ASSERT_FALSE(answer.contains("error")) << answer.dump();
     EXPECT_EQ(answer["status"], row.fails ? 3 : 0);
     if (!row.fails) {
-      EXPECT_EQ(answer["out"].dump(), row.outputs);
+      EXPECT_EQ(answer["out"].dump(), WithFigures(row.outputs));
       EXPECT_FALSE(answer.contains("messages")) << answer.dump();
       continue;
     }
@@ -72,7 +82,8 @@ template <class Rows>
 void CheckTranscript(const Rows& rows) {
   nuvhost::ExecSession session(BuiltCatalogue());
   for (const TranscriptRow& row : rows) {
-    EXPECT_EQ(Exec(session, row.request).dump(), nuvhost::Json::parse(row.answer).dump())
+    EXPECT_EQ(Exec(session, WithFigures(row.request)).dump(),
+              nuvhost::Json::parse(WithFigures(row.answer)).dump())
         << row.request;
   }
 }

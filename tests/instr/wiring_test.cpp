@@ -1,5 +1,6 @@
 // A host may wire a = f(a): an input and a result are then one object.
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <string_view>
@@ -93,18 +94,22 @@ TEST(Wiring, AResultMayBeAnInput) {
     const DescriptorRecord& descriptor = *instruction.descriptor;
     const std::string_view category = descriptor.category;
     if (category == "IO: System" || category == "IO: Keyboard") continue;
-    const std::size_t inputs = descriptor.inputs.Size();
+    const std::size_t declared = descriptor.inputs.Size();
+    const std::size_t inputs = declared + descriptor.repeatable;
     for (std::size_t pair = 0; pair < inputs * descriptor.results.Size(); ++pair) {
       const std::size_t result = pair / inputs;
       const std::size_t input = pair % inputs;
-      if (descriptor.inputs[input].type != descriptor.results[result].type) continue;
+      const ParameterRecord& record = descriptor.inputs[std::min(input, declared - 1)];
+      if (record.type != descriptor.results[result].type) continue;
       SCOPED_TRACE(testing::Message()
                    << descriptor.identifier << ": result " << result << " is input " << input);
       for (int round = 0; round < 12; ++round) {
         CallContext apart(descriptor, services);
+        if (descriptor.repeatable != 0) apart.inputs.push_back(apart.inputs.back());
         for (CNuvObject& any : apart.inputs) MakeAny(random, any);
         CallContext wired(descriptor, services);
         wired.inputs = apart.inputs;
+        const std::vector<CNuvObject> given = apart.inputs;
         apart.results[result] = apart.inputs[input];  // what is not written stays
         const std::int32_t status = apart.Execute(*instruction.prototype);
         WiredContext context(wired, services, result, input);
@@ -115,6 +120,10 @@ TEST(Wiring, AResultMayBeAnInput) {
           ASSERT_EQ(nuvhost::ToJson(*context.ResultValue(static_cast<std::int32_t>(i))).dump(),
                     nuvhost::ToJson(apart.results[i]).dump())
               << i;
+        }
+        for (std::size_t i = 0; i < inputs; ++i) {  // other inputs are not changed
+          if (i == input) continue;
+          ASSERT_EQ(nuvhost::ToJson(wired.inputs[i]).dump(), nuvhost::ToJson(given[i]).dump());
         }
       }
     }

@@ -86,6 +86,7 @@ TEST(Catalogue, IsWhatSavedProgramsKnow) {
   }
   EXPECT_EQ(digest.Value(), 0x968bef75ddd7eac4U)
       << std::hex << "the digest is now 0x" << digest.Value();
+  library.ReleasePlugins();
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include "plugin/call.h"
-
 #if !defined(_WIN32)
 #include <dlfcn.h>
 #endif
