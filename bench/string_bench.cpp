@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reference_host/nuvhost/catalogue.h"
+#include "nuvhost/library/catalogue.h"
 #include "reference_host/services/call_context.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "reference_host/nuvhost/exec_session.h"
+#include "nuvhost/commands/exec_session.h"
 
 /// One call. `inputs` and `outputs` are JSON lists; `outputs` is compared to the letter, so that
 /// the sign of a zero counts. A failure has its `message`, "source|text", or "" for a silent one,

@@ -1,8 +1,11 @@
-#include "reference_host/nuvhost/catalogue.h"
+#include "nuvhost/library/catalogue.h"
 
 #include <gtest/gtest.h>
 
-#include "reference_host/nuvhost/error.h"
+#include "nuvhost/error.h"
+#include "nuvhost/library/plugin_library.h"
+#include "nuvhost/system/paths.h"
+#include "nuvhost/text/names.h"
 
 namespace nuvhost {
 namespace {

@@ -1,0 +1,59 @@
+#include "nuvhost/showing/run_trace.h"
+
+#include "nuvhost/error.h"
+#include "nuvhost/text/utf8.h"
+
+namespace nuvhost {
+namespace {
+
+/// A log entry's text on one line.
+std::string OnOneLine(const std::string& bytes) {
+  std::string line;
+  for (const char c : Utf8FromBytes(bytes)) {
+    line += c == '\n' ? "\\n" : c == '\r' ? "\\r" : std::string(1, c);
+  }
+  return line;
+}
+
+}  // namespace
+
+void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) {
+  const std::string place = runs_[run].file + ": " + DescribeStep(program_, step) + ": ";
+  const bool failed = outcome.state == StepOutcome::State::kFailed;
+  for (const LogEntry& entry : outcome.record.log) {
+    progress_.Complain(place + "log: " + OnOneLine(entry.text));
+  }
+  for (const ProgramEvent& event : outcome.record.events) {
+    progress_.Complain(place + "event " + std::to_string(event.code) + ", value " +
+                       std::to_string(event.value));
+  }
+  for (const Message& message : outcome.record.messages) {
+    const bool is_warning = message.severity == NUV_SEVERITY_WARNING;
+    if (failed && !is_warning) continue;
+    progress_.Complain(place + (is_warning ? "warning: " : "message: ") +
+                       Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
+  }
+  if (failed) {
+    for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
+  }
+  ShowProgress(run, step + 1);
+}
+
+void RunTrace::RunEnded(std::size_t /*run*/, const RunOutcome& outcome) {
+  if (outcome.state != RunOutcome::State::kUnreadable) return;
+  for (const std::string& error : outcome.errors) progress_.Complain(error);
+}
+
+int RunTrace::Finish() {
+  progress_.Clear();
+  return kExitSuccess;
+}
+
+void RunTrace::ShowProgress(std::size_t run, std::size_t steps) {
+  const std::string of_files =
+      std::to_string(run + 1) + " of " + std::to_string(runs_.size()) + " files, ";
+  progress_.Show((runs_.size() > 1 ? of_files : "") + std::to_string(steps) + " of " +
+                 std::to_string(program_.steps.size()) + " steps");
+}
+
+}  // namespace nuvhost
