@@ -8,15 +8,24 @@
 #include "nuvhost/checking/hostile.h"
 #include "nuvhost/checking/law.h"
 #include "nuvhost/checking/subject.h"
+#include "nuvhost/library/categories.h"
 #include "nuvhost/text/names.h"
 
 namespace nuvhost::check {
 namespace {
 
-/// Instructions that act on the world outside, which arbitrary values must not reach.
-bool IsCallable(const Instruction& instruction) {
-  const std::string_view category = TextOrEmpty(instruction.descriptor->category);
-  return category != "IO: System" && category != "IO: Keyboard";
+bool IsCallable(const CatalogueEntry& instruction) {
+  return !TouchesOuterWorld(TextOrEmpty(instruction.descriptor->category));
+}
+
+/// "IO: System and IO: Keyboard".
+std::string CategoriesNotCalled() {
+  std::string names;
+  for (const Category& category : kCategories) {
+    if (!category.touches_outer_world) continue;
+    names += (names.empty() ? "" : " and ") + std::string(category.name);
+  }
+  return names;
 }
 
 /// Values in a form that tells every bit of a number but which NaN it is.
@@ -134,7 +143,7 @@ class WorkingObject {
 };
 
 /// Calls an instruction in every way until it does something wrong.
-void JudgeInstruction(Trial& trial, const Instruction& instruction, const Cases& calls,
+void JudgeInstruction(Trial& trial, const CatalogueEntry& instruction, const Cases& calls,
                       Services& services) {
   const std::string label = Label(instruction);
   trial.At("creating an object of " + label);
@@ -167,7 +176,7 @@ Answer AnswerOf(IXInstrPlugin& object, const DescriptorRecord& descriptor, const
 }
 
 /// Whether an instruction answers the same with and without services.
-void JudgeServices(Trial& trial, const Instruction& instruction, const Cases& calls,
+void JudgeServices(Trial& trial, const CatalogueEntry& instruction, const Cases& calls,
                    Services& services) {
   const std::string label = Label(instruction);
   const WorkingObject object(*instruction.prototype);
@@ -199,7 +208,7 @@ std::vector<Kept> ValuesOf(Trial& trial, const Subject& subject) {
   const auto keep = [&kept](const std::string& label, const std::vector<CNuvObject>& values) {
     kept.push_back({label, values, AllShown(values)});
   };
-  for (const Instruction& instruction : subject.Instructions()) {
+  for (const CatalogueEntry& instruction : subject.Entries()) {
     const std::string label = Label(instruction);
     CallContext defaults(*instruction.descriptor, services);
     keep("the default inputs of " + label, defaults.inputs);
@@ -248,7 +257,7 @@ void ForEachCallable(Trial& trial, MakeCases make_cases, Judge judge) {
   const Subject subject(trial);
   std::size_t called = 0;
   std::size_t not_called = 0;
-  for (const Instruction& instruction : subject.Instructions()) {
+  for (const CatalogueEntry& instruction : subject.Entries()) {
     const Cases calls = make_cases(*instruction.descriptor);
     if (calls.empty()) continue;
     if (!IsCallable(instruction)) {
@@ -261,9 +270,8 @@ void ForEachCallable(Trial& trial, MakeCases make_cases, Judge judge) {
   if (called == 0 && not_called == 0) return trial.Skip("no instruction can be called so");
   std::string note = std::to_string(called) + " instructions called";
   if (not_called > 0) {
-    note += ", " + std::to_string(not_called) +
-            " of IO: System and IO: Keyboard not called, since arbitrary values would reach "
-            "files, dialogs and time";
+    note += ", " + std::to_string(not_called) + " of " + CategoriesNotCalled() +
+            " not called, since arbitrary values would reach files, dialogs and time";
   }
   if (called == 0) {
     trial.Skip(note);

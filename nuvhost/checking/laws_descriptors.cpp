@@ -9,17 +9,13 @@
 #include "nuvhost/checking/facts.h"
 #include "nuvhost/checking/law.h"
 #include "nuvhost/checking/subject.h"
+#include "nuvhost/library/categories.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/values/json_value.h"
 #include "reference_host/services/call_context.h"
 
 namespace nuvhost::check {
 namespace {
-
-constexpr std::string_view kCategories[] = {
-    "IO: Annotations", "Array: Boolean", "Array: Line",   "Array: Number", "Array: Point",
-    "Array: String",   "Boolean",        "Geometric",     "Numeric",       "Statistics",
-    "String",          "IO: System",     "Trigonometric", "IO: Keyboard"};
 
 constexpr std::uint32_t kFirstHelp = 460000;
 
@@ -86,9 +82,8 @@ void JudgeHelp(Trial& trial) {
               [](const DescriptorRecord& descriptor) { return std::to_string(descriptor.help); });
 }
 
-std::string Category(const DescriptorRecord& descriptor) {
-  const bool known =
-      std::ranges::find(kCategories, TextOrEmpty(descriptor.category)) != std::end(kCategories);
+std::string CategoryComplaint(const DescriptorRecord& descriptor) {
+  const bool known = FindCategory(TextOrEmpty(descriptor.category)) != nullptr;
   return known ? "" : "unknown category " + Quoted(descriptor.category);
 }
 
@@ -224,7 +219,7 @@ constexpr Law kLaws[] = {
     {"descriptors", "help-numbers",
      "Help numbers count from 460000, and no two instructions have the same.", JudgeHelp},
     {"descriptors", "categories", "The category is one of the fourteen that hosts know.",
-     JudgeEach<Category>},
+     JudgeEach<CategoryComplaint>},
     {"descriptors", "format",
      "The format code is 17 where both extension words are 0, else 19 with results and 18 without.",
      JudgeEach<Format>},

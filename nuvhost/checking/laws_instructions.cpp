@@ -11,7 +11,7 @@ namespace {
 template <class Judge>
 void ForEachPrototype(Trial& trial, const std::string& doing, Judge judge) {
   const Subject subject(trial);
-  for (const Instruction& instruction : subject.Instructions()) {
+  for (const CatalogueEntry& instruction : subject.Entries()) {
     trial.At(doing + " " + Label(instruction));
     const std::string complaint = judge(*instruction.prototype);
     if (!complaint.empty()) trial.Complain(Label(instruction) + ": " + complaint);

@@ -75,7 +75,7 @@ void JudgePrototypes(Trial& trial) {
 
 void JudgeInit(Trial& trial) {
   const Subject subject(trial);
-  for (const Instruction& instruction : subject.Instructions()) {
+  for (const CatalogueEntry& instruction : subject.Entries()) {
     if (instruction.descriptor->format == 0) {
       trial.Complain(Label(instruction) + ": the format code is still 0 after InitPlugins");
     }

@@ -13,7 +13,7 @@ class Subject {
   Subject& operator=(const Subject&) = delete;
   ~Subject() { trial_.At("releasing and unloading the library"); }
 
-  const std::vector<Instruction>& Instructions() const { return catalogue_.Instructions(); }
+  const std::vector<CatalogueEntry>& Entries() const { return catalogue_.Entries(); }
 
  private:
   static Trial& Announce(Trial& trial) {
@@ -26,7 +26,7 @@ class Subject {
 };
 
 /// An instruction as complaints name it: by its identifier, or by its position.
-inline std::string Label(const Instruction& instruction) {
+inline std::string Label(const CatalogueEntry& instruction) {
   const char* identifier = instruction.descriptor->identifier;
   return identifier == nullptr ? "prototype " + std::to_string(instruction.index)
                                : Quoted(identifier);
@@ -36,7 +36,7 @@ inline std::string Label(const Instruction& instruction) {
 template <class Look>
 void ForEachDescriptor(Trial& trial, Look look) {
   const Subject subject(trial);
-  for (const Instruction& instruction : subject.Instructions()) {
+  for (const CatalogueEntry& instruction : subject.Entries()) {
     trial.At("reading the descriptor of prototype " + std::to_string(instruction.index));
     const std::string complaint = look(*instruction.descriptor);
     if (!complaint.empty()) trial.Complain(Label(instruction) + ": " + complaint);

@@ -103,7 +103,7 @@ void Show(const Record& record) {
 
 int CallOnce(const Catalogue& catalogue, const std::string& name,
              const std::vector<std::string>& values, const std::vector<std::string>& constants) {
-  const Instruction& instruction = catalogue.Find(name);
+  const CatalogueEntry& instruction = catalogue.Find(name);
   const DescriptorRecord& descriptor = *instruction.descriptor;
   Services services;
   CallContext context(descriptor, services);

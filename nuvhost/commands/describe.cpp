@@ -49,7 +49,7 @@ Json ListToJson(const TStdVector<Record>& records, ToJsonRow to_json) {
   return list;
 }
 
-Json DescriptorToJson(const Instruction& instruction) {
+Json DescriptorToJson(const CatalogueEntry& instruction) {
   const DescriptorRecord& descriptor = *instruction.descriptor;
   return {{"index", instruction.index},
           {"name", TextToJson(descriptor.name)},
@@ -118,7 +118,7 @@ void PrintRows(const char* title, const TStdVector<Record>& records, MakeRow mak
 }  // namespace
 
 int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_json) {
-  const Instruction& instruction = catalogue.Find(name);
+  const CatalogueEntry& instruction = catalogue.Find(name);
   if (as_json) {
     Print(DescriptorToJson(instruction).dump(2) + '\n');
     return kExitSuccess;
@@ -138,7 +138,7 @@ int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_jso
 
 int DescribeAll(const Catalogue& catalogue) {
   Json list = Json::array();
-  for (const Instruction& instruction : catalogue.Instructions()) {
+  for (const CatalogueEntry& instruction : catalogue.Entries()) {
     list.push_back(DescriptorToJson(instruction));
   }
   Print(list.dump(2) + '\n');

@@ -135,7 +135,7 @@ Json ExecSession::Call(const Json& request) {
   if (name == request.end() || !name->is_string()) {
     throw ValueError("a request names its instruction: {\"instr\": \"Numeric: Add\"}");
   }
-  const Instruction& instruction = catalogue_.Find(name->get_ref<const std::string&>());
+  const CatalogueEntry& instruction = catalogue_.Find(name->get_ref<const std::string&>());
   const DescriptorRecord& descriptor = *instruction.descriptor;
   CallContext context(descriptor, services_);
   Fill("const", ListOf(request, "const"), descriptor.constants, context.constants);

@@ -14,7 +14,7 @@ namespace {
 
 void CheckCategory(const Catalogue& catalogue, const std::string& category) {
   std::set<std::string> known;
-  for (const Instruction& instruction : catalogue.Instructions()) {
+  for (const CatalogueEntry& instruction : catalogue.Entries()) {
     known.insert(Utf8FromText(instruction.descriptor->category));
   }
   if (category.empty() || known.contains(category)) return;
@@ -30,7 +30,7 @@ int List(const Catalogue& catalogue, const std::string& category, bool as_json) 
   Json list = Json::array();
   std::size_t category_width = 0;
   std::size_t name_width = 0;
-  for (const Instruction& instruction : catalogue.Instructions()) {
+  for (const CatalogueEntry& instruction : catalogue.Entries()) {
     const DescriptorRecord& descriptor = *instruction.descriptor;
     if (!category.empty() && Utf8FromText(descriptor.category) != category) continue;
     list.push_back({{"index", instruction.index},
@@ -46,7 +46,7 @@ int List(const Catalogue& catalogue, const std::string& category, bool as_json) 
   }
   for (const Json& row : list) {
     const DescriptorRecord& descriptor =
-        *catalogue.Instructions()[row["index"].get<std::size_t>()].descriptor;
+        *catalogue.Entries()[row["index"].get<std::size_t>()].descriptor;
     const std::string position = std::to_string(row["index"].get<std::size_t>());
     Print(std::string(position.size() < 3 ? 3 - position.size() : 0, ' ') + position + "  " +
           Padded(Utf8FromText(descriptor.category), category_width) + "  " +

@@ -60,24 +60,24 @@ Catalogue::Catalogue(const std::filesystem::path& plugin_path) : library_(plugin
   library.InitPlugins();
   for (std::size_t i = 0; i < library.GetPluginCount(); ++i) {
     IXInstrPlugin* prototype = library.GetPlugins()[i];
-    instructions_.push_back({i, prototype, prototype->GetDescriptor()});
+    entries_.push_back({i, prototype, prototype->GetDescriptor()});
   }
 }
 
-const Instruction* Catalogue::FindIdentifier(std::string_view identifier) const {
-  for (const Instruction& instruction : instructions_) {
+const CatalogueEntry* Catalogue::FindIdentifier(std::string_view identifier) const {
+  for (const CatalogueEntry& instruction : entries_) {
     if (TextOrEmpty(instruction.descriptor->identifier) == identifier) return &instruction;
   }
   return nullptr;
 }
 
-const Instruction& Catalogue::Find(std::string_view name) const {
-  if (const Instruction* found = FindIdentifier(name)) return *found;
+const CatalogueEntry& Catalogue::Find(std::string_view name) const {
+  if (const CatalogueEntry* found = FindIdentifier(name)) return *found;
 
   const std::string_view wanted = WithoutTrailingBlanks(name);
-  std::vector<const Instruction*> found;
+  std::vector<const CatalogueEntry*> found;
   std::vector<std::string> names;
-  for (const Instruction& instruction : instructions_) {
+  for (const CatalogueEntry& instruction : entries_) {
     const DescriptorRecord& descriptor = *instruction.descriptor;
     const std::string forms[] = {NameFromText(descriptor.name), FullName(descriptor),
                                  NameFromText(descriptor.identifier)};
@@ -90,7 +90,7 @@ const Instruction& Catalogue::Find(std::string_view name) const {
                     DidYouMean(name, {names.begin(), names.end()}));
   }
   std::string text = "several instructions are named " + Quoted(name) + "; write one of";
-  for (const Instruction* instruction : found) {
+  for (const CatalogueEntry* instruction : found) {
     text += "\n  " + Quoted(FullName(*instruction->descriptor)) + " or " +
             NameFromText(instruction->descriptor->identifier);
   }

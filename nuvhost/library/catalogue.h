@@ -11,7 +11,7 @@
 namespace nuvhost {
 
 /// One instruction: its prototype, and its descriptor once built.
-struct Instruction {
+struct CatalogueEntry {
   std::size_t index;
   IXInstrPlugin* prototype;
   const DescriptorRecord* descriptor;
@@ -25,17 +25,17 @@ class Catalogue {
   Catalogue& operator=(const Catalogue&) = delete;
   ~Catalogue() { library_.Get().ReleasePlugins(); }
 
-  const std::vector<Instruction>& Instructions() const { return instructions_; }
+  const std::vector<CatalogueEntry>& Entries() const { return entries_; }
   /// The instruction with exactly this identifier; null where there is none.
-  const Instruction* FindIdentifier(std::string_view identifier) const;
+  const CatalogueEntry* FindIdentifier(std::string_view identifier) const;
   /// The instruction with this identifier, display name, or category and name: "Numeric: Multiply".
   /// Throws UserError with the nearest names for an unknown name, with the others by which they go
   /// for one that several instructions share.
-  const Instruction& Find(std::string_view name) const;
+  const CatalogueEntry& Find(std::string_view name) const;
 
  private:
   PluginLibrary library_;
-  std::vector<Instruction> instructions_;
+  std::vector<CatalogueEntry> entries_;
 };
 
 /// The position of an input, a result or a constant by its name. A number is a position; a

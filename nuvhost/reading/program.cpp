@@ -129,7 +129,7 @@ class ProgramReader {
     return program_.steps.back().instruction != nullptr;
   }
 
-  const Instruction* FindInstruction(const std::string& name, const Located& place) {
+  const CatalogueEntry* FindInstruction(const std::string& name, const Located& place) {
     try {
       return &catalogue_.Find(name);
     } catch (const UserError& error) {

@@ -54,7 +54,7 @@ using Argument = std::variant<CNuvObject, UseNumber, StepResult>;
 
 struct Step {
   std::string name;
-  const Instruction* instruction = nullptr;
+  const CatalogueEntry* instruction = nullptr;
   std::vector<CNuvObject> constants;
   std::vector<Argument> inputs;  ///< fewer than declared where defaults fill up
 };

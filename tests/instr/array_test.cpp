@@ -238,7 +238,8 @@ TEST(Arrays, TheResultMayBeAnInput) {
     }
     for (const ArrayRow& row : rows) {
       if (row.output == nullptr || row.member == std::string("Create")) continue;
-      const nuvhost::Instruction& instruction = BuiltCatalogue().Find(Identifier(kind, row.member));
+      const nuvhost::CatalogueEntry& instruction =
+          BuiltCatalogue().Find(Identifier(kind, row.member));
       const Json given = InValues(kind, row.inputs);
       nuvhost::CallContext apart(*instruction.descriptor, services);
       apart.inputs.resize(given.size());
@@ -290,7 +291,7 @@ void Make(std::mt19937_64& random, CNuvLine& value) {
 
 template <class Vector>
 void DifferenceAgreesWithLoops(const char* identifier) {
-  const nuvhost::Instruction& instruction = BuiltCatalogue().Find(identifier);
+  const nuvhost::CatalogueEntry& instruction = BuiltCatalogue().Find(identifier);
   nuvhost::Services services;
   std::mt19937_64 random(6);
   nuvhost::CallContext call(*instruction.descriptor, services);

@@ -336,7 +336,7 @@ TEST(FitInstructions, ResultMayBeTheInput) {
     std::size_t input, results, outliers;
   } rows[] = {{kLine, 1, 4, 2}, {kRake, 1, 4, 2}, {kLineMaxOut, 0, 7, 6}, {kCircle, 1, 15, 8}};
   for (const auto& row : rows) {
-    const nuvhost::Instruction& instruction = *BuiltCatalogue().FindIdentifier(row.identifier);
+    const nuvhost::CatalogueEntry& instruction = *BuiltCatalogue().FindIdentifier(row.identifier);
     for (const bool used : {false, true}) {
       if (used && row.identifier == kLineMaxOut) continue;
       std::vector<CNuvObject> inputs;

@@ -189,7 +189,7 @@ std::vector<CNuvPoint> PlainGrid(std::vector<double> x, std::vector<double> y, i
 }
 
 TEST(Geometric, GridsAgreeWithTheirRule) {
-  const nuvhost::Instruction& instruction = BuiltCatalogue().Find("_Nuv_Geometric_PtsToGrid_");
+  const nuvhost::CatalogueEntry& instruction = BuiltCatalogue().Find("_Nuv_Geometric_PtsToGrid_");
   nuvhost::Services services;
   nuvhost::CallContext call(*instruction.descriptor, services);
   std::mt19937_64 random(8);

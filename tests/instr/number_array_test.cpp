@@ -86,7 +86,7 @@ TEST(NumberArrays, ConstMulAddBySize) {
       {kInfinity, 1, -kInfinity, kNaN, kNaN},
   };
   nuvhost::Services services;
-  const nuvhost::Instruction& instruction =
+  const nuvhost::CatalogueEntry& instruction =
       *BuiltCatalogue().FindIdentifier("_Nuv_Array_CNArrMathConstMulAdd_");
   for (const auto& row : rows) {
     for (const std::size_t size : {15U, 16U, 17U}) {

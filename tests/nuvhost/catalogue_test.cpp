@@ -32,7 +32,7 @@ TEST(Catalogue, AnswersNames) {
   EXPECT_NE(Complaint("Divde").find(R"("Divide")"), std::string::npos);
   EXPECT_NE(Complaint("_Nuv_Numeric_CCpArr_").find("did you mean"), std::string::npos);
   // Where several share a name, each has another that finds it.
-  for (const Instruction& one : Built().Instructions()) {
+  for (const CatalogueEntry& one : Built().Entries()) {
     const std::string name = one.descriptor->name;
     EXPECT_EQ(&Built().Find(one.descriptor->category + (": " + name)), &one);
     if (Complaint(name) == "found") continue;

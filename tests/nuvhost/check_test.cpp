@@ -10,6 +10,7 @@
 
 #include "nuvhost/checking/child_process.h"
 #include "nuvhost/checking/law.h"
+#include "nuvhost/library/categories.h"
 #include "nuvhost/library/plugin_library.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/values/json_value.h"
@@ -343,6 +344,19 @@ TEST(Check, ThePageListsTheLaws) {
     known += "| `" + std::string(law->name) + "` | " + law->demand + " |\n";
   }
   EXPECT_EQ(listed, known);
+
+  std::string text = ReadAll(CHECK_PAGE);
+  std::ranges::replace(text, '\n', ' ');
+  std::string categories = "The categories are";
+  for (const Category& category : kCategories) {
+    const bool is_first = &category == std::begin(kCategories);
+    const bool is_last = &category == std::end(kCategories) - 1;
+    categories += std::string(is_first  ? " "
+                              : is_last ? " and "
+                                        : ", ") +
+                  '"' + std::string(category.name) + '"';
+  }
+  EXPECT_NE(text.find(categories), std::string::npos) << categories;
 }
 
 }  // namespace

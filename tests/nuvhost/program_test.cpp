@@ -177,7 +177,7 @@ TEST(Program, ReadsConstantParameters) {
   width.minimum = 1;
   width.maximum = 9;
   descriptor.constants.PushBack(std::move(width));
-  const Instruction instruction{0, nullptr, &descriptor};
+  const CatalogueEntry instruction{0, nullptr, &descriptor};
 
   struct Row {
     const char* constants;

@@ -271,7 +271,7 @@ class Noisy final : public IXInstrPlugin {
 
 TEST_F(Run, ShowsWhatInstructionsReport) {
   Noisy noisy(Status::kSuccess);
-  const Instruction instruction{0, &noisy, noisy.GetDescriptor()};
+  const CatalogueEntry instruction{0, &noisy, noisy.GetDescriptor()};
   Program program(SourceText("p.json", ""));
   program.settings.angle_unit = NuvAngleUnit::kDegrees;
   program.steps.push_back({"it", &instruction, {}, {}});
