@@ -1,8 +1,9 @@
 #include "nuvhost/drawing/svg_writer.h"
 
+#include <utf8cpp/utf8.h>
+
 #include <charconv>
 #include <iterator>
-#include <optional>
 
 #include "nuvhost/text/utf8.h"
 
@@ -15,24 +16,16 @@ bool IsShown(char32_t character) {
          character != 0xFFFF;
 }
 
-/// A text of UTF-8 with what cannot be shown replaced; nothing for other bytes.
-std::optional<std::string> FromUtf8(std::string_view bytes) {
-  std::string text;
-  for (std::size_t position = 0; position < bytes.size();) {
-    const std::size_t begin = position;
-    const std::optional<char32_t> character = NextCharacter(bytes, position);
-    if (!character) return std::nullopt;
-    text += IsShown(*character) ? bytes.substr(begin, position - begin) : "\xEF\xBF\xBD";
-  }
-  return text;
-}
-
 }  // namespace
 
 std::string XmlText(std::string_view bytes) {
-  std::optional<std::string> text = FromUtf8(bytes);
-  if (!text) text = FromUtf8(Utf8FromBytes(bytes));
-  return *text;
+  const std::string all = utf8::is_valid(bytes) ? std::string(bytes) : Utf8FromBytes(bytes);
+  std::string text;
+  for (auto at = all.begin(); at != all.end();) {
+    const char32_t character = utf8::unchecked::next(at);
+    utf8::append(IsShown(character) ? character : U'\uFFFD', text);
+  }
+  return text;
 }
 
 SvgWriter& SvgWriter::Begin(const char* element) {

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "nuvhost/drawing/svg_writer.h"
+#include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
 namespace {
@@ -59,10 +60,6 @@ double CharacterWidth(char c) {
   }
   if (static_cast<unsigned char>(c) >= 0xE0) return 1;  // leads three or four bytes
   return c >= 'A' && c <= 'Z' ? 0.67 : 0.56;
-}
-
-bool BeginsCharacter(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "nuvhost/system/input_file.h"
+#include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
 namespace {
@@ -26,10 +27,8 @@ std::string SourceText::Place(std::size_t offset) const {
   const auto next_line = std::ranges::upper_bound(lines_, offset);
   const std::size_t begin = *std::prev(next_line);
   const std::string_view before = Text().substr(begin, offset - begin);
-  const auto characters = std::ranges::count_if(
-      before, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
   return name_ + ':' + std::to_string(next_line - lines_.begin()) + ':' +
-         std::to_string(characters + 1);
+         std::to_string(Width(before) + 1);
 }
 
 std::optional<SourceText> ReadSource(const std::string& name, std::string& reason) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "nuvhost/text/utf8.h"
+
 namespace nuvhost {
 namespace {
 
@@ -28,11 +30,6 @@ std::vector<std::string> Wrapped(const std::string& title, std::size_t width) {
 }
 
 }  // namespace
-
-std::size_t Width(std::string_view utf8) {
-  return static_cast<std::size_t>(std::ranges::count_if(
-      utf8, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-}
 
 std::string Padded(std::string text, std::size_t width) {
   const std::size_t shown = Width(text);

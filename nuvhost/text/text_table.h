@@ -7,8 +7,6 @@
 
 namespace nuvhost {
 
-/// How many characters a text has.
-std::size_t Width(std::string_view utf8);
 /// A text and blanks behind it, up to a width.
 std::string Padded(std::string text, std::size_t width);
 

@@ -2,7 +2,6 @@
 // U+0000 to U+00FF.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,8 +12,13 @@ std::string BytesFromUtf8(std::string_view utf8);
 std::string Utf8FromBytes(std::string_view bytes);
 /// The same of a text that a descriptor holds; empty for a null pointer.
 std::string Utf8FromText(const char* text);
-/// The character that begins at `position`, which moves behind it; nothing where no UTF-8 does.
-std::optional<char32_t> NextCharacter(std::string_view utf8, std::size_t& position);
+
+/// Whether a byte of UTF-8 is the first of a character.
+constexpr bool BeginsCharacter(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
+}
+/// How many characters a text has.
+std::size_t Width(std::string_view utf8);
 /// A text with each byte that is no UTF-8 as a character.
 std::string ValidUtf8(std::string_view text);
 
