@@ -48,7 +48,7 @@ pid_t Start(const std::filesystem::path& program, std::vector<std::string> words
   const int error = posix_spawn(&child, program.c_str(), FileActions(output).Get(), nullptr,
                                 arguments.data(), environ);
   if (error != 0) {
-    throw UserError("cannot start " + ToUtf8(program) + ": " + std::strerror(error));
+    throw UserError("cannot start {}: {}", ToUtf8(program), std::strerror(error));
   }
   return child;
 }

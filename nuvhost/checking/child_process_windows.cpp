@@ -80,8 +80,7 @@ ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::s
   std::wstring line = CommandLine(program, words);
   if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
                       &startup, &started)) {
-    throw UserError("cannot start " + ToUtf8(program) + ": error " +
-                    std::to_string(GetLastError()));
+    throw UserError("cannot start {}: error {}", ToUtf8(program), GetLastError());
   }
   const Handle process(started.hProcess);
   const Handle thread(started.hThread);

@@ -1,5 +1,7 @@
 #include "nuvhost/checking/facts.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "nuvhost/checking/trial.h"
@@ -65,14 +67,14 @@ Facts AllFacts(const DescriptorRecord& descriptor) {
 }
 
 std::string Shown(const CNuvObject& value) {
-  return Dump(ToJson(value)) + " (type " + std::to_string(value.GetType()) + ")";
+  return fmt::format("{} (type {})", Dump(ToJson(value)), value.GetType());
 }
 
 std::string Difference(const Facts& before, const Facts& after) {
   // Where the lengths differ, so does a number of records before that.
   for (std::size_t i = 0; i < std::min(before.size(), after.size()); ++i) {
     if (before[i].content != after[i].content) {
-      return before[i].field + " was " + before[i].content + ", is " + after[i].content;
+      return fmt::format("{} was {}, is {}", before[i].field, before[i].content, after[i].content);
     }
   }
   return "";

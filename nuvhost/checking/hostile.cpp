@@ -1,5 +1,7 @@
 #include "nuvhost/checking/hostile.h"
 
+#include <fmt/format.h>
+
 #include <limits>
 #include <optional>
 
@@ -156,14 +158,14 @@ void AddInputCases(Cases& cases, const DescriptorRecord& descriptor, const std::
     if (value) all.push_back({i, *value});
   }
   const auto add = [&](const std::string& where, std::vector<Placed> placed) {
-    cases.push_back({what + " in " + where, [&descriptor, placed](CallContext& context) {
-                       FillArrays(context, descriptor);
-                       for (const Placed& one : placed) context.inputs[one.input] = one.value;
-                     }});
+    cases.push_back(
+        {fmt::format("{} in {}", what, where), [&descriptor, placed](CallContext& context) {
+           FillArrays(context, descriptor);
+           for (const Placed& one : placed) context.inputs[one.input] = one.value;
+         }});
   };
   for (const Placed& one : all) {
-    add("input " + std::to_string(one.input) + ", " + Quoted(descriptor.inputs[one.input].name),
-        {one});
+    add(fmt::format("input {}, {}", one.input, Quoted(descriptor.inputs[one.input].name)), {one});
   }
   if (all.size() > 1) add("every such input", all);
 }
@@ -208,7 +210,7 @@ Cases ArrayCases(const DescriptorRecord& descriptor) {
     });
   };
   for (const std::size_t size : {0, 1, 2, 1000}) {
-    add("an array of " + std::to_string(size) + " elements",
+    add(fmt::format("an array of {} elements", size),
         [size](NUV_OBJ_TYPE type) { return PlainArray(type, size); });
   }
   add("an array of hostile elements", HostileArray);
@@ -268,7 +270,7 @@ Cases ConstantCases(const DescriptorRecord& descriptor) {
   for (std::size_t i = 0; i < descriptor.constants.Size(); ++i) {
     const ConstantRecord& constant = descriptor.constants[i];
     const auto add = [&](const CNuvObject& value, const std::string& what) {
-      cases.push_back({"constant " + std::to_string(i) + " as " + what,
+      cases.push_back({fmt::format("constant {} as {}", i, what),
                        [&descriptor, i, value](CallContext& context) {
                          FillArrays(context, descriptor);
                          context.constants[i] = value;

@@ -1,5 +1,7 @@
 // The laws of Execute: what every instruction must answer, whatever it is called with.
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <exception>
 #include <string_view>
@@ -50,8 +52,8 @@ std::string Changed(const char* list, const std::vector<std::string>& before,
   const auto [was, is] = std::ranges::mismatch(before, after);
   if (was == before.end()) return "";
   const auto place = static_cast<std::size_t>(std::ranges::mismatch(*was, *is).in1 - was->begin());
-  return std::string(list) + " " + std::to_string(was - before.begin()) + " was changed from " +
-         Excerpt(*was, place) + " to " + Excerpt(*is, place);
+  return fmt::format("{} {} was changed from {} to {}", list, was - before.begin(),
+                     Excerpt(*was, place), Excerpt(*is, place));
 }
 
 /// Kept: these report their errors and succeed; saved programs go on after them.
@@ -92,8 +94,8 @@ std::string ResultComplaint(const DescriptorRecord& descriptor,
   for (std::size_t i = 0; i < results.size(); ++i) {
     const std::uint32_t declared = descriptor.results[i].type;
     if (results[i].GetType() == ValueType(declared) || after[i] == before[i]) continue;
-    return "result " + std::to_string(i) + " has type code " + std::to_string(declared) +
-           " and was given a value of type " + std::to_string(results[i].GetType());
+    return fmt::format("result {} has type code {} and was given a value of type {}", i, declared,
+                       results[i].GetType());
   }
   return "";
 }
@@ -149,7 +151,7 @@ void JudgeInstruction(Trial& trial, const CatalogueEntry& instruction, const Cas
   trial.At("creating an object of " + label);
   const WorkingObject object(*instruction.prototype);
   for (const Case& call : calls) {
-    const std::string what = label + " with " + call.how;
+    const std::string what = fmt::format("{} with {}", label, call.how);
     trial.At("executing " + what);
     const std::string complaint =
         CallComplaint(object.Get(), *instruction.descriptor, call, services);
@@ -181,14 +183,14 @@ void JudgeServices(Trial& trial, const CatalogueEntry& instruction, const Cases&
   const std::string label = Label(instruction);
   const WorkingObject object(*instruction.prototype);
   for (const Case& call : calls) {
-    const std::string what = label + " without services, with " + call.how;
+    const std::string what = fmt::format("{} without services, with {}", label, call.how);
     trial.At("executing " + what);
     const DescriptorRecord& descriptor = *instruction.descriptor;
     const Answer with = AnswerOf(object.Get(), descriptor, call, services, true);
     const Answer without = AnswerOf(object.Get(), descriptor, call, services, false);
     if (with.status != without.status) {
-      return trial.Complain(what + ": returned status " + std::to_string(without.status) +
-                            ", and " + std::to_string(with.status) + " with them");
+      return trial.Complain(fmt::format("{}: returned status {}, and {} with them", what,
+                                        without.status, with.status));
     }
     if (with.results != without.results) return trial.Complain(what + ": gave other results");
   }
@@ -215,14 +217,14 @@ std::vector<Kept> ValuesOf(Trial& trial, const Subject& subject) {
     keep("the default constants of " + label, defaults.constants);
     if (!IsCallable(instruction)) continue;
     for (const Case& call : ResultCases(*instruction.descriptor)) {
-      trial.At("executing " + label + " with " + call.how);
+      trial.At(fmt::format("executing {} with {}", label, call.how));
       CallContext context(*instruction.descriptor, services);
       call.prepare(context);
       context.Execute(*instruction.prototype);
       services.Take();
       // The results themselves, not copies of them.
       const std::vector<std::string> shown = AllShown(context.results);
-      kept.push_back({"what " + label + " wrote to " + call.how, {}, shown});
+      kept.push_back({fmt::format("what {} wrote to {}", label, call.how), {}, shown});
       kept.back().values.swap(context.results);
     }
   }
@@ -270,8 +272,9 @@ void ForEachCallable(Trial& trial, MakeCases make_cases, Judge judge) {
   if (called == 0 && not_called == 0) return trial.Skip("no instruction can be called so");
   std::string note = std::to_string(called) + " instructions called";
   if (not_called > 0) {
-    note += ", " + std::to_string(not_called) + " of " + CategoriesNotCalled() +
-            " not called, since arbitrary values would reach files, dialogs and time";
+    note += fmt::format(
+        ", {} of {} not called, since arbitrary values would reach files, dialogs and time",
+        not_called, CategoriesNotCalled());
   }
   if (called == 0) {
     trial.Skip(note);

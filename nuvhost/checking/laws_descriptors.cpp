@@ -1,5 +1,7 @@
 // The laws of the descriptors' contents.
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -69,14 +71,14 @@ void JudgeUnique(Trial& trial, const char* what, KeyOf key_of) {
     const std::string key = key_of(descriptor);
     const auto [found, is_new] = first.emplace(key, index++);
     if (is_new) return "";
-    return what + (" " + key) + " is that of prototype " + std::to_string(found->second) + " too";
+    return fmt::format("{} {} is that of prototype {} too", what, key, found->second);
   });
 }
 
 void JudgeHelp(Trial& trial) {
   ForEachDescriptor(trial, [](const DescriptorRecord& descriptor) -> std::string {
     if (descriptor.help >= kFirstHelp) return "";
-    return "help number " + std::to_string(descriptor.help) + " is below 460000";
+    return fmt::format("help number {} is below 460000", descriptor.help);
   });
   JudgeUnique(trial, "help number",
               [](const DescriptorRecord& descriptor) { return std::to_string(descriptor.help); });
@@ -91,8 +93,7 @@ std::string Format(const DescriptorRecord& descriptor) {
   const bool extended = descriptor.extension_a != 0 || descriptor.extension_b != 0;
   const std::uint32_t expected = !extended ? 17 : descriptor.results.Empty() ? 18 : 19;
   if (descriptor.format == expected) return "";
-  return "format code " + std::to_string(descriptor.format) + " where it should be " +
-         std::to_string(expected);
+  return fmt::format("format code {} where it should be {}", descriptor.format, expected);
 }
 
 std::string ReservedBytes(const DescriptorRecord& descriptor) {
@@ -105,7 +106,7 @@ std::string ReservedBytes(const DescriptorRecord& descriptor) {
   std::memcpy(bytes, static_cast<const void*>(&descriptor), sizeof bytes);
   for (const Range& range : kReserved) {
     for (std::size_t i = range.begin; i < range.end; ++i) {
-      if (bytes[i] != 0) return "byte " + std::to_string(i) + " is " + std::to_string(bytes[i]);
+      if (bytes[i] != 0) return fmt::format("byte {} is {}", i, bytes[i]);
     }
   }
   return "";
@@ -131,8 +132,7 @@ std::string Defaults(const DescriptorRecord& descriptor) {
   const auto matches = [](const ParameterRecord& input, std::size_t) -> std::string {
     const NUV_OBJ_TYPE held = input.default_value.GetType();
     if (held == ValueType(input.type)) return "";
-    return "has type code " + std::to_string(input.type) + " and a default of value type " +
-           std::to_string(held);
+    return fmt::format("has type code {} and a default of value type {}", input.type, held);
   };
   return FirstComplaint("inputs", descriptor.inputs, matches);
 }
@@ -172,16 +172,15 @@ std::string Range(const ConstantRecord& constant) {
   const auto minimum = static_cast<int>(constant.minimum);
   const auto maximum = static_cast<int>(constant.maximum);
   if (minimum <= value && value <= maximum) return "";
-  return "has the default " + std::to_string(value) + " outside its range, " +
-         std::to_string(minimum) + " to " + std::to_string(maximum);
+  return fmt::format("has the default {} outside its range, {} to {}", value, minimum, maximum);
 }
 
 std::string ConstantValues(const ConstantRecord& constant, std::size_t /*index*/) {
   const bool boolean = constant.type == NUV_PARAM_BOOLEAN;
   const NUV_OBJ_TYPE held = constant.default_value.GetType();
   if (!IsInteger(constant.default_value) && !(boolean && held == NUV_OBJ_BOOL)) {
-    return "has type code " + std::to_string(constant.type) + " and the default " +
-           Dump(ToJson(constant.default_value));
+    return fmt::format("has type code {} and the default {}", constant.type,
+                       Dump(ToJson(constant.default_value)));
   }
   if (constant.type == NUV_PARAM_CHOICE) return Choices(constant);
   if (constant.choices.Size() != 0) return "has choices and is no choice";

@@ -28,7 +28,7 @@ PluginLibrary Load(Trial& trial) {
 std::vector<DescriptorRecord*> Descriptors(Trial& trial, IXInstrPluginLib& library) {
   std::vector<DescriptorRecord*> descriptors;
   for (std::size_t i = 0; i < library.GetPluginCount(); ++i) {
-    trial.At("asking " + Prototype(i) + " for its descriptor");
+    trial.At(fmt::format("asking {} for its descriptor", Prototype(i)));
     descriptors.push_back(library.GetPlugins()[i]->GetDescriptor());
   }
   return descriptors;
@@ -60,7 +60,7 @@ void JudgePrototypes(Trial& trial) {
   }
   std::set<const void*> seen;
   for (std::size_t i = 0; i < count; ++i) {
-    trial.At("asking " + Prototype(i) + " for its descriptor");
+    trial.At(fmt::format("asking {} for its descriptor", Prototype(i)));
     if (prototypes[i] == nullptr) {
       trial.Complain(Prototype(i) + " is null");
     } else if (!seen.insert(prototypes[i]).second) {
@@ -100,20 +100,20 @@ void JudgeUntouched(Trial& trial) {
     std::memcpy(bytes, static_cast<const void*>(descriptors[i]), sizeof bytes);
     const auto* found = std::ranges::find_if(bytes, [](unsigned char byte) { return byte != 0; });
     if (found == std::end(bytes)) continue;
-    trial.Complain(Prototype(i) + ": byte " + std::to_string(found - bytes) +
-                   " of its descriptor is " + std::to_string(*found));
+    trial.Complain(
+        fmt::format("{}: byte {} of its descriptor is {}", Prototype(i), found - bytes, *found));
   }
 }
 
 void JudgeInitCount(Trial& trial) {
   const PluginLibrary library = Load(trial);
   for (const char* time : {"the first", "a second"}) {
-    trial.At(std::string("calling InitPlugins ") + time + " time");
+    trial.At(fmt::format("calling InitPlugins {} time", time));
     const std::uint64_t visited = library.Get().InitPlugins();
     const std::uint64_t count = library.Get().GetPluginCount();
     if (visited == count) continue;
-    trial.Complain("InitPlugins gives " + std::to_string(visited) + " " + time +
-                   " time, GetPluginCount " + std::to_string(count));
+    trial.Complain(
+        fmt::format("InitPlugins gives {} {} time, GetPluginCount {}", visited, time, count));
   }
 }
 
@@ -141,19 +141,17 @@ void JudgeRelease(Trial& trial) {
   library.InitPlugins();
   const std::vector<DescriptorRecord*> descriptors = Descriptors(trial, library);
   for (const char* time : {"the first", "a second"}) {
-    trial.At(std::string("calling ReleasePlugins ") + time + " time");
+    trial.At(fmt::format("calling ReleasePlugins {} time", time));
     library.ReleasePlugins();
     trial.At("asking for prototypes after ReleasePlugins");
     library.GetPlugins();
     const std::uint64_t count = library.GetPluginCount();
     if (count != 0) {
-      return trial.Complain("GetPluginCount gives " + std::to_string(count) +
-                            " after ReleasePlugins");
+      return trial.Complain(fmt::format("GetPluginCount gives {} after ReleasePlugins", count));
     }
     const std::uint64_t visited = library.InitPlugins();
     if (visited != 0) {
-      return trial.Complain("InitPlugins gives " + std::to_string(visited) +
-                            " after ReleasePlugins");
+      return trial.Complain(fmt::format("InitPlugins gives {} after ReleasePlugins", visited));
     }
   }
   for (std::size_t i = 0; i < descriptors.size(); ++i) {
@@ -168,9 +166,9 @@ void JudgeRelease(Trial& trial) {
 /// The descriptors after a load of its own. A library that was not asked to release its
 /// prototypes does so as it is unloaded.
 std::vector<Facts> FactsOfALoad(Trial& trial, const char* time, bool release) {
-  trial.At(std::string("loading the library ") + time + " time");
+  trial.At(fmt::format("loading the library {} time", time));
   const PluginLibrary library(trial.Library());
-  trial.At(std::string("building the descriptors of the library loaded ") + time + " time");
+  trial.At(fmt::format("building the descriptors of the library loaded {} time", time));
   library.Get().InitPlugins();
   std::vector<Facts> facts;
   for (const DescriptorRecord* descriptor : Descriptors(trial, library.Get())) {
@@ -190,14 +188,13 @@ void JudgeReload(Trial& trial) {
   for (const char* time : {"a second", "a third"}) {
     const std::vector<Facts> again = FactsOfALoad(trial, time, false);
     if (again.size() != first.size()) {
-      return trial.Complain("loaded " + std::string(time) + " time, the library has " +
-                            std::to_string(again.size()) + " prototypes; it had " +
-                            std::to_string(first.size()));
+      return trial.Complain(fmt::format("loaded {} time, the library has {} prototypes; it had {}",
+                                        time, again.size(), first.size()));
     }
     for (std::size_t i = 0; i < first.size(); ++i) {
       const std::string difference = Difference(first[i], again[i]);
       if (difference.empty()) continue;
-      trial.Complain("loaded " + std::string(time) + " time, " + Prototype(i) + ": " + difference);
+      trial.Complain(fmt::format("loaded {} time, {}: {}", time, Prototype(i), difference));
     }
   }
 }

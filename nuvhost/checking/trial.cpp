@@ -1,5 +1,7 @@
 #include "nuvhost/checking/trial.h"
 
+#include <fmt/format.h>
+
 #include "nuvhost/values/json_value.h"
 
 namespace nuvhost::check {
@@ -53,7 +55,7 @@ Verdict ReadVerdict(const std::filesystem::path& record, const std::string& endi
     }
   }
   if (!over) {
-    verdict.complaints.push_back(ending + " while " + step);
+    verdict.complaints.push_back(fmt::format("{} while {}", ending, step));
     verdict.complaint_count = verdict.complaints.size();
   } else if (verdict.complaint_count == 0) {
     verdict.outcome = skipped ? Outcome::kSkipped : Outcome::kPassed;

@@ -14,7 +14,7 @@ Json PairAsJson(const std::string& text, const char* first, const char* second) 
   if (text.starts_with("{")) return ParseJson(text);
   const std::size_t comma = text.find(',');
   if (comma == std::string::npos) {
-    throw ValueError(std::string("expected two numbers, ") + first + "," + second);
+    throw ValueError("expected two numbers, {},{}", first, second);
   }
   return {{first, ParseJson(text.substr(0, comma))}, {second, ParseJson(text.substr(comma + 1))}};
 }
@@ -39,8 +39,8 @@ CNuvObject ValueFromWord(const std::string& word, std::uint32_t type, const char
   try {
     return FromJson(WordAsJson(word, type), type);
   } catch (const ValueError& error) {
-    throw UserError("\"" + word + "\" is no " + Describe(type) + " for \"" + Utf8FromText(name) +
-                    "\": " + error.what());
+    throw UserError("\"{}\" is no {} for \"{}\": {}", word, Describe(type), Utf8FromText(name),
+                    error.what());
   }
 }
 
@@ -60,8 +60,8 @@ void SetInputs(CallContext& context, const DescriptorRecord& descriptor,
                const std::vector<std::string>& values) {
   const std::size_t declared = descriptor.inputs.Size();
   if (values.size() > declared && descriptor.repeatable == 0) {
-    throw UserError("\"" + Utf8FromText(descriptor.name) + "\" takes " + std::to_string(declared) +
-                    " inputs, " + std::to_string(values.size()) + " were given");
+    throw UserError("\"{}\" takes {} inputs, {} were given", Utf8FromText(descriptor.name),
+                    declared, values.size());
   }
   if (values.size() > declared) context.inputs.resize(values.size());
   for (std::size_t i = 0; i < values.size(); ++i) {
@@ -75,7 +75,7 @@ void SetConstants(CallContext& context, const DescriptorRecord& descriptor,
   for (const std::string& assignment : constants) {
     const std::size_t equals = assignment.find('=');
     if (equals == std::string::npos) {
-      throw UserError("--const " + assignment + ": expected NAME=VALUE");
+      throw UserError("--const {}: expected NAME=VALUE", assignment);
     }
     const std::size_t index = FindConstant(descriptor, assignment.substr(0, equals));
     context.constants[index] =
@@ -89,13 +89,13 @@ void Show(const Record& record) {
              ": " + Utf8FromBytes(message.text) + '\n');
   }
   for (const LogEntry& entry : record.log) {
-    Complain("log: " + Utf8FromBytes(entry.text) + '\n');
+    Complain(fmt::format("log: {}\n", Utf8FromBytes(entry.text)));
   }
   for (const ProgramEvent& event : record.events) {
-    Print("event " + std::to_string(event.code) + ", value " + std::to_string(event.value) + '\n');
+    Print(fmt::format("event {}, value {}\n", event.code, event.value));
   }
   for (const Annotation& annotation : record.annotations) {
-    Print("annotation " + Dump(ToJson(annotation)) + '\n');
+    Print(fmt::format("annotation {}\n", Dump(ToJson(annotation))));
   }
 }
 
@@ -113,8 +113,8 @@ int CallOnce(const Catalogue& catalogue, const std::string& name,
   const std::int32_t status = context.Execute(*instruction.prototype);
   Show(services.Take());
   if (status != 0) {
-    Complain("nuvhost: \"" + Utf8FromText(descriptor.name) + "\" failed with status " +
-             std::to_string(status) + '\n');
+    Complain(fmt::format("nuvhost: \"{}\" failed with status {}\n", Utf8FromText(descriptor.name),
+                         status));
     return kExitFailed;
   }
   for (std::size_t i = 0; i < context.results.size(); ++i) {

@@ -11,14 +11,9 @@
 #include "nuvhost/error.h"
 #include "nuvhost/system/console.h"
 #include "nuvhost/system/paths.h"
+#include "nuvhost/system/progress.h"
 #include "nuvhost/text/text_table.h"
 #include "nuvhost/values/json_value.h"
-
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
 
 namespace nuvhost {
 namespace {
@@ -39,7 +34,7 @@ class RecordFolder {
     std::random_device random;
     do {
       path_ = std::filesystem::temp_directory_path() /
-              ("nuvhost-check-" + std::to_string(random()) + std::to_string(random()));
+              fmt::format("nuvhost-check-{}{}", random(), random());
     } while (!std::filesystem::create_directory(path_));
   }
   RecordFolder(const RecordFolder&) = delete;
@@ -56,7 +51,7 @@ class RecordFolder {
 };
 
 /// One line on a terminal that says what is being judged, and nothing elsewhere.
-class Progress {
+class LawOnTrial {
  public:
   void Show(std::size_t number, std::size_t total, const Law& law) const {
     if (on_) std::fprintf(stderr, "\r%2zu of %zu: %-20s", number, total, law.name);
@@ -66,11 +61,7 @@ class Progress {
   }
 
  private:
-#if defined(_WIN32)
-  bool on_ = _isatty(_fileno(stderr)) != 0;
-#else
-  bool on_ = isatty(STDERR_FILENO) != 0;
-#endif
+  bool on_ = ErrorsGoToTerminal();
 };
 
 Verdict JudgeInChild(const Law& law, const std::filesystem::path& library, int seconds,
@@ -81,7 +72,7 @@ Verdict JudgeInChild(const Law& law, const std::filesystem::path& library, int s
       {"check", "--law", law.name, "--record", ToUtf8(record), "--", ToUtf8(library)},
       std::chrono::seconds(seconds));
   const std::string ending =
-      end.in_time ? "crashed" : "no answer within " + std::to_string(seconds) + " s";
+      end.in_time ? "crashed" : fmt::format("no answer within {} s", seconds);
   Verdict verdict = check::ReadVerdict(record, ending);
   if (!verdict.cannot_load.empty()) throw UserError(verdict.cannot_load);
   return verdict;
@@ -90,7 +81,7 @@ Verdict JudgeInChild(const Law& law, const std::filesystem::path& library, int s
 Verdict SkippedForWantOf(const Law& essential) {
   Verdict verdict;
   verdict.outcome = Outcome::kSkipped;
-  verdict.note = std::string("cannot be judged while \"") + essential.name + "\" fails";
+  verdict.note = fmt::format("cannot be judged while \"{}\" fails", essential.name);
   return verdict;
 }
 
@@ -114,7 +105,7 @@ void Show(const Law& law, const Verdict& verdict) {
     Print("        " + verdict.complaints[i] + '\n');
   }
   if (verdict.complaint_count > kShownComplaints) {
-    Print("        and " + std::to_string(verdict.complaint_count - kShownComplaints) + " more\n");
+    Print(fmt::format("        and {} more\n", verdict.complaint_count - kShownComplaints));
   }
   FlushOutput();
 }
@@ -134,12 +125,11 @@ Json VerdictToJson(const Law& law, const Verdict& verdict) {
 int Check(const std::filesystem::path& library, int seconds, bool as_json) {
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(library, ignored)) {
-    throw UserError("no plug-in library at " + ToUtf8(library) +
-                    "; name one: nuvhost check LIBRARY");
+    throw UserError("no plug-in library at {}; name one: nuvhost check LIBRARY", ToUtf8(library));
   }
   const std::vector<const Law*> laws = check::AllLaws();
   const RecordFolder folder;
-  const Progress progress;
+  const LawOnTrial progress;
   Json list = Json::array();
   std::size_t counts[3] = {};
   const Law* unmet = nullptr;
@@ -162,8 +152,7 @@ int Check(const std::filesystem::path& library, int seconds, bool as_json) {
                       {"skipped", skipped}};
     Print(answer.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   } else {
-    Print(std::to_string(passed) + " passed, " + std::to_string(failed) + " failed, " +
-          std::to_string(skipped) + " skipped\n");
+    Print(fmt::format("{} passed, {} failed, {} skipped\n", passed, failed, skipped));
   }
   return failed == 0 ? kExitSuccess : kExitFailed;
 }
@@ -177,7 +166,7 @@ int CheckLaw(const std::filesystem::path& library, const std::string& law,
     check::JudgeLaw(*known, library, record);
     return kExitSuccess;
   }
-  throw UserError("unknown law \"" + law + "\"");
+  throw UserError("unknown law \"{}\"", law);
 }
 
 }  // namespace nuvhost

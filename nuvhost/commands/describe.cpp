@@ -78,7 +78,8 @@ std::string Sentence(const char* description) {
 Row ConstantRow(const ConstantRecord& constant) {
   std::string rest = "default " + Dump(ToJson(constant.default_value));
   if (constant.minimum.GetType() != NUV_OBJ_EMPTY) {
-    rest += ", " + Dump(ToJson(constant.minimum)) + " to " + Dump(ToJson(constant.maximum));
+    rest +=
+        fmt::format(", {} to {}", Dump(ToJson(constant.minimum)), Dump(ToJson(constant.maximum)));
   }
   rest += Sentence(constant.description);
   for (auto* node = constant.choices.First(); node != nullptr; node = CChoiceMap::Next(node)) {
@@ -89,8 +90,9 @@ Row ConstantRow(const ConstantRecord& constant) {
 }
 
 Row InputRow(const ParameterRecord& input) {
-  return {Utf8FromText(input.name), Describe(input.type),
-          "default " + Dump(ToJson(input.default_value)) + Sentence(input.description)};
+  return {
+      Utf8FromText(input.name), Describe(input.type),
+      fmt::format("default {}{}", Dump(ToJson(input.default_value)), Sentence(input.description))};
 }
 
 Row ResultRow(const ResultRecord& result) {
@@ -126,9 +128,8 @@ int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_jso
   const DescriptorRecord& descriptor = *instruction.descriptor;
   Print(Utf8FromText(descriptor.name) + "  (" + Utf8FromText(descriptor.category) + ")\n");
   if (descriptor.description != nullptr) Print("  " + Utf8FromText(descriptor.description) + '\n');
-  Print("\n  identifier  " + Utf8FromText(descriptor.identifier) + "\n  position    " +
-        std::to_string(instruction.index) + "\n  help        " + std::to_string(descriptor.help) +
-        '\n');
+  Print(fmt::format("\n  identifier  {}\n  position    {}\n  help        {}\n",
+                    Utf8FromText(descriptor.identifier), instruction.index, descriptor.help));
   PrintRows("constant parameters", descriptor.constants, ConstantRow);
   PrintRows(descriptor.repeatable != 0 ? "inputs (the last one may be repeated)" : "inputs",
             descriptor.inputs, InputRow);

@@ -21,8 +21,7 @@ Json ListOf(const Json& request, const char* member) {
   const auto found = request.find(member);
   if (found == request.end()) return Json::array();
   if (!found->is_array()) {
-    throw ValueError(std::string("\"") + member + "\": expected a list, found " +
-                     DescribeKind(*found));
+    throw ValueError("\"{}\": expected a list, found {}", member, DescribeKind(*found));
   }
   return *found;
 }
@@ -30,7 +29,7 @@ Json ListOf(const Json& request, const char* member) {
 void CheckMembers(const Json& object, std::initializer_list<std::string_view> known) {
   for (const auto& [name, value] : object.items()) {
     if (std::ranges::find(known, name) == known.end()) {
-      throw ValueError("unknown member \"" + name + "\"" + DidYouMean(name, std::vector(known)));
+      throw ValueError("unknown member \"{}\"{}", name, DidYouMean(name, std::vector(known)));
     }
   }
 }
@@ -48,8 +47,8 @@ template <class Record>
 void Fill(const char* member, const Json& list, const TStdVector<Record>& records,
           std::vector<CNuvObject>& values) {
   if (list.size() > records.Size()) {
-    throw ValueError(Position(member, records.Size()) + ": one too many, the instruction has " +
-                     std::to_string(records.Size()));
+    throw ValueError("{}: one too many, the instruction has {}", Position(member, records.Size()),
+                     records.Size());
   }
   for (std::size_t i = 0; i < list.size(); ++i) {
     values[i] = ReadAt(member, i, list[i], records[i].type);
@@ -72,8 +71,7 @@ void FillInputs(const Json& list, const DescriptorRecord& descriptor,
 std::int32_t CountFromJson(const Json& json, std::size_t given) {
   const std::int32_t count = IntegerFromJson(json);
   if (count < 0 || static_cast<std::size_t>(count) > given) {
-    throw ValueError("\"count\": " + std::to_string(count) + " is not between 0 and the " +
-                     std::to_string(given) + " inputs there are");
+    throw ValueError("\"count\": {} is not between 0 and the {} inputs there are", count, given);
   }
   return count;
 }

@@ -18,7 +18,7 @@ void CheckCategory(const Catalogue& catalogue, const std::string& category) {
     known.insert(Utf8FromText(instruction.descriptor->category));
   }
   if (category.empty() || known.contains(category)) return;
-  std::string text = "no category \"" + category + "\"; there are";
+  std::string text = fmt::format("no category \"{}\"; there are", category);
   for (const std::string& name : known) text += "\n  " + name;
   throw UserError(text);
 }

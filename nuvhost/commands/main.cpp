@@ -130,8 +130,8 @@ class CommandLine {
     for (const CLI::App* command : app_.get_subcommands(nullptr)) {
       known.push_back(command->get_name());
     }
-    return "no command \"" + name + "\"" + DidYouMean(name, known) +
-           "\nRun with --help for more information.";
+    return fmt::format("no command \"{}\"{}\nRun with --help for more information.", name,
+                       DidYouMean(name, known));
   }
 
   CLI::App* Add(const char* name, const char* description, Command command) {

@@ -52,7 +52,7 @@ int RunChecked(const Program& program, const RunOptions& options,
 int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   std::string reason;
   std::optional<SourceText> source = ReadSource(options.program, reason);
-  if (!source) throw UserError("cannot read " + options.program + ": " + reason);
+  if (!source) throw UserError("cannot read {}: {}", options.program, reason);
   Mistakes mistakes;
   const Program program = ReadProgram(catalogue, std::move(*source), mistakes);
   std::optional<Image> image;

@@ -37,15 +37,15 @@ std::size_t FindParameter(const char* kind, const DescriptorRecord& descriptor,
 
   const std::string instruction = Quoted(NameFromText(descriptor.name));
   if (found.size() > 1) {
-    std::string text = instruction + " has more than one " + kind + " named " + Quoted(name) +
-                       "; use the position:";
+    std::string text = fmt::format(
+        "{} has more than one {} named \"{}\"; use the position:", instruction, kind, name);
     for (const std::size_t position : found) text += " " + std::to_string(position);
     throw UserError(text);
   }
   const std::optional<std::size_t> position = AsPosition(name);
   if (position && *position < records.Size()) return *position;
-  if (records.Empty()) throw UserError(instruction + " has no " + kind + "s");
-  std::string text = instruction + " has no " + kind + " " + Quoted(name);
+  if (records.Empty()) throw UserError("{} has no {}s", instruction, kind);
+  std::string text = fmt::format("{} has no {} \"{}\"", instruction, kind, name);
   const std::string near = DidYouMean(name, {names.begin(), names.end()});
   if (!near.empty()) throw UserError(text + near);
   text += "; it has";
@@ -86,13 +86,13 @@ const CatalogueEntry& Catalogue::Find(std::string_view name) const {
   }
   if (found.size() == 1) return *found.front();
   if (found.empty()) {
-    throw UserError("no instruction " + Quoted(name) +
+    throw UserError("no instruction \"{}\"{}", name,
                     DidYouMean(name, {names.begin(), names.end()}));
   }
-  std::string text = "several instructions are named " + Quoted(name) + "; write one of";
+  std::string text = fmt::format("several instructions are named \"{}\"; write one of", name);
   for (const CatalogueEntry* instruction : found) {
-    text += "\n  " + Quoted(FullName(*instruction->descriptor)) + " or " +
-            NameFromText(instruction->descriptor->identifier);
+    text += fmt::format("\n  \"{}\" or {}", FullName(*instruction->descriptor),
+                        NameFromText(instruction->descriptor->identifier));
   }
   throw UserError(text);
 }

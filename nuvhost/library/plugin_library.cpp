@@ -70,11 +70,11 @@ PluginLibrary::PluginLibrary(const std::filesystem::path& path) {
   const std::string name = ToUtf8(path);
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(path, ignored)) {
-    throw UserError("no plug-in library at " + name + "; name one with --plugin PATH");
+    throw UserError("no plug-in library at {}; name one with --plugin PATH", name);
   }
   // An absolute path, so that no search goes elsewhere.
   module_ = Load(std::filesystem::absolute(path));
-  if (module_ == nullptr) throw UserError("cannot load " + name + ": " + LastError());
+  if (module_ == nullptr) throw UserError("cannot load {}: {}", name, LastError());
   export_ = reinterpret_cast<IXInstrPluginLib* (*)()>(FindExport(module_));
   if (export_ != nullptr) library_ = export_();
   if (library_ != nullptr) return;

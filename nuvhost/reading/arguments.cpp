@@ -53,7 +53,7 @@ std::int32_t ChoiceKey(const Json& json, const CChoiceMap& choices) {
     if (same) return node->key;
     labels.back() = Quoted(labels.back()) + " (" + std::to_string(node->key) + ")";
   }
-  std::string text = "no choice " + Dump(json) + "; there are";
+  std::string text = fmt::format("no choice {}; there are", Dump(json));
   for (std::size_t i = 0; i < labels.size(); ++i) text += (i == 0 ? " " : ", ") + labels[i];
   throw ValueError(text);
 }
@@ -72,8 +72,8 @@ CNuvObject ConstantFromJson(const Json& json, const ConstantRecord& record) {
       number <= static_cast<double>(record.maximum)) {
     return value;
   }
-  throw ValueError("expected " + Dump(ToJson(record.minimum)) + " to " +
-                   Dump(ToJson(record.maximum)) + ", found " + Dump(json));
+  throw ValueError("expected {} to {}, found {}", Dump(ToJson(record.minimum)),
+                   Dump(ToJson(record.maximum)), Dump(json));
 }
 
 }  // namespace
@@ -111,10 +111,8 @@ void ArgumentReader::ReadConstants(const Located& json, Step& step) {
     ReadConstant(elements[i], descriptor.constants[i], step.constants[i]);
   }
   if (elements.size() > given.size()) {
-    checker_.Complain(elements[given.size()], NameOf(descriptor.name) + " has " +
-                                                  Plural(given.size(), "constant parameter") +
-                                                  ", " + std::to_string(elements.size()) +
-                                                  " given");
+    checker_.Complain(elements[given.size()], "{} has {}, {} given", NameOf(descriptor.name),
+                      Plural(given.size(), "constant parameter"), elements.size());
   }
   if (!json->is_object() && !json->is_array()) {
     checker_.Complain(
@@ -128,7 +126,7 @@ void ArgumentReader::ReadConstant(const Located& json, const ConstantRecord& rec
     value = ConstantFromJson(*json, record);
   } catch (const ValueError& error) {
     const char* name = record.name == nullptr ? record.group : record.name;
-    checker_.Complain(json, "constant parameter " + NameOf(name) + ": " + error.what());
+    checker_.Complain(json, "constant parameter {}: {}", NameOf(name), error.what());
   }
 }
 
@@ -177,9 +175,8 @@ void ArgumentReader::ReadInputsByPosition(const Located& json, Step& step) {
   const std::size_t declared = descriptor.inputs.Size();
   const std::vector<Located> values = json.Elements();
   if (values.size() > declared && descriptor.repeatable == 0) {
-    checker_.Complain(values[declared], NameOf(descriptor.name) + " takes " +
-                                            Plural(declared, "input") + ", " +
-                                            std::to_string(values.size()) + " given");
+    checker_.Complain(values[declared], "{} takes {}, {} given", NameOf(descriptor.name),
+                      Plural(declared, "input"), values.size());
     return;
   }
   step.inputs.resize(std::max(declared, values.size()));
@@ -191,13 +188,14 @@ void ArgumentReader::ReadInputsByPosition(const Located& json, Step& step) {
 Argument ArgumentReader::ReadInput(const Located& json, const DescriptorRecord& descriptor,
                                    std::size_t input) {
   const ParameterRecord& record = descriptor.inputs[input];
-  const std::string what = "input " + NameOf(record.name) + " of " + NameOf(descriptor.name);
+  const std::string what =
+      fmt::format("input {} of {}", NameOf(record.name), NameOf(descriptor.name));
   if (json->is_object() && json->contains("step")) return FromStep(json, record.type, what);
   if (json->is_object() && json->contains("data")) return FromData(json, record.type, what);
   for (const auto& [name, member] : json.Members()) {
     const std::string near = DidYouMean(name, {"step", "data"});
     if (near.empty()) continue;
-    checker_.Complain(member.NameOffset(), "a reference has no member " + Quoted(name) + near);
+    checker_.Complain(member.NameOffset(), "a reference has no member \"{}\"{}", name, near);
     return CNuvObject();
   }
   return Literal(json, record.type, what);
@@ -210,9 +208,8 @@ Argument ArgumentReader::FromStep(const Located& json, std::uint32_t type,
   const Step& step = program_.steps[found->step];
   const ResultRecord& result = step.instruction->descriptor->results[found->result];
   if (ValueKind(result.type) != ValueKind(type)) {
-    checker_.Complain(json, input + " takes " + WithArticle(type) + "; result " +
-                                NameOf(result.name) + " of step " + Quoted(step.name) + " is " +
-                                WithArticle(result.type));
+    checker_.Complain(json, "{} takes {}; result {} of step \"{}\" is {}", input, WithArticle(type),
+                      NameOf(result.name), step.name, WithArticle(result.type));
   }
   return *found;
 }
@@ -233,9 +230,10 @@ std::optional<StepResult> ArgumentReader::Reference(const Located& json, std::si
       for (std::size_t i = 0; i < steps; ++i) names.push_back(all[i].name);
       text += Suggestion(*name, names);
     } else if (index == steps) {
-      text = "step " + Quoted(*name) + " uses its own result";
+      text = fmt::format("step \"{}\" uses its own result", *name);
     } else {
-      text = "step " + Quoted(*name) + " runs later; a step uses results of earlier steps only";
+      text =
+          fmt::format("step \"{}\" runs later; a step uses results of earlier steps only", *name);
     }
     checker_.Complain(*json.Find("step"), text);
     return std::nullopt;
@@ -272,14 +270,14 @@ Argument ArgumentReader::FromData(const Located& json, std::uint32_t type,
     if (!columns.empty()) {
       checker_.Complain(json, data + " stands in the program and has no columns");
     }
-    return Literal(value->second, type, input + ", from " + data);
+    return Literal(value->second, type, fmt::format("{}, from {}", input, data));
   }
   const auto datum = std::ranges::find(program_.data, *name, &Datum::name);
   if (datum == program_.data.end()) {
     std::vector<std::string_view> names;
     for (const Datum& known : program_.data) names.push_back(known.name);
     for (const auto& [known, value] : values_) names.push_back(known);
-    checker_.Complain(*json.Find("data"), "no " + data + Suggestion(*name, names));
+    checker_.Complain(*json.Find("data"), "no {}{}", data, Suggestion(*name, names));
     return CNuvObject();
   }
   const bool fits = (type == NUV_PARAM_NUMBER_ARRAY && columns.size() <= 1) ||
@@ -288,8 +286,8 @@ Argument ArgumentReader::FromData(const Located& json, std::uint32_t type,
     constexpr const char* kGives[] = {" comes from a file and is an array of numbers or points",
                                       ", one column, is an array of numbers",
                                       ", two columns, is an array of points"};
-    checker_.Complain(json,
-                      input + " takes " + WithArticle(type) + "; " + data + kGives[columns.size()]);
+    checker_.Complain(json, "{} takes {}; {}{}", input, WithArticle(type), data,
+                      kGives[columns.size()]);
     return CNuvObject();
   }
   const DataUse use{static_cast<std::size_t>(datum - program_.data.begin()), columns, type, input,
@@ -332,8 +330,8 @@ CNuvObject ArgumentReader::Literal(const Located& json, std::uint32_t type,
                                    const std::string& what) {
   const std::size_t limit = program_.settings.max_array_elements;
   if (IsArray(type) && json->is_array() && limit != 0 && json->size() > limit) {
-    checker_.Complain(json, what + ": " + std::to_string(json->size()) +
-                                " elements; \"maxArrayElements\" is " + std::to_string(limit));
+    checker_.Complain(json, "{}: {} elements; \"maxArrayElements\" is {}", what, json->size(),
+                      limit);
     return CNuvObject();
   }
   try {

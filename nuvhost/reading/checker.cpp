@@ -24,16 +24,15 @@ bool Checker::IsObject(const Located& value, const std::string& what,
                        std::initializer_list<std::string_view> known,
                        std::initializer_list<std::string_view> required) {
   if (!value->is_object()) {
-    Complain(value, what + " is an object in braces, found " + DescribeKind(*value));
+    Complain(value, "{} is an object in braces, found {}", what, DescribeKind(*value));
     return false;
   }
   for (const auto& [name, member] : value.Members()) {
     if (std::ranges::find(known, name) != known.end()) continue;
-    Complain(member.NameOffset(),
-             what + " has no member " + Quoted(name) + Suggestion(name, known));
+    Complain(member.NameOffset(), "{} has no member \"{}\"{}", what, name, Suggestion(name, known));
   }
   for (const std::string_view member : required) {
-    if (!value.Find(member)) Complain(value, what + " needs a member " + Quoted(member));
+    if (!value.Find(member)) Complain(value, "{} needs a member \"{}\"", what, member);
   }
   return true;
 }
@@ -42,7 +41,7 @@ std::optional<std::string> Checker::Text(const Located& object, std::string_view
   const std::optional<Located> value = object.Find(member);
   if (!value) return std::nullopt;
   if ((*value)->is_string()) return (*value)->get<std::string>();
-  Complain(*value, Quoted(member) + ": expected a text, found " + DescribeKind(**value));
+  Complain(*value, "\"{}\": expected a text, found {}", member, DescribeKind(**value));
   return std::nullopt;
 }
 
@@ -61,8 +60,8 @@ std::optional<std::uint64_t> Checker::WholeNumber(const Located& object, std::st
     const auto number = (*value)->get<std::uint64_t>();
     if (number >= least && number <= most) return number;
   }
-  Complain(*value, Quoted(member) + ": expected a whole number from " + std::to_string(least) +
-                       " to " + std::to_string(most) + ", found " + DescribeKind(**value));
+  Complain(*value, "\"{}\": expected a whole number from {} to {}, found {}", member, least, most,
+           DescribeKind(**value));
   return std::nullopt;
 }
 

@@ -2,6 +2,8 @@
 // complaints at their places.
 #pragma once
 
+#include <fmt/format.h>
+
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -22,6 +24,12 @@ class Checker {
 
   void Complain(std::size_t offset, const std::string& text);
   void Complain(const Located& value, const std::string& text) { Complain(value.Offset(), text); }
+  /// A text whose places in braces are filled as fmt::format does.
+  template <class Place, class First, class... Rest>
+  void Complain(const Place& place, fmt::format_string<First, Rest...> text, First&& first,
+                Rest&&... rest) {
+    Complain(place, fmt::format(text, std::forward<First>(first), std::forward<Rest>(rest)...));
+  }
 
   /// Whether the value is an object; members that are not known, and required ones that are
   /// missing, are mistakes. `what` names the object: "a step".

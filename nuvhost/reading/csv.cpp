@@ -1,5 +1,7 @@
 #include "nuvhost/reading/csv.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -138,9 +140,8 @@ std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes) {
       if (std::ranges::all_of(table.header_, is_number)) table.header_.clear();
     } else if (row->size() != table.columns_) {
       mistakes.Add(text, offset,
-                   "the line has " + std::to_string(row->size()) +
-                       (row->size() == 1 ? " field" : " fields") + ", the first line has " +
-                       std::to_string(table.columns_));
+                   fmt::format("the line has {}{}, the first line has {}", row->size(),
+                               row->size() == 1 ? " field" : " fields", table.columns_));
       all_good = false;
     }
     const bool is_header = is_first && !table.header_.empty();
@@ -152,26 +153,26 @@ std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes) {
 }
 
 std::optional<std::size_t> CsvTable::Find(const ColumnName& name, std::string& reason) const {
-  const std::string columns = Quoted(Name()) + " has " + DescribeColumns();
+  const std::string columns = fmt::format("\"{}\" has {}", Name(), DescribeColumns());
   if (const auto* position = std::get_if<std::size_t>(&name)) {
     if (*position < columns_) return *position;
-    reason = "no column " + std::to_string(*position) + ", counted from 0: " + columns;
+    reason = fmt::format("no column {}, counted from 0: {}", *position, columns);
     return std::nullopt;
   }
   const auto& wanted = std::get<std::string>(name);
   const auto found = std::ranges::count(header_, wanted);
   if (found == 1) return std::ranges::find(header_, wanted) - header_.begin();
   if (header_.empty()) {
-    reason = "no column " + Quoted(wanted) + ": " + Quoted(Name()) +
-             " has no header; name the column by its position, from 0 to " +
-             std::to_string(columns_ - 1);
+    reason = fmt::format(
+        "no column \"{}\": \"{}\" has no header; name the column by its position, from 0 to {}",
+        wanted, Name(), columns_ - 1);
   } else if (found > 1) {
-    reason = Quoted(Name()) + " has more than one column " + Quoted(wanted) +
-             "; name it by its position, from 0";
+    reason = fmt::format("\"{}\" has more than one column \"{}\"; name it by its position, from 0",
+                         Name(), wanted);
   } else {
     const std::string near = DidYouMean(wanted, {header_.begin(), header_.end()});
-    reason = Quoted(Name()) + " has no column " + Quoted(wanted) +
-             (near.empty() ? "; it has " + DescribeColumns() : near);
+    reason = fmt::format("\"{}\" has no column \"{}\"{}", Name(), wanted,
+                         near.empty() ? "; it has " + DescribeColumns() : near);
   }
   return std::nullopt;
 }

@@ -1,5 +1,7 @@
 #include "nuvhost/reading/data.h"
 
+#include <fmt/format.h>
+
 #include "nuvhost/reading/source_text.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/text/names.h"
@@ -19,7 +21,8 @@ std::optional<CsvTable> ReadTable(const Program& program, std::size_t datum,
   std::optional<SourceText> source = ReadSource(name, reason);
   if (source) return CsvTable::Read(std::move(*source), mistakes);
   if (is_own) {
-    mistakes.Add(program.source, read.file_offset, "cannot read " + Quoted(name) + ": " + reason);
+    mistakes.Add(program.source, read.file_offset,
+                 fmt::format("cannot read \"{}\": {}", name, reason));
   } else {
     mistakes.Add(name, "cannot read the file: " + reason);
   }
@@ -41,9 +44,9 @@ std::vector<std::size_t> FindColumns(const DataUse& use, const CsvTable& table,
   if (table.Columns() == (wants_points ? 2 : 1)) {
     return wants_points ? std::vector<std::size_t>{0, 1} : std::vector<std::size_t>{0};
   }
-  reason = use.input + " takes an array of " + (wants_points ? "points" : "numbers") + "; " +
-           Quoted(table.Name()) + " has " + table.DescribeColumns() + ". Choose by " +
-           (wants_points ? "\"columns\": [X, Y]" : "\"column\"");
+  reason = fmt::format("{} takes an array of {}; \"{}\" has {}. Choose by {}", use.input,
+                       wants_points ? "points" : "numbers", table.Name(), table.DescribeColumns(),
+                       wants_points ? "\"columns\": [X, Y]" : "\"column\"");
   return {};
 }
 
@@ -77,8 +80,8 @@ std::vector<CNuvObject> LoadData(const Program& program, const Replacements& rep
     if (columns.empty()) {
       mistakes.Add(program.source, use.offset, reason);
     } else if (limit != 0 && table->Rows() > limit) {
-      mistakes.Add(table->Name(), std::to_string(table->Rows()) +
-                                      " rows; \"maxArrayElements\" is " + std::to_string(limit));
+      mistakes.Add(table->Name(),
+                   fmt::format("{} rows; \"maxArrayElements\" is {}", table->Rows(), limit));
     } else if (columns.size() == 1) {
       values[i] = table->Numbers(columns[0], mistakes);
     } else {

@@ -111,10 +111,10 @@ class ProgramReader {
       step.name = checker_.Name(json, "name").value_or("");
       const auto same = std::ranges::find(program_.steps, step.name, &Step::name);
       if (!step.name.empty() && same != program_.steps.end()) {
-        checker_.Complain(*json.Find("name"),
-                          "an earlier step is named " + Quoted(step.name) + ", number " +
-                              std::to_string(same - program_.steps.begin() + 1) +
-                              "; each needs a name of its own");
+        checker_.Complain(
+            *json.Find("name"),
+            "an earlier step is named \"{}\", number {}; each needs a name of its own", step.name,
+            same - program_.steps.begin() + 1);
       }
       if (const auto name = checker_.Name(json, "instr")) {
         step.instruction = FindInstruction(*name, *json.Find("instr"));

@@ -1,5 +1,7 @@
 #include "nuvhost/reading/source_text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <iterator>
 #include <tuple>
@@ -61,7 +63,7 @@ std::vector<std::string> Mistakes::Listing() const {
   std::vector<std::string> texts;
   for (const Mistake& mistake : sorted) {
     if (texts.size() == kMostShown) {
-      texts.push_back("... and " + std::to_string(sorted.size() - kMostShown) + " more");
+      texts.push_back(fmt::format("... and {} more", sorted.size() - kMostShown));
       break;
     }
     texts.push_back(mistake.text);

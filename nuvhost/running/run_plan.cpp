@@ -32,13 +32,15 @@ PlannedRun NamedRun(const Program& program, const std::vector<std::string>& word
       const std::string name = word.substr(0, word.find('='));
       std::vector<std::string_view> known;
       for (const Datum& one : program.data) known.push_back(one.name);
-      throw UserError("--data " + word + ": expected NAME=FILE, since other words name their data" +
-                      (word.find('=') == std::string::npos ? "" : DidYouMean(name, known)));
+      throw UserError("--data {}: expected NAME=FILE, since other words name their data{}", word,
+                      word.find('=') == std::string::npos ? "" : DidYouMean(name, known));
     }
     const std::string file = word.substr(word.find('=') + 1);
     if (!run.replacements.emplace(*datum, file).second) {
-      throw UserError("--data " + word + ": data " + Quoted(program.data[*datum].name) +
-                      " has a file already; for a run over each file write the files alone");
+      throw UserError(
+          "--data {}: data \"{}\" has a file already; for a run over each file write the files "
+          "alone",
+          word, program.data[*datum].name);
     }
     run.file += (run.file.empty() ? "" : ", ") + file;
   }
@@ -50,17 +52,15 @@ PlannedRun NamedRun(const Program& program, const std::vector<std::string>& word
 std::vector<PlannedRun> PlanRuns(const Program& program, const std::vector<std::string>& words) {
   if (words.empty()) return {{program.source.Name(), {}}};
   if (program.data.empty()) {
-    throw UserError("--data " + words[0] + ": " + program.source.Name() +
-                    " takes no data from a file");
+    throw UserError("--data {}: {} takes no data from a file", words[0], program.source.Name());
   }
   const auto is_named = [&](const std::string& word) {
     return NamedDatum(program, word).has_value();
   };
   if (std::ranges::any_of(words, is_named)) return {NamedRun(program, words)};
   if (program.data.size() > 1) {
-    throw UserError("--data " + words[0] + ": " + program.source.Name() +
-                    " has more than one data file; write NAME=FILE, with one of " +
-                    DataNames(program));
+    throw UserError("--data {}: {} has more than one data file; write NAME=FILE, with one of {}",
+                    words[0], program.source.Name(), DataNames(program));
   }
   std::vector<PlannedRun> runs;
   for (const std::string& word : words) runs.push_back({word, {{0, word}}});

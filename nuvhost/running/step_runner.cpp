@@ -1,5 +1,7 @@
 #include "nuvhost/running/step_runner.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 #include "nuvhost/text/names.h"
@@ -88,8 +90,8 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
 
 std::string DescribeStep(const Program& program, std::size_t step) {
   const DescriptorRecord& descriptor = *program.steps[step].instruction->descriptor;
-  return "step " + Quoted(program.steps[step].name) + " (" + Quoted(NameFromText(descriptor.name)) +
-         ", number " + std::to_string(step + 1) + ")";
+  return fmt::format("step \"{}\" (\"{}\", number {})", program.steps[step].name,
+                     NameFromText(descriptor.name), step + 1);
 }
 
 const char* StateText(RunOutcome::State state) {

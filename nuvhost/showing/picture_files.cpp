@@ -35,7 +35,7 @@ std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes) {
   if (bytes) image = ReadImage(std::move(*bytes), reason);
   if (!image) {
     mistakes.Add(program.source, program.image_offset,
-                 "cannot take the image " + Quoted(name) + ": " + reason);
+                 fmt::format("cannot take the image \"{}\": {}", name, reason));
   }
   return image;
 }
@@ -44,7 +44,7 @@ std::vector<std::string> PictureNames(const std::string& name,
                                       const std::vector<PlannedRun>& runs) {
   constexpr std::string_view kEnding = ".svg";
   if (!name.ends_with(kEnding)) {
-    throw UserError("--overlay " + name + ": the file's name must end in .svg");
+    throw UserError("--overlay {}: the file's name must end in .svg", name);
   }
   if (runs.size() == 1) return {name};
   const std::string beginning = name.substr(0, name.size() - kEnding.size());
@@ -53,8 +53,10 @@ std::vector<std::string> PictureNames(const std::string& name,
     const std::string data = ToUtf8(PathFromUtf8(run.file).stem());
     names.push_back(beginning + '-' + data + std::string(kEnding));
     if (std::ranges::count(names, names.back()) > 1) {
-      throw UserError("--overlay " + name + ": more than one data file is named " + Quoted(data) +
-                      ", and each would be drawn to " + names.back() + "; run them one by one");
+      throw UserError(
+          "--overlay {}: more than one data file is named \"{}\", and each would be drawn to {}; "
+          "run them one by one",
+          name, data, names.back());
     }
   }
   return names;
@@ -81,9 +83,9 @@ void PictureFiles::RunEnded(std::size_t run, const RunOutcome& outcome) {
     exit_code_ = kExitWrongCall;
   }
   if (picture.left_out == 0) return;
-  progress_.Complain(name + ": left out " + std::to_string(picture.left_out) +
-                     (picture.left_out == 1 ? " figure or point" : " figures or points") +
-                     " with numbers that are not finite or beyond 1e9");
+  progress_.Complain(fmt::format(
+      "{}: left out {}{} with numbers that are not finite or beyond 1e9", name, picture.left_out,
+      picture.left_out == 1 ? " figure or point" : " figures or points"));
 }
 
 }  // namespace nuvhost

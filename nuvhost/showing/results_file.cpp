@@ -84,7 +84,7 @@ Json StepToJson(const Step& step, const StepOutcome& outcome) {
 bool IsJsonName(const std::string& name) {
   if (name.ends_with(".json")) return true;
   if (name.ends_with(".csv")) return false;
-  throw UserError("--results " + name + ": the file's name must end in .csv or .json");
+  throw UserError("--results {}: the file's name must end in .csv or .json", name);
 }
 
 }  // namespace
@@ -97,8 +97,8 @@ ResultsFile::ResultsFile(const std::string& name, const Program& program)
     const auto dump = [](const Json& json) {
       return json.dump(-1, ' ', false, Json::error_handler_t::replace);
     };
-    file_.Write("{\n\"program\": " + dump(file) + ",\n\"title\": " + dump(title) +
-                ",\n\"runs\": [");
+    file_.Write(
+        fmt::format("{{\n\"program\": {},\n\"title\": {},\n\"runs\": [", dump(file), dump(title)));
   } else {
     AddHeader();
   }

@@ -21,11 +21,10 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
   const std::string place = runs_[run].file + ": " + DescribeStep(program_, step) + ": ";
   const bool failed = outcome.state == StepOutcome::State::kFailed;
   for (const LogEntry& entry : outcome.record.log) {
-    progress_.Complain(place + "log: " + OnOneLine(entry.text));
+    progress_.Complain(fmt::format("{}log: {}", place, OnOneLine(entry.text)));
   }
   for (const ProgramEvent& event : outcome.record.events) {
-    progress_.Complain(place + "event " + std::to_string(event.code) + ", value " +
-                       std::to_string(event.value));
+    progress_.Complain(fmt::format("{}event {}, value {}", place, event.code, event.value));
   }
   for (const Message& message : outcome.record.messages) {
     const bool is_warning = message.severity == NUV_SEVERITY_WARNING;
@@ -50,10 +49,9 @@ int RunTrace::Finish() {
 }
 
 void RunTrace::ShowProgress(std::size_t run, std::size_t steps) {
-  const std::string of_files =
-      std::to_string(run + 1) + " of " + std::to_string(runs_.size()) + " files, ";
-  progress_.Show((runs_.size() > 1 ? of_files : "") + std::to_string(steps) + " of " +
-                 std::to_string(program_.steps.size()) + " steps");
+  const std::string of_files = fmt::format("{} of {} files, ", run + 1, runs_.size());
+  progress_.Show(fmt::format("{}{} of {} steps", runs_.size() > 1 ? of_files : "", steps,
+                             program_.steps.size()));
 }
 
 }  // namespace nuvhost

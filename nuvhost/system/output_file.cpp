@@ -44,7 +44,7 @@ std::optional<Identity> FutureIdentityOf(const fs::path& path) {
 }  // namespace
 
 OutputFile::OutputFile(const std::string& name, const std::string& what)
-    : complaint_("cannot write " + what + " to " + name), path_(PathOf(name)) {
+    : complaint_(fmt::format("cannot write {} to {}", what, name)), path_(PathOf(name)) {
   const Existing existing = Look(path_);
   if (existing.refusal != nullptr) Fail(existing.refusal);
   part_ = path_.parent_path() / PartName();
@@ -101,8 +101,8 @@ void CheckWritten(const std::vector<NamedFile>& written, const std::vector<Named
     if (!identity) continue;
     const auto [other, is_new] = known.emplace(*identity, file);
     if (is_new) continue;
-    throw UserError(file.role + ' ' + file.name + " would overwrite " + other->second.role + ' ' +
-                    other->second.name + ": they are one file; write to another");
+    throw UserError("{} {} would overwrite {} {}: they are one file; write to another", file.role,
+                    file.name, other->second.role, other->second.name);
   }
 }
 

@@ -16,6 +16,8 @@ namespace {
 constexpr std::chrono::milliseconds kShortWork{500};
 constexpr std::chrono::milliseconds kInterval{100};
 
+}  // namespace
+
 bool ErrorsGoToTerminal() {
 #if defined(_WIN32)
   return _isatty(_fileno(stderr)) != 0;
@@ -23,8 +25,6 @@ bool ErrorsGoToTerminal() {
   return isatty(fileno(stderr)) != 0;
 #endif
 }
-
-}  // namespace
 
 Progress::Progress() : is_on_(ErrorsGoToTerminal()), next_(Clock::now() + kShortWork) {}
 

@@ -6,6 +6,9 @@
 
 namespace nuvhost {
 
+/// Whether somebody watches: standard error is a terminal.
+bool ErrorsGoToTerminal();
+
 /// One line on standard error that is written over as work goes on.
 class Progress {
  public:

@@ -14,7 +14,7 @@ namespace {
 constexpr int kMaxNesting = 200;
 
 [[noreturn]] void Expected(const char* what, const Json& found) {
-  throw ValueError(std::string("expected ") + what + ", found " + DescribeKind(found));
+  throw ValueError("expected {}, found {}", what, DescribeKind(found));
 }
 
 double NumberFromJson(const Json& json, const char* what) {
@@ -66,7 +66,7 @@ Vector ArrayFromJson(const Json& json, const char* what, ReadElement read) {
     try {
       array[i] = read(json[i]);
     } catch (const ValueError& error) {
-      throw ValueError("element " + std::to_string(i) + ": " + error.what());
+      throw ValueError("element {}: {}", i, error.what());
     }
   }
   return array;
@@ -167,9 +167,8 @@ Json ParseJson(std::string_view text) {
   const std::size_t zero = text.find('\0');
   if (zero != std::string_view::npos) {  // the parser would take it for the end
     const std::string_view before = text.substr(0, zero);
-    throw ValueError("parse error at line " + std::to_string(std::ranges::count(before, '\n') + 1) +
-                     ", column " + std::to_string(zero - (before.rfind('\n') + 1) + 1) +
-                     ": a zero byte");
+    throw ValueError("parse error at line {}, column {}: a zero byte",
+                     std::ranges::count(before, '\n') + 1, zero - (before.rfind('\n') + 1) + 1);
   }
   try {
     return Json::parse(text, limit_nesting);

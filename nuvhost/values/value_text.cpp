@@ -1,5 +1,7 @@
 #include "nuvhost/values/value_text.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <charconv>
 
@@ -27,7 +29,7 @@ std::string ArrayText(const CNuvObject& value, ElementText element_text) {
     text += (i == 0 ? "" : ", ") + element_text(array[i]);
   }
   if (array.Size() <= kShownElements) return text + "]";
-  return text + ", ...] " + std::to_string(array.Size()) + " elements";
+  return fmt::format("{}, ...] {} elements", text, array.Size());
 }
 
 }  // namespace
