@@ -14,7 +14,7 @@ namespace {
 
 /// The bare virtual call that the calls below are measured against: a slot that does nothing.
 void BareVirtualCall(benchmark::State& state) {
-  IXInstrPlugin* instruction = Loaded().Find("Add").prototype;
+  IXInstrPlugin* instruction = Loaded().Find("Numeric: Add").prototype;
   for (auto _ : state) {
     benchmark::DoNotOptimize(instruction);
     benchmark::DoNotOptimize(instruction->Reserved8());
@@ -29,8 +29,8 @@ void Execute(benchmark::State& state, const char* name, std::size_t count) {
   ReadyContext context(inputs);
   for (auto _ : state) benchmark::DoNotOptimize(instruction.prototype->Execute(&context));
 }
-BENCHMARK_CAPTURE(Execute, Add2, "Add", 2);
-BENCHMARK_CAPTURE(Execute, Add10, "Add", 10);
+BENCHMARK_CAPTURE(Execute, Add2, "Numeric: Add", 2);
+BENCHMARK_CAPTURE(Execute, Add10, "Numeric: Add", 10);
 BENCHMARK_CAPTURE(Execute, Divide, "Divide", 2);
 BENCHMARK_CAPTURE(Execute, Greater, "Greater", 2);
 

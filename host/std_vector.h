@@ -111,6 +111,7 @@ class TStdVector {
   void Insert(std::size_t position, std::size_t count, const T& value) {
     if (position > Size()) throw std::out_of_range("TStdVector::Insert: position beyond the end");
     if (count == 0) return;
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be an element that moves.
     const T copy(value);
     const std::size_t old_size = Size();
     if (count > MaxSize() - old_size) throw std::length_error("TStdVector::Insert: too many");

@@ -35,7 +35,6 @@ struct CPArrConcatArr final
 struct CLArrConcatArr final
     : ArrConcatArr<CLArrConcatArr, LineElement, "_Nuv_Array_CLArrConcatArr_", 460209> {};
 
-// Kept: the text for numbers is spelled another way.
 template <class E>
 constexpr const char* kGetRangeDescription =
     "Outputs a subset of the first array starting at index and having count elements as another "

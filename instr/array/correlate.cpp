@@ -54,7 +54,6 @@ struct CNArrMathCorrelate final : Instruction<CNArrMathCorrelate> {
 
 /// Of the shorter array with every rotation of the longer. A rotation that is constant where the
 /// shorter one covers it scores 0 and is counted as invalid.
-/// Kept: a column of blanks stands in a description; hosts show it so.
 struct CNArrMathCorrelateCircular final : Instruction<CNArrMathCorrelateCircular> {
   static constexpr Definition kDefinition{
       .category = "Array: Number",

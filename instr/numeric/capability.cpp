@@ -103,7 +103,6 @@ struct CCpArr final : Instruction<CCpArr> {
   }
 };
 
-/// Kept: the description lacks a parenthesis and a blank; hosts show it so.
 struct CCpkArr final : Instruction<CCpkArr> {
   static constexpr Definition kDefinition = OverArray({
       .name = "CpkArr",

@@ -140,7 +140,6 @@ struct CRad2Deg final : Instruction<CRad2Deg> {
   }
 };
 
-/// Kept: the full stop stands inside the parenthesis here and outside it in the two that follow.
 struct CGetPi final : Instruction<CGetPi> {
   static constexpr Definition kDefinition = HostConstant({
       .name = "GetPi",
