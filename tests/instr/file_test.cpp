@@ -8,6 +8,7 @@
 
 #include "host/os.h"
 #include "nuvhost/system/paths.h"
+#include "nuvhost/text/utf8.h"
 #include "tests/instr/table.h"
 
 #if defined(__linux__)

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "host/setting.h"
+#include "nuvhost/system/paths.h"
 #include "tests/instr/table.h"
 
 #if !defined(_WIN32)
