@@ -71,7 +71,7 @@ const Edit kEdits[] = {
      }},
 };
 
-const nuvhost::Instruction& Find(const char* name) {
+const nuvhost::CatalogueEntry& Find(const char* name) {
   return Loaded().Find("_Nuv_Array_" + std::string(name) + "_");
 }
 

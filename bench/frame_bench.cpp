@@ -23,7 +23,7 @@ void BareVirtualCall(benchmark::State& state) {
 BENCHMARK(BareVirtualCall);
 
 void Execute(benchmark::State& state, const char* name, std::size_t count) {
-  const nuvhost::Instruction& instruction = Loaded().Find(name);
+  const nuvhost::CatalogueEntry& instruction = Loaded().Find(name);
   std::vector<CNuvObject> inputs(count);
   for (std::size_t i = 0; i < count; ++i) inputs[i] = 1.5 + static_cast<double>(i);
   ReadyContext context(inputs);

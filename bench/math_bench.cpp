@@ -42,7 +42,7 @@ struct Workload {
 
 void Ours(benchmark::State& state, const Workload& work) {
   const auto size = static_cast<std::size_t>(state.range(0));
-  const nuvhost::Instruction& instruction = *Loaded().FindIdentifier(work.identifier);
+  const nuvhost::CatalogueEntry& instruction = *Loaded().FindIdentifier(work.identifier);
   std::mt19937_64 random(1);
   std::deque<std::vector<CNuvObject>> inputs;
   std::deque<ReadyContext> contexts;

@@ -8,7 +8,7 @@
 
 #include "host/context.h"
 #include "host/nuv_object.h"
-#include "reference_host/nuvhost/catalogue.h"
+#include "nuvhost/library/catalogue.h"
 #include "reference_host/services/services.h"
 
 inline nuvhost::Services& AllServices() {

@@ -14,9 +14,9 @@
 #include <string>
 #include <vector>
 
-#include "bench/ready_context.h"
 #include "algorithm/cluster.h"
 #include "algorithm/kernels.h"
+#include "bench/ready_context.h"
 #include "tests/instr/plain_signals.h"
 
 namespace {
@@ -57,7 +57,7 @@ using Inputs = std::vector<CNuvObject>;
 void Ours(benchmark::State& state, const char* identifier, std::size_t size,
           const std::function<Inputs(std::mt19937_64&)>& make, int constant = 0,
           bool rotates = true) {
-  const nuvhost::Instruction& instruction = *Loaded().FindIdentifier(identifier);
+  const nuvhost::CatalogueEntry& instruction = *Loaded().FindIdentifier(identifier);
   std::mt19937_64 random(1);
   std::deque<Inputs> inputs;
   std::deque<ReadyContext> contexts;

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reference_host/nuvhost/catalogue.h"
+#include "nuvhost/library/catalogue.h"
 #include "reference_host/services/call_context.h"
 
 namespace {
@@ -164,7 +164,7 @@ const Workload kWorkloads[] = {
 void Ours(benchmark::State& state, const Workload& workload) {
   static const nuvhost::Catalogue catalogue(nuvhost::DefaultPluginPath());
   static nuvhost::Services services;
-  const nuvhost::Instruction& instruction = catalogue.Find(workload.instruction);
+  const nuvhost::CatalogueEntry& instruction = catalogue.Find(workload.instruction);
   std::deque<nuvhost::CallContext> calls;
   for (unsigned seed = 0; seed < kPool; ++seed) {
     nuvhost::CallContext& call = calls.emplace_back(*instruction.descriptor, services);

@@ -15,3 +15,6 @@ endfunction()
 
 formula_header_only(nlohmann_json nlohmann/json.hpp)
 formula_header_only(cli11 CLI/CLI.hpp)
+formula_header_only(utfcpp utf8cpp/utf8.h)
+formula_header_only(fmt fmt/format.h)
+target_compile_definitions(fmt INTERFACE FMT_HEADER_ONLY)

@@ -209,7 +209,7 @@ TEST(Arrays, FewerInputsThanDeclared) {
 /// The elements are made of numbers of which many are equal, hostile ones among them.
 template <class Vector, class Element>
 void DifferenceAgreesWithLoops(const char* identifier, Element element) {
-  const nuvhost::Instruction& instruction = BuiltCatalogue().Find(identifier);
+  const nuvhost::CatalogueEntry& instruction = BuiltCatalogue().Find(identifier);
   nuvhost::Services services;
   std::mt19937_64 random(6);
   nuvhost::CallContext call(*instruction.descriptor, services);

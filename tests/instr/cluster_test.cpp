@@ -117,7 +117,7 @@ double Key(const CNuvPoint& point, int criterion) {
 
 TEST(Points, SortIsStableInTheTotalOrder) {
   nuvhost::Services services;
-  const nuvhost::Instruction& sort = *BuiltCatalogue().FindIdentifier("_Nuv_Array_CPArrSort_");
+  const nuvhost::CatalogueEntry& sort = *BuiltCatalogue().FindIdentifier("_Nuv_Array_CPArrSort_");
   nuvhost::CallContext call(*sort.descriptor, services);
   ForArrays([&](std::mt19937_64& random, const Array& x) {
     if (x.size() % 3 == 1 && x.size() < 64) return;

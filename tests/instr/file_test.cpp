@@ -7,7 +7,8 @@
 #include <map>
 
 #include "host/os.h"
-#include "reference_host/nuvhost/plugin_library.h"
+#include "nuvhost/system/paths.h"
+#include "nuvhost/text/utf8.h"
 #include "tests/instr/table.h"
 
 #if defined(__linux__)

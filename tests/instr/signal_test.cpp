@@ -111,7 +111,7 @@ Array GetArray(const CNuvObject& object) {
 // More passes than a kernel does at once, until nothing changes any more.
 TEST(Signals, SmoothManyTimes) {
   nuvhost::Services services;
-  const nuvhost::Instruction& smooth =
+  const nuvhost::CatalogueEntry& smooth =
       *BuiltCatalogue().FindIdentifier("_Nuv_Array_CNArrMathSmooth_");
   std::mt19937_64 random(7);
   nuvhost::CallContext call(*smooth.descriptor, services);
@@ -172,7 +172,7 @@ TEST(Signals, CorrelateInBothTables) {
 
 TEST(Signals, CorrelateCircularIsThePlainOne) {
   nuvhost::Services services;
-  const nuvhost::Instruction& correlate =
+  const nuvhost::CatalogueEntry& correlate =
       *BuiltCatalogue().FindIdentifier("_Nuv_Array_CNArrMathCorrelateCircular_");
   std::mt19937_64 random(9);
   nuvhost::CallContext call(*correlate.descriptor, services);

@@ -3,6 +3,7 @@
 #include <random>
 
 #include "algorithm/text_search.h"
+#include "nuvhost/text/utf8.h"
 #include "tests/instr/table.h"
 
 namespace {

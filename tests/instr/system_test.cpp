@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <thread>
 
+#include "nuvhost/system/paths.h"
 #include "tests/instr/table.h"
 
 #if !defined(_WIN32)
@@ -71,7 +72,7 @@ TEST_F(SystemCalls, StopwatchesShareOneTableInTheNamedData) {
   session_.reset();
   nuvhost::Services services;
   const auto execute = [&](const char* identifier, double index) {
-    const nuvhost::Instruction& instruction = *BuiltCatalogue().FindIdentifier(identifier);
+    const nuvhost::CatalogueEntry& instruction = *BuiltCatalogue().FindIdentifier(identifier);
     nuvhost::CallContext context(*instruction.descriptor, services);
     context.constants[0] = index;
     return context.Execute(*instruction.prototype);
@@ -102,7 +103,7 @@ TEST_F(SystemCalls, AHostWithoutServicesHearsNothing) {
   nuvhost::Services services;
   for (const auto& row : rows) {
     SCOPED_TRACE(row.identifier);
-    const nuvhost::Instruction& instruction = BuiltCatalogue().Find(row.identifier);
+    const nuvhost::CatalogueEntry& instruction = BuiltCatalogue().Find(row.identifier);
     nuvhost::CallContext context(*instruction.descriptor, services);
     context.has_services = false;
     for (CNuvObject& input : context.inputs) input = row.input;

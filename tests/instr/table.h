@@ -6,7 +6,7 @@
 #include <regex>
 #include <string>
 
-#include "reference_host/nuvhost/exec_session.h"
+#include "nuvhost/commands/exec_session.h"
 
 /// A request in which [x y] stands for a point and (a d) for a line.
 inline std::string WithFigures(const std::string& text) {

@@ -1,8 +1,11 @@
-#include "reference_host/nuvhost/catalogue.h"
+#include "nuvhost/library/catalogue.h"
 
 #include <gtest/gtest.h>
 
-#include "reference_host/nuvhost/error.h"
+#include "nuvhost/error.h"
+#include "nuvhost/library/plugin_library.h"
+#include "nuvhost/system/paths.h"
+#include "nuvhost/text/names.h"
 
 namespace nuvhost {
 namespace {
@@ -29,7 +32,7 @@ TEST(Catalogue, AnswersNames) {
   EXPECT_NE(Complaint("Divde").find(R"("Divide")"), std::string::npos);
   EXPECT_NE(Complaint("_Nuv_Numeric_CCpArr_").find("did you mean"), std::string::npos);
   // Where several share a name, each has another that finds it.
-  for (const Instruction& one : Built().Instructions()) {
+  for (const CatalogueEntry& one : Built().Entries()) {
     const std::string name = one.descriptor->name;
     EXPECT_EQ(&Built().Find(one.descriptor->category + (": " + name)), &one);
     if (Complaint(name) == "found") continue;

@@ -1,4 +1,4 @@
-#include "reference_host/nuvhost/exec_session.h"
+#include "nuvhost/commands/exec_session.h"
 
 #include <gtest/gtest.h>
 
@@ -7,6 +7,8 @@
 #include <random>
 
 #include "host/setting.h"
+#include "nuvhost/error.h"
+#include "nuvhost/values/json_value.h"
 #include "tests/instr/table.h"
 
 namespace {

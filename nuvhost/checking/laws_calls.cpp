@@ -1,0 +1,363 @@
+// The laws of Execute: what every instruction must answer, whatever it is called with.
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <exception>
+#include <string_view>
+
+#include "nuvhost/checking/facts.h"
+#include "nuvhost/checking/hostile.h"
+#include "nuvhost/checking/law.h"
+#include "nuvhost/checking/subject.h"
+#include "nuvhost/library/categories.h"
+#include "nuvhost/text/names.h"
+
+namespace nuvhost::check {
+namespace {
+
+bool IsCallable(const CatalogueEntry& instruction) {
+  return !TouchesOuterWorld(TextOrEmpty(instruction.descriptor->category));
+}
+
+/// "IO: System and IO: Keyboard".
+std::string CategoriesNotCalled() {
+  std::string names;
+  for (const Category& category : kCategories) {
+    if (!category.touches_outer_world) continue;
+    names += (names.empty() ? "" : " and ") + std::string(category.name);
+  }
+  return names;
+}
+
+/// Values in a form that tells every bit of a number but which NaN it is.
+std::vector<std::string> AllShown(const std::vector<CNuvObject>& values) {
+  std::vector<std::string> shown;
+  for (const CNuvObject& value : values) shown.push_back(Shown(value));
+  return shown;
+}
+
+/// A long text around the place that matters.
+std::string Excerpt(const std::string& text, std::size_t place) {
+  constexpr std::size_t kBefore = 20;
+  constexpr std::size_t kLength = 60;
+  const std::size_t begin = place < kLength ? 0 : place - kBefore;
+  const bool cut = text.size() - begin > kLength;
+  return (begin > 0 ? "..." : "") + text.substr(begin, kLength) + (cut ? "..." : "");
+}
+
+std::string Changed(const char* list, const std::vector<std::string>& before,
+                    const std::vector<CNuvObject>& values) {
+  const std::vector<std::string> after = AllShown(values);
+  const auto [was, is] = std::ranges::mismatch(before, after);
+  if (was == before.end()) return "";
+  const auto place = static_cast<std::size_t>(std::ranges::mismatch(*was, *is).in1 - was->begin());
+  return fmt::format("{} {} was changed from {} to {}", list, was - before.begin(),
+                     Excerpt(*was, place), Excerpt(*is, place));
+}
+
+/// Kept: these report their errors and succeed; saved programs go on after them.
+bool SucceedsAfterErrors(std::string_view identifier) {
+  return identifier == "_Nuv_Geometric_PtsToGrid_" || identifier == "_Nuv_Geometric_RakePt2BestLn_";
+}
+
+std::string StatusComplaint(std::string_view identifier, std::int32_t status,
+                            const std::vector<Message>& messages) {
+  if (status != 0 && status != 3) return "returned status " + std::to_string(status);
+  for (const Message& message : messages) {
+    if (message.severity != NUV_SEVERITY_WARNING && message.severity != NUV_SEVERITY_ERROR) {
+      return "reported a message of severity " + std::to_string(message.severity);
+    }
+  }
+  const auto is_error = [](const Message& m) { return m.severity == NUV_SEVERITY_ERROR; };
+  const bool error = std::ranges::any_of(messages, is_error);
+  if (status == 0 && error && !SucceedsAfterErrors(identifier)) {
+    return "reported an error and returned status 0";
+  }
+  if (status == 3 && !error && !messages.empty()) return "reported a warning and returned status 3";
+  return "";
+}
+
+bool HaveDeclaredTypes(const std::vector<CNuvObject>& inputs, const DescriptorRecord& descriptor) {
+  for (std::size_t i = 0; i < inputs.size(); ++i) {
+    const std::size_t declared = std::min(i, descriptor.inputs.Size() - 1);
+    if (inputs[i].GetType() != ValueType(descriptor.inputs[declared].type)) return false;
+  }
+  return true;
+}
+
+/// A result that was written has the declared type, where the inputs have theirs.
+std::string ResultComplaint(const DescriptorRecord& descriptor,
+                            const std::vector<std::string>& before,
+                            const std::vector<CNuvObject>& results) {
+  const std::vector<std::string> after = AllShown(results);
+  for (std::size_t i = 0; i < results.size(); ++i) {
+    const std::uint32_t declared = descriptor.results[i].type;
+    if (results[i].GetType() == ValueType(declared) || after[i] == before[i]) continue;
+    return fmt::format("result {} has type code {} and was given a value of type {}", i, declared,
+                       results[i].GetType());
+  }
+  return "";
+}
+
+/// Executes; a complaint where an exception comes out. It is read here, since its class goes with
+/// the library.
+std::string Execute(CallContext& context, IXInstrPlugin& object, std::int32_t& status) {
+  try {
+    status = context.Execute(object);
+    return "";
+  } catch (const std::exception& error) {
+    return std::string("an exception left Execute: ") + error.what();
+  } catch (...) {
+    return "an exception of an unknown type left Execute";
+  }
+}
+
+/// What was wrong with one call; "" for nothing.
+std::string CallComplaint(IXInstrPlugin& object, const DescriptorRecord& descriptor,
+                          const Case& call, Services& services) {
+  CallContext context(descriptor, services);
+  call.prepare(context);
+  const std::vector<std::string> inputs = AllShown(context.inputs);
+  const std::vector<std::string> constants = AllShown(context.constants);
+  const std::vector<std::string> results = AllShown(context.results);
+  services.Take();
+  std::int32_t status = 0;
+  std::string complaint = Execute(context, object, status);
+  if (!complaint.empty()) return complaint;
+  complaint = StatusComplaint(descriptor.identifier, status, services.Take().messages);
+  if (complaint.empty()) complaint = Changed("input", inputs, context.inputs);
+  if (complaint.empty()) complaint = Changed("constant", constants, context.constants);
+  if (complaint.empty() && status == 0 && HaveDeclaredTypes(context.inputs, descriptor)) {
+    complaint = ResultComplaint(descriptor, results, context.results);
+  }
+  return complaint;
+}
+
+/// A working object as hosts make them; the prototype itself where there is none to be had.
+class WorkingObject {
+ public:
+  explicit WorkingObject(IXInstrPlugin& prototype)
+      : prototype_(prototype), created_(prototype.Create()) {}
+  WorkingObject(const WorkingObject&) = delete;
+  WorkingObject& operator=(const WorkingObject&) = delete;
+  ~WorkingObject() {
+    if (created_ != &prototype_) prototype_.Destroy(created_);
+  }
+
+  IXInstrPlugin& Get() const { return created_ == nullptr ? prototype_ : *created_; }
+
+ private:
+  IXInstrPlugin& prototype_;
+  IXInstrPlugin* created_;
+};
+
+/// Calls an instruction in every way until it does something wrong.
+void JudgeInstruction(Trial& trial, const CatalogueEntry& instruction, const Cases& calls,
+                      Services& services) {
+  const std::string label = Label(instruction);
+  trial.At("creating an object of " + label);
+  const WorkingObject object(*instruction.prototype);
+  for (const Case& call : calls) {
+    const std::string what = fmt::format("{} with {}", label, call.how);
+    trial.At("executing " + what);
+    const std::string complaint =
+        CallComplaint(object.Get(), *instruction.descriptor, call, services);
+    if (complaint.empty()) continue;
+    return trial.Complain(what + ": " + complaint);
+  }
+  trial.At("destroying an object of " + label);
+}
+
+/// What a call gives, and the values of its results.
+struct Answer {
+  std::int32_t status = 0;
+  std::vector<std::string> results;
+  std::string complaint;
+};
+
+Answer AnswerOf(IXInstrPlugin& object, const DescriptorRecord& descriptor, const Case& call,
+                Services& services, bool has_services) {
+  CallContext context(descriptor, services);
+  call.prepare(context);
+  context.has_services = has_services;
+  Answer answer;
+  answer.complaint = Execute(context, object, answer.status);
+  services.Take();
+  answer.results = AllShown(context.results);
+  return answer;
+}
+
+/// Whether an instruction answers the same with and without services.
+void JudgeServices(Trial& trial, const CatalogueEntry& instruction, const Cases& calls,
+                   Services& services) {
+  const std::string label = Label(instruction);
+  const WorkingObject object(*instruction.prototype);
+  for (const Case& call : calls) {
+    const std::string what = fmt::format("{} without services, with {}", label, call.how);
+    trial.At("executing " + what);
+    const DescriptorRecord& descriptor = *instruction.descriptor;
+    const Answer with = AnswerOf(object.Get(), descriptor, call, services, true);
+    const Answer without = AnswerOf(object.Get(), descriptor, call, services, false);
+    if (!without.complaint.empty()) return trial.Complain(what + ": " + without.complaint);
+    if (with.status != without.status) {
+      return trial.Complain(fmt::format("{}: returned status {}, and {} with them", what,
+                                        without.status, with.status));
+    }
+    if (with.results != without.results) return trial.Complain(what + ": gave other results");
+  }
+}
+
+/// Values that an instruction wrote, and what they were when the library was there.
+struct Kept {
+  std::string label;
+  std::vector<CNuvObject> values;
+  std::vector<std::string> shown;
+};
+
+/// The defaults of every instruction and, where it may be called, its results.
+std::vector<Kept> ValuesOf(Trial& trial, const Subject& subject) {
+  Services services;
+  std::vector<Kept> kept;
+  const auto keep = [&kept](const std::string& label, const std::vector<CNuvObject>& values) {
+    kept.push_back({label, values, AllShown(values)});
+  };
+  for (const CatalogueEntry& instruction : subject.Entries()) {
+    const std::string label = Label(instruction);
+    CallContext defaults(*instruction.descriptor, services);
+    keep("the default inputs of " + label, defaults.inputs);
+    keep("the default constants of " + label, defaults.constants);
+    if (!IsCallable(instruction)) continue;
+    for (const Case& call : ResultCases(*instruction.descriptor)) {
+      trial.At(fmt::format("executing {} with {}", label, call.how));
+      CallContext context(*instruction.descriptor, services);
+      call.prepare(context);
+      std::int32_t status = 0;
+      const std::string complaint = Execute(context, *instruction.prototype, status);
+      if (!complaint.empty()) trial.Complain(label + ": " + complaint);
+      services.Take();
+      // The results themselves, not copies of them.
+      const std::vector<std::string> shown = AllShown(context.results);
+      kept.push_back({fmt::format("what {} wrote to {}", label, call.how), {}, shown});
+      kept.back().values.swap(context.results);
+    }
+  }
+  return kept;
+}
+
+void JudgeUnload(Trial& trial) {
+  std::vector<Kept> kept;
+  {
+    const Subject subject(trial);
+    kept = ValuesOf(trial, subject);
+  }
+  for (Kept& one : kept) {
+    trial.At("reading, copying, comparing and clearing, after the library was unloaded, " +
+             one.label);
+    std::vector<CNuvObject> copies = one.values;
+    for (CNuvObject& copy : copies) copy = CNuvObject(copy);
+    if (AllShown(one.values) != one.shown || AllShown(copies) != one.shown) {
+      trial.Complain(one.label + " changed when the library was unloaded");
+    }
+    for (std::size_t i = 0; i < copies.size(); ++i) {
+      [[maybe_unused]] const bool equal = copies[i] == one.values[i];
+      one.values[i].Clear();
+    }
+  }
+}
+
+/// Applies `judge` to each instruction that may be called, in the ways that suit it.
+template <class MakeCases, class Judge>
+void ForEachCallable(Trial& trial, MakeCases make_cases, Judge judge) {
+  Services services;
+  const Subject subject(trial);
+  std::size_t called = 0;
+  std::size_t not_called = 0;
+  for (const CatalogueEntry& instruction : subject.Entries()) {
+    const Cases calls = make_cases(*instruction.descriptor);
+    if (calls.empty()) continue;
+    if (!IsCallable(instruction)) {
+      ++not_called;
+      continue;
+    }
+    ++called;
+    judge(trial, instruction, calls, services);
+  }
+  if (called == 0 && not_called == 0) return trial.Skip("no instruction can be called so");
+  std::string note = std::to_string(called) + " instructions called";
+  if (not_called > 0) {
+    note += fmt::format(
+        ", {} of {} not called, since arbitrary values would reach files, dialogs and time",
+        not_called, CategoriesNotCalled());
+  }
+  if (called == 0) {
+    trial.Skip(note);
+  } else {
+    trial.Note(note);
+  }
+}
+
+template <auto MakeCases>
+void JudgeCalls(Trial& trial) {
+  ForEachCallable(trial, MakeCases, JudgeInstruction);
+}
+
+/// Calls that end well, fail and report.
+Cases ServiceCases(const DescriptorRecord& descriptor) {
+  Cases cases = DefaultCases(descriptor);
+  for (const auto make : {NumberCases, ArrayCases, CountCases}) {
+    for (Case& call : make(descriptor)) cases.push_back(std::move(call));
+  }
+  return cases;
+}
+
+void JudgeServiceCalls(Trial& trial) {
+  ForEachCallable(trial, ServiceCases, JudgeServices);
+}
+
+// Each of these laws asks the same of every call; docs/check.md tells it in full.
+constexpr Law kLaws[] = {
+    {"calls", "call-defaults",
+     "Every instruction keeps its promises when called with its defaults.",
+     JudgeCalls<DefaultCases>},
+    {"calls", "call-numbers",
+     "Every instruction keeps its promises with NaN, infinities, -0.0, huge and tiny numbers.",
+     JudgeCalls<NumberCases>},
+    {"calls", "call-texts",
+     "Every instruction keeps its promises with texts that are empty, long, with percent signs or "
+     "of every character there is.",
+     JudgeCalls<TextCases>},
+    {"calls", "call-arrays",
+     "Every instruction keeps its promises with arrays that are empty, short, long, of unequal "
+     "lengths or full of hostile elements.",
+     JudgeCalls<ArrayCases>},
+    {"calls", "call-types",
+     "Every instruction keeps its promises with inputs of any other type than the declared one.",
+     JudgeCalls<WrongTypeCases>},
+    {"calls", "call-results",
+     "Every instruction keeps its promises with results that hold values of any type beforehand.",
+     JudgeCalls<ResultCases>},
+    {"calls", "call-counts",
+     "Every instruction with a repeatable input keeps its promises with none and with 1000 of it.",
+     JudgeCalls<CountCases>},
+    {"calls", "call-constants",
+     "Every instruction keeps its promises with each choice and both ends of each range of its "
+     "constants.",
+     JudgeCalls<ConstantCases>},
+    {"calls", "call-services",
+     "Every instruction answers the same where the host has no services: what it reports or draws "
+     "is dropped.",
+     JudgeServiceCalls},
+    {"calls", "unload",
+     "Defaults and results stay whole after the library is unloaded: they are read, copied, "
+     "compared and cleared.",
+     JudgeUnload},
+};
+
+}  // namespace
+
+std::span<const Law> CallLaws() {
+  return kLaws;
+}
+
+}  // namespace nuvhost::check

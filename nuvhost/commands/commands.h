@@ -1,0 +1,48 @@
+// The commands of nuvhost. Each prints its answer on standard output and returns the exit code.
+// What it cannot do at all it throws as UserError.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "nuvhost/library/catalogue.h"
+
+namespace nuvhost {
+
+/// The catalogue: position, category, name, identifier. An empty category lists all.
+int List(const Catalogue& catalogue, const std::string& category, bool as_json);
+
+/// One descriptor in full, or all of them as JSON.
+int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_json);
+int DescribeAll(const Catalogue& catalogue);
+
+/// Runs one instruction once. Values and NAME=VALUE constants are UTF-8 texts.
+int CallOnce(const Catalogue& catalogue, const std::string& name,
+             const std::vector<std::string>& values, const std::vector<std::string>& constants);
+
+/// Answers JSON lines from standard input until it ends.
+int Exec(const Catalogue& catalogue);
+
+/// Judges a plug-in library's conformance, each law in a process of its own that has so many
+/// seconds.
+int Check(const std::filesystem::path& library, int seconds, bool as_json);
+/// What each of those processes does: it judges one law and records that in a file.
+int CheckLaw(const std::filesystem::path& library, const std::string& law,
+             const std::filesystem::path& record);
+
+/// How a program is to be run.
+struct RunOptions {
+  std::string program;
+  std::vector<std::string> data;  ///< FILE or NAME=FILE, in place of the program's own data
+  std::string results;            ///< a file for all results, .csv or .json; none if empty
+  bool keep_going = false;        ///< past steps that fail
+  std::string overlay = {};       ///< a file for what is drawn, .svg; none if empty
+  std::string log = {};           ///< a file for the log's entries, from the first step on
+  std::string plugin = {};        ///< the library's file, which must not be written
+};
+
+/// Runs an inspection program, once or over many data files.
+int RunProgram(const Catalogue& catalogue, const RunOptions& options);
+
+}  // namespace nuvhost

@@ -1,0 +1,22 @@
+#include <iostream>
+
+#include "nuvhost/commands/commands.h"
+#include "nuvhost/commands/exec_session.h"
+#include "nuvhost/error.h"
+#include "nuvhost/library/catalogue.h"
+#include "nuvhost/system/console.h"
+
+namespace nuvhost {
+
+int Exec(const Catalogue& catalogue) {
+  std::ios::sync_with_stdio(false);
+  ExecSession session(catalogue);
+  std::string line;
+  while (std::getline(std::cin, line)) {
+    Print(session.Answer(line) + '\n');
+    FlushOutput();
+  }
+  return kExitSuccess;
+}
+
+}  // namespace nuvhost

@@ -1,0 +1,151 @@
+#include "nuvhost/commands/exec_session.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <limits>
+
+#include "host/setting.h"
+#include "nuvhost/error.h"
+#include "nuvhost/text/names.h"
+#include "nuvhost/values/answer.h"
+
+namespace nuvhost {
+namespace {
+
+std::string Position(const char* list, std::size_t index) {
+  return std::string(list) + "[" + std::to_string(index) + "]";
+}
+
+/// The list under a member's name; empty where the member is missing.
+Json ListOf(const Json& request, const char* member) {
+  const auto found = request.find(member);
+  if (found == request.end()) return Json::array();
+  if (!found->is_array()) {
+    throw ValueError("\"{}\": expected a list, found {}", member, DescribeKind(*found));
+  }
+  return *found;
+}
+
+void CheckMembers(const Json& object, std::initializer_list<std::string_view> known) {
+  for (const auto& [name, value] : object.items()) {
+    if (std::ranges::find(known, name) == known.end()) {
+      throw ValueError("unknown member \"{}\"{}", name, DidYouMean(name, std::vector(known)));
+    }
+  }
+}
+
+CNuvObject ReadAt(const char* list, std::size_t index, const Json& json, std::uint32_t type) {
+  try {
+    return FromJson(json, type);
+  } catch (const ValueError& error) {
+    throw ValueError(Position(list, index) + ": " + error.what());
+  }
+}
+
+/// Overwrites the values that a list gives, by the types of the records.
+template <class Record>
+void Fill(const char* member, const Json& list, const TStdVector<Record>& records,
+          std::vector<CNuvObject>& values) {
+  if (list.size() > records.Size()) {
+    throw ValueError("{}: one too many, the instruction has {}", Position(member, records.Size()),
+                     records.Size());
+  }
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    values[i] = ReadAt(member, i, list[i], records[i].type);
+  }
+}
+
+void FillInputs(const Json& list, const DescriptorRecord& descriptor,
+                std::vector<CNuvObject>& inputs) {
+  const std::size_t declared = descriptor.inputs.Size();
+  if (descriptor.repeatable == 0 || list.size() <= declared) {
+    Fill("in", list, descriptor.inputs, inputs);
+    return;
+  }
+  inputs.resize(list.size());
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    inputs[i] = ReadAt("in", i, list[i], descriptor.inputs[std::min(i, declared - 1)].type);
+  }
+}
+
+std::int32_t CountFromJson(const Json& json, std::size_t given) {
+  const std::int32_t count = IntegerFromJson(json);
+  if (count < 0 || static_cast<std::size_t>(count) > given) {
+    throw ValueError("\"count\": {} is not between 0 and the {} inputs there are", count, given);
+  }
+  return count;
+}
+
+/// Reads all settings before it changes one, so that a broken request changes none.
+Json ApplySettings(const Json& settings) {
+  if (!settings.is_object()) {
+    throw ValueError("\"set\": expected an object, found " + DescribeKind(settings));
+  }
+  CheckMembers(settings, {"angleUnit", "defaultColor"});
+  CNuvSetting& current = CNuvSetting::Inst();
+  NuvAngleUnit unit = current.GetAngleUnit();
+  std::uint32_t color = current.GetDefaultAnnotationColor();
+  if (const auto found = settings.find("angleUnit"); found != settings.end()) {
+    if (*found == "radians") {
+      unit = NuvAngleUnit::kRadians;
+    } else if (*found == "degrees") {
+      unit = NuvAngleUnit::kDegrees;
+    } else {
+      throw ValueError("\"angleUnit\": expected \"radians\" or \"degrees\", found " + Dump(*found));
+    }
+  }
+  if (const auto found = settings.find("defaultColor"); found != settings.end()) {
+    if (!found->is_number_unsigned() ||
+        found->get<std::uint64_t>() > std::numeric_limits<std::uint32_t>::max()) {
+      throw ValueError("\"defaultColor\": expected a whole number from 0 to 4294967295, found " +
+                       Dump(*found));
+    }
+    color = found->get<std::uint32_t>();
+  }
+  current.SetAngleUnit(unit);
+  current.SetDefaultAnnotationColor(color);
+  return Json::object();
+}
+
+}  // namespace
+
+std::string ExecSession::Answer(std::string_view line) {
+  try {
+    return Dump(Respond(ParseJson(line)));
+  } catch (const std::exception& error) {
+    const Json answer{{"error", error.what()}};
+    return answer.dump(-1, ' ', false, Json::error_handler_t::replace);
+  }
+}
+
+Json ExecSession::Respond(const Json& request) {
+  if (!request.is_object()) throw ValueError("expected an object, found " + DescribeKind(request));
+  if (const auto set = request.find("set"); set != request.end()) {
+    CheckMembers(request, {"set"});
+    return ApplySettings(*set);
+  }
+  return Call(request);
+}
+
+Json ExecSession::Call(const Json& request) {
+  CheckMembers(request, {"instr", "const", "in", "prev", "count"});
+  const auto name = request.find("instr");
+  if (name == request.end() || !name->is_string()) {
+    throw ValueError("a request names its instruction: {\"instr\": \"Numeric: Add\"}");
+  }
+  const CatalogueEntry& instruction = catalogue_.Find(name->get_ref<const std::string&>());
+  const DescriptorRecord& descriptor = *instruction.descriptor;
+  CallContext context(descriptor, services_);
+  Fill("const", ListOf(request, "const"), descriptor.constants, context.constants);
+  FillInputs(ListOf(request, "in"), descriptor, context.inputs);
+  Fill("prev", ListOf(request, "prev"), descriptor.results, context.results);
+  if (const auto count = request.find("count"); count != request.end()) {
+    context.input_count = CountFromJson(*count, context.inputs.size());
+  }
+
+  services_.Take();
+  const std::int32_t status = context.Execute(*instruction.prototype);
+  return AnswerToCall(status, context, services_.Take());
+}
+
+}  // namespace nuvhost

@@ -1,0 +1,266 @@
+// nuvhost: the reference host on the command line.
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "nuvhost/commands/commands.h"
+#include "nuvhost/error.h"
+#include "nuvhost/library/catalogue.h"
+#include "nuvhost/library/plugin_library.h"
+#include "nuvhost/system/console.h"
+#include "nuvhost/system/output_file.h"
+#include "nuvhost/system/paths.h"
+#include "nuvhost/text/names.h"
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace nuvhost {
+namespace {
+
+/// The words of the command line.
+struct Arguments {
+  std::string plugin;
+  std::string log;
+  std::string category;
+  std::string name;
+  std::vector<std::string> values;
+  std::vector<std::string> constants;
+  RunOptions run;
+  std::string library;
+  std::string law;
+  std::string record;
+  int timeout = 60;
+  bool all = false;
+  bool json = false;
+};
+
+// The parser takes a word in brackets apart where an option takes many words; a mark before the
+// bracket keeps JSON lists whole.
+constexpr char kMark = '\x01';
+
+std::string Protected(const std::string& word) {
+  return word.starts_with('[') ? kMark + word : word;
+}
+
+std::string Unprotected(const std::string& word) {
+  return word.starts_with(kMark) ? word.substr(1) : word;
+}
+
+/// The commands and their words.
+class CommandLine {
+ public:
+  CommandLine() {
+    app_.require_subcommand(1);
+    app_.allow_windows_style_options(false);  // "/text" is a value, on every platform
+    app_.set_version_flag("--version", "nuvhost " NUVHOST_VERSION);
+    app_.add_option("--plugin", arguments_.plugin,
+                    "the plug-in library (the one beside this program unless given)");
+    app_.add_option("--log", arguments_.log,
+                    "append the entries of the application log to a file, a line each")
+        ->type_name("FILE");
+    app_.fallthrough();
+    AddList();
+    AddDescribe();
+    AddCall();
+    AddRun();
+    AddExec();
+    AddCheck();
+    for (CLI::App* command : app_.get_subcommands(nullptr)) UnprotectWords(*command);
+    UnprotectWords(app_);
+  }
+
+  int Run(const std::vector<std::string>& words) {
+    std::vector<std::string> reversed;  // as the parser takes them
+    for (auto word = words.rbegin(); word != words.rend(); ++word) {
+      reversed.push_back(Protected(*word));
+    }
+    try {
+      app_.parse(std::move(reversed));
+    } catch (const CLI::Success& wanted) {
+      return Exit(wanted);
+    } catch (const CLI::ParseError& error) {
+      if (app_.get_subcommands().empty() && !words.empty() && !words[0].starts_with("-")) {
+        throw UserError(UnknownCommand(words[0]));
+      }
+      Exit(error);
+      return kExitWrongCall;
+    }
+    UseFiles();
+    return command_(arguments_);
+  }
+
+ private:
+  using Command = int (*)(const Arguments&);
+
+  static void UnprotectWords(CLI::App& app) {
+    for (CLI::Option* option : app.get_options()) option->transform(Unprotected);
+  }
+
+  /// Says what the parser has to say of the words, as its exit code.
+  int Exit(const CLI::Error& error) {
+    std::ostringstream output;
+    std::ostringstream complaint;
+    const int code = app_.exit(error, output, complaint);
+    Print(output.str());
+    Complain(complaint.str());
+    return code;
+  }
+
+  /// A run takes the log for itself, once it knows what it reads.
+  void UseFiles() {
+    arguments_.run.log = arguments_.log;
+    arguments_.run.plugin = ToUtf8(Plugin(arguments_));
+    CheckWritten({{"--log", arguments_.log}}, {{"the plug-in library", arguments_.run.plugin},
+                                               {"the library", arguments_.library}});
+    if (!app_.got_subcommand("run")) UseLogFile(arguments_.log);
+  }
+
+  static std::filesystem::path Plugin(const Arguments& arguments) {
+    return arguments.plugin.empty() ? DefaultPluginPath() : PathFromUtf8(arguments.plugin);
+  }
+
+  std::string UnknownCommand(const std::string& name) const {
+    std::vector<std::string_view> known;
+    for (const CLI::App* command : app_.get_subcommands(nullptr)) {
+      known.push_back(command->get_name());
+    }
+    return fmt::format("no command \"{}\"{}\nRun with --help for more information.", name,
+                       DidYouMean(name, known));
+  }
+
+  CLI::App* Add(const char* name, const char* description, Command command) {
+    CLI::App* added = app_.add_subcommand(name, description);
+    added->callback([this, command] { command_ = command; });
+    return added;
+  }
+
+  void AddList() {
+    CLI::App* list = Add("list", "List the instructions", [](const Arguments& a) {
+      return List(Catalogue(Plugin(a)), a.category, a.json);
+    });
+    list->add_option("--category", arguments_.category, "only those of one category");
+    list->add_flag("--json", arguments_.json, "as JSON");
+  }
+
+  void AddDescribe() {
+    CLI::App* describe = Add("describe", "Show an instruction in full", [](const Arguments& a) {
+      if (a.all != a.name.empty()) {
+        throw UserError("describe takes either an instruction's name or --all --json");
+      }
+      if (a.all && !a.json) throw UserError("describe --all prints JSON; add --json");
+      const Catalogue catalogue(Plugin(a));
+      return a.all ? DescribeAll(catalogue) : DescribeOne(catalogue, a.name, a.json);
+    });
+    describe->add_option("name", arguments_.name, "display name, \"CATEGORY: NAME\" or identifier");
+    describe->add_flag("--all", arguments_.all, "every instruction");
+    describe->add_flag("--json", arguments_.json, "as JSON");
+  }
+
+  void AddCall() {
+    CLI::App* call = Add("call", "Run one instruction once", [](const Arguments& a) {
+      return CallOnce(Catalogue(Plugin(a)), a.name, a.values, a.constants);
+    });
+    call->add_option("name", arguments_.name, "display name, \"CATEGORY: NAME\" or identifier")
+        ->required();
+    call->add_option("values", arguments_.values,
+                     "inputs in order: 1.5, true, text, x,y for a point, a,d for a line, JSON "
+                     "lists for arrays; what is left out has its default");
+    call->add_option("--const", arguments_.constants,
+                     "constant parameters as NAME=VALUE; a choice by its key or label")
+        ->expected(1)
+        ->take_all();
+  }
+
+  void AddRun() {
+    CLI::App* run = Add("run", "Run an inspection program",
+                        [](const Arguments& a) { return RunProgram(Catalogue(Plugin(a)), a.run); });
+    run->add_option("program", arguments_.run.program, "the program, a JSON file")->required();
+    run->add_option("--data", arguments_.run.data,
+                    "data files in place of the program's own, one run each; NAME=FILE for a "
+                    "program with several")
+        ->type_name("FILE");
+    run->add_option("--results", arguments_.run.results,
+                    "write all results to OUT.csv, a row for each run, or to OUT.json, in full")
+        ->type_name("OUT");
+    run->add_option("--overlay", arguments_.run.overlay,
+                    "draw the annotations over the program's image into OUT.svg; of several runs "
+                    "each into OUT-DATAFILE.svg")
+        ->type_name("OUT");
+    run->add_flag("--keep-going", arguments_.run.keep_going, "go on after a step that fails");
+  }
+
+  void AddExec() {
+    Add("exec", "Answer calls as JSON lines from standard input",
+        [](const Arguments& a) { return Exec(Catalogue(Plugin(a))); });
+  }
+
+  void AddCheck() {
+    CLI::App* check = Add("check", "Judge a plug-in library's conformance", [](const Arguments& a) {
+      const std::filesystem::path library = a.library.empty() ? Plugin(a) : PathFromUtf8(a.library);
+      return a.law.empty() ? Check(library, a.timeout, a.json)
+                           : CheckLaw(library, a.law, PathFromUtf8(a.record));
+    });
+    check->add_option("library", arguments_.library,
+                      "the library (the plug-in beside this program unless given)");
+    check->add_option("--timeout", arguments_.timeout, "seconds that each law may take")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 86400))
+        ->capture_default_str();
+    check->add_flag("--json", arguments_.json, "as JSON");
+    // How this program starts itself for one law.
+    check->add_option("--law", arguments_.law)->group("");
+    check->add_option("--record", arguments_.record)->group("");
+  }
+
+  CLI::App app_{"Reference host for plug-in libraries of instructions", "nuvhost"};
+  Arguments arguments_;
+  Command command_ = nullptr;
+};
+
+/// Carries out what a command has left to do; exit code 2, and the reason told, where that fails.
+template <class Rest>
+int Guarded(Rest rest) {
+  try {
+    return rest();
+  } catch (const std::exception& error) {
+    Complain(std::string("nuvhost: ") + error.what() + '\n');
+    return kExitWrongCall;
+  }
+}
+
+int Main(const std::vector<std::string>& words) {
+  HoldStandardStreams();
+  const int code = Guarded([&] { return CommandLine().Run(words); });
+  return Guarded([&] {
+    FlushOutput();
+    return code;
+  });
+}
+
+}  // namespace
+}  // namespace nuvhost
+
+#if defined(_WIN32)
+
+int wmain(int count, wchar_t** words) {
+  _setmode(_fileno(stdin), _O_BINARY);
+  _setmode(_fileno(stdout), _O_BINARY);
+  _setmode(_fileno(stderr), _O_BINARY);
+  std::vector<std::string> utf8;
+  for (int i = 1; i < count; ++i) utf8.push_back(nuvhost::ToUtf8(std::filesystem::path(words[i])));
+  return nuvhost::Main(utf8);
+}
+
+#else
+
+int main(int count, char** words) {
+  return nuvhost::Main(std::vector<std::string>(words + 1, words + count));
+}
+
+#endif

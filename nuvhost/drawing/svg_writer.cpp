@@ -1,0 +1,90 @@
+#include "nuvhost/drawing/svg_writer.h"
+
+#include <utf8cpp/utf8.h>
+
+#include <charconv>
+#include <iterator>
+
+#include "nuvhost/text/utf8.h"
+
+namespace nuvhost {
+namespace {
+
+bool IsShown(char32_t character) {
+  if (character == '\t' || character == '\n' || character == '\r') return true;
+  return character >= 0x20 && (character < 0x7F || character > 0x9F) && character != 0xFFFE &&
+         character != 0xFFFF;
+}
+
+}  // namespace
+
+std::string XmlText(std::string_view bytes) {
+  const std::string all = utf8::is_valid(bytes) ? std::string(bytes) : Utf8FromBytes(bytes);
+  std::string text;
+  for (auto at = all.begin(); at != all.end();) {
+    const char32_t character = utf8::unchecked::next(at);
+    utf8::append(IsShown(character) ? character : U'\uFFFD', text);
+  }
+  return text;
+}
+
+SvgWriter& SvgWriter::Begin(const char* element) {
+  if (in_tag_) svg_ += ">\n";
+  (svg_ += '<') += element;
+  open_.push_back(element);
+  in_tag_ = true;
+  return *this;
+}
+
+SvgWriter& SvgWriter::Set(const char* attribute, std::string_view utf8) {
+  ((svg_ += ' ') += attribute) += "=\"";
+  Escape(utf8);
+  svg_ += '"';
+  return *this;
+}
+
+SvgWriter& SvgWriter::Text(std::string_view utf8) {
+  if (in_tag_) svg_ += '>';
+  in_tag_ = false;
+  Escape(utf8);
+  return *this;
+}
+
+SvgWriter& SvgWriter::End() {
+  if (in_tag_) {
+    svg_ += "/>";
+  } else {
+    ((svg_ += "</") += open_.back()) += '>';
+  }
+  svg_ += '\n';
+  open_.pop_back();
+  in_tag_ = false;
+  return *this;
+}
+
+std::string SvgWriter::Number(double number) const {
+  char digits[400];  // the largest number has 309 digits before the point
+  const auto [end, error] = std::to_chars(std::begin(digits), std::end(digits), number,
+                                          std::chars_format::fixed, decimals_);
+  std::string text(std::begin(digits), end);
+  if (decimals_ > 0) {
+    text.resize(text.find_last_not_of('0') + 1);
+    if (text.back() == '.') text.pop_back();
+  }
+  return text == "-0" ? "0" : text;
+}
+
+void SvgWriter::Escape(std::string_view utf8) {
+  for (const char c : utf8) {
+    switch (c) {
+      case '&': svg_ += "&amp;"; break;
+      case '<': svg_ += "&lt;"; break;
+      case '>': svg_ += "&gt;"; break;
+      case '"': svg_ += "&quot;"; break;
+      case '\'': svg_ += "&apos;"; break;
+      default: svg_ += c;
+    }
+  }
+}
+
+}  // namespace nuvhost

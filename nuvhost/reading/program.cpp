@@ -1,0 +1,194 @@
+#include "nuvhost/reading/program.h"
+
+#include <algorithm>
+#include <limits>
+#include <map>
+
+#include "nuvhost/error.h"
+#include "nuvhost/reading/arguments.h"
+#include "nuvhost/reading/checker.h"
+#include "nuvhost/reading/located_json.h"
+#include "nuvhost/text/names.h"
+#include "nuvhost/values/json_value.h"
+
+namespace nuvhost {
+namespace {
+
+constexpr std::uint64_t kMostElements = std::uint64_t{1} << 40;
+constexpr std::uint64_t kMostDecimals = 17;
+
+class ProgramReader {
+ public:
+  ProgramReader(const Catalogue& catalogue, Mistakes& mistakes, Program& program)
+      : catalogue_(catalogue),
+        program_(program),
+        checker_(program.source, mistakes),
+        arguments_(checker_, program, values_) {}
+
+  void Read(const Located& root) {
+    if (!checker_.IsObject(
+            root, "a program",
+            {"$schema", "title", "description", "settings", "image", "data", "steps", "report"},
+            {"steps"})) {
+      return;
+    }
+    checker_.Text(root, "$schema");
+    checker_.Text(root, "description");
+    program_.title = checker_.Text(root, "title").value_or("");
+    if (const auto settings = root.Find("settings")) ReadSettings(*settings);
+    if (const auto image = checker_.Name(root, "image")) {
+      program_.image = *image;
+      program_.image_offset = root.Find("image")->Offset();
+    }
+    if (const auto data = root.Find("data")) ReadData(*data);
+    if (const auto steps = root.Find("steps")) ReadSteps(*steps);
+    if (const auto report = root.Find("report")) ReadReport(*report);
+  }
+
+ private:
+  void ReadSettings(const Located& json) {
+    if (!checker_.IsObject(json, "\"settings\"", {"angleUnit", "defaultColor", "maxArrayElements"},
+                           {})) {
+      return;
+    }
+    Settings& settings = program_.settings;
+    if (const auto unit = json.Find("angleUnit")) {
+      if (**unit != "radians" && **unit != "degrees") {
+        checker_.Complain(
+            *unit, "\"angleUnit\": expected \"radians\" or \"degrees\", found " + Dump(**unit));
+      }
+      if (**unit == "degrees") settings.angle_unit = NuvAngleUnit::kDegrees;
+    }
+    const auto color =
+        checker_.WholeNumber(json, "defaultColor", 0, std::numeric_limits<std::uint32_t>::max());
+    settings.default_color = static_cast<std::uint32_t>(color.value_or(0));
+    settings.max_array_elements =
+        checker_.WholeNumber(json, "maxArrayElements", 1, kMostElements).value_or(0);
+  }
+
+  void ReadData(const Located& json) {
+    if (!json->is_object()) {
+      checker_.Complain(json, "\"data\" is an object of named data, found " + DescribeKind(*json));
+    }
+    for (const auto& [name, value] : json.Members()) {
+      if (name.empty()) checker_.Complain(value.NameOffset(), "data needs a name");
+      if (value->is_object() && !IsPair(*value)) {
+        checker_.IsObject(value, "data from a file", {"file"}, {"file"});
+        const auto file = checker_.Name(value, "file");
+        const std::size_t offset = value.Find("file").value_or(value).Offset();
+        program_.data.push_back({std::string(name), file.value_or(""), offset});
+      } else if (value->is_null()) {
+        checker_.Complain(
+            value, "data " + Quoted(name) + R"( is a value or {"file": "NAME.csv"}, found null)");
+      } else {
+        values_.emplace(name, value);
+      }
+    }
+  }
+
+  /// A point or a line.
+  static bool IsPair(const Json& json) {
+    return (json.contains("x") && json.contains("y")) || (json.contains("a") && json.contains("d"));
+  }
+
+  /// Takes all names first, so that a reference to a later step is told from one to no step.
+  void ReadSteps(const Located& json) {
+    const std::vector<Located> steps = json.Elements();
+    if (steps.empty()) checker_.Complain(json, "\"steps\" is a list of at least one step");
+    std::vector<bool> sound;
+    for (const Located& step : steps) sound.push_back(ReadHead(step));
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+      if (sound[i]) arguments_.Read(steps[i], i);
+    }
+  }
+
+  /// Reads a step's name and instruction; whether the rest can be read.
+  bool ReadHead(const Located& json) {
+    Step step;
+    if (checker_.IsObject(json, "a step", {"name", "instr", "const", "in", "note"},
+                          {"name", "instr"})) {
+      checker_.Text(json, "note");
+      step.name = checker_.Name(json, "name").value_or("");
+      const auto same = std::ranges::find(program_.steps, step.name, &Step::name);
+      if (!step.name.empty() && same != program_.steps.end()) {
+        checker_.Complain(
+            *json.Find("name"),
+            "an earlier step is named \"{}\", number {}; each needs a name of its own", step.name,
+            same - program_.steps.begin() + 1);
+      }
+      if (const auto name = checker_.Name(json, "instr")) {
+        step.instruction = FindInstruction(*name, *json.Find("instr"));
+      }
+    }
+    if (step.instruction != nullptr) {
+      for (const ConstantRecord& constant : step.instruction->descriptor->constants) {
+        step.constants.push_back(constant.default_value);
+      }
+    }
+    program_.steps.push_back(std::move(step));
+    return program_.steps.back().instruction != nullptr;
+  }
+
+  const CatalogueEntry* FindInstruction(const std::string& name, const Located& place) {
+    try {
+      return &catalogue_.Find(name);
+    } catch (const UserError& error) {
+      checker_.Complain(place, error.what());
+    }
+    return nullptr;
+  }
+
+  void ReadReport(const Located& json) {
+    if (!json->is_array()) {
+      checker_.Complain(json, "\"report\" is a list of rows, found " + DescribeKind(*json));
+    }
+    for (const Located& row : json.Elements()) {
+      if (checker_.IsObject(row, "a report row", {"label", "value", "unit", "decimals"},
+                            {"label", "value"})) {
+        ReadReportRow(row);
+      }
+    }
+  }
+
+  void ReadReportRow(const Located& json) {
+    ReportRow row;
+    row.label = checker_.Name(json, "label").value_or("");
+    row.unit = checker_.Text(json, "unit").value_or("");
+    if (const auto decimals = checker_.WholeNumber(json, "decimals", 0, kMostDecimals)) {
+      row.decimals = static_cast<int>(*decimals);
+    }
+    const auto value = json.Find("value");
+    if (!value) return;
+    const auto reference = arguments_.Reference(*value, program_.steps.size());
+    if (!reference) return;
+    row.value = *reference;
+    const std::uint32_t type =
+        program_.steps[row.value.step].instruction->descriptor->results[row.value.result].type;
+    const bool has_digits = type != NUV_PARAM_BOOLEAN && type != NUV_PARAM_BOOLEAN_ARRAY &&
+                            type != NUV_PARAM_STRING && type != NUV_PARAM_STRING_ARRAY;
+    if (row.decimals && !has_digits) {
+      checker_.Complain(
+          *json.Find("decimals"),
+          std::string("\"decimals\" is for numbers; this result's type is ") + Describe(type));
+    }
+    program_.report.push_back(std::move(row));
+  }
+
+  const Catalogue& catalogue_;
+  Program& program_;
+  Checker checker_;
+  std::map<std::string, Located, std::less<>> values_;  ///< data in the program itself
+  ArgumentReader arguments_;
+};
+
+}  // namespace
+
+Program ReadProgram(const Catalogue& catalogue, SourceText source, Mistakes& mistakes) {
+  Program program(std::move(source));
+  if (const auto json = LocatedJson::Parse(program.source, mistakes)) {
+    ProgramReader(catalogue, mistakes, program).Read(json->Root());
+  }
+  return program;
+}
+
+}  // namespace nuvhost

@@ -1,0 +1,89 @@
+#include "nuvhost/reading/source_text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <tuple>
+
+#include "nuvhost/system/input_file.h"
+#include "nuvhost/text/utf8.h"
+
+namespace nuvhost {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t kMostShown = 100;
+
+}  // namespace
+
+SourceText::SourceText(std::string name, std::string text)
+    : name_(std::move(name)), text_(std::move(text)), lines_{0} {
+  if (text_.starts_with(kByteOrderMark)) text_.erase(0, kByteOrderMark.size());
+  for (std::size_t i = 0; i < text_.size(); ++i) {
+    if (text_[i] == '\n') lines_.push_back(i + 1);
+  }
+}
+
+std::string SourceText::Place(std::size_t offset) const {
+  const auto next_line = std::ranges::upper_bound(lines_, offset);
+  const std::size_t begin = *std::prev(next_line);
+  const std::string_view before = Text().substr(begin, offset - begin);
+  return name_ + ':' + std::to_string(next_line - lines_.begin()) + ':' +
+         std::to_string(Width(before) + 1);
+}
+
+std::optional<SourceText> ReadSource(const std::string& name, std::string& reason) {
+  std::optional<std::string> text = ReadBytes(name, reason);
+  if (!text) return std::nullopt;
+  return SourceText(name, std::move(*text));
+}
+
+void Mistakes::Add(const SourceText& source, std::size_t offset, const std::string& text) {
+  Add(source.Name(), offset, source.Place(offset) + ": " + text);
+}
+
+void Mistakes::Add(const std::string& file, const std::string& text) {
+  Add(file, 0, file + ": " + text);
+}
+
+void Mistakes::Add(const std::string& file, std::size_t offset, std::string text) {
+  const auto known = std::ranges::find(files_, file);
+  const auto index = static_cast<std::size_t>(known - files_.begin());
+  if (known == files_.end()) files_.push_back(file);
+  found_.push_back({index, offset, std::move(text)});
+}
+
+std::vector<std::string> Mistakes::Listing() const {
+  std::vector<Mistake> sorted = found_;
+  std::ranges::stable_sort(sorted, [](const Mistake& a, const Mistake& b) {
+    return std::tie(a.file, a.offset) < std::tie(b.file, b.offset);
+  });
+  sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+  std::vector<std::string> texts;
+  for (const Mistake& mistake : sorted) {
+    if (texts.size() == kMostShown) {
+      texts.push_back(fmt::format("... and {} more", sorted.size() - kMostShown));
+      break;
+    }
+    texts.push_back(mistake.text);
+  }
+  return texts;
+}
+
+bool IsText(const SourceText& source, Mistakes& mistakes) {
+  const std::string_view text = source.Text();
+  const std::size_t zero = text.find('\0');
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+    mistakes.Add(source.Name(), "the file is in UTF-16; save it in UTF-8");
+  } else if (text.starts_with(kByteOrderMark)) {
+    mistakes.Add(source, 0, "a second byte order mark; save the file with one or none");
+  } else if (zero != std::string_view::npos) {
+    mistakes.Add(source, zero, "a zero byte; the file must be text in UTF-8");
+  } else {
+    return true;
+  }
+  return false;
+}
+
+}  // namespace nuvhost

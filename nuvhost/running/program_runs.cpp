@@ -1,0 +1,81 @@
+#include "nuvhost/running/program_runs.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <stdexcept>
+
+#include "nuvhost/error.h"
+#include "nuvhost/reading/source_text.h"
+#include "nuvhost/text/utf8.h"
+
+namespace nuvhost {
+namespace {
+
+using State = RunOutcome::State;
+
+RunOutcome RunOne(const Program& program, const PlannedRun& planned, bool keep_going,
+                  Services& services, const StepListener& listener) {
+  Mistakes mistakes;
+  std::vector<CNuvObject> data;
+  try {
+    data = LoadData(program, planned.replacements, mistakes);
+  } catch (const std::bad_alloc&) {
+    mistakes.Add(planned.file, "too much data for the memory there is");
+  } catch (const std::length_error&) {
+    mistakes.Add(planned.file, "more data than an array may hold");
+  }
+  RunOutcome run;
+  if (mistakes.Empty()) {
+    run = RunSteps(program, data, keep_going, services, listener);
+  } else {
+    run.state = State::kUnreadable;
+    run.errors = mistakes.Listing();
+  }
+  run.file = ValidUtf8(planned.file);
+  return run;
+}
+
+int ExitCode(State state) {
+  switch (state) {
+    case State::kSucceeded: break;
+    case State::kFailed: return kExitFailed;
+    case State::kUnreadable: return kExitWrongCall;
+  }
+  return kExitSuccess;
+}
+
+int Finish(const RunObservers& observers) {
+  int exit_code = kExitSuccess;
+  std::exception_ptr failure;
+  for (const auto& observer : observers) {
+    try {
+      exit_code = std::max(exit_code, observer->Finish());
+    } catch (const UserError&) {
+      if (failure == nullptr) failure = std::current_exception();
+    }
+  }
+  if (failure != nullptr) std::rethrow_exception(failure);
+  return exit_code;
+}
+
+}  // namespace
+
+int RunAll(const Program& program, const std::vector<PlannedRun>& runs, bool keep_going,
+           const RunObservers& observers) {
+  Services services;
+  int exit_code = kExitSuccess;
+  for (std::size_t run = 0; run < runs.size(); ++run) {
+    for (const auto& observer : observers) observer->RunBegins(run);
+    const auto listener = [&](std::size_t step, const StepOutcome& outcome) {
+      for (const auto& observer : observers) observer->StepRan(run, step, outcome);
+    };
+    const RunOutcome outcome = RunOne(program, runs[run], keep_going, services, listener);
+    for (const auto& observer : observers) observer->RunEnded(run, outcome);
+    if (runs.size() == 1 && outcome.state == State::kUnreadable) return kExitWrongCall;
+    exit_code = std::max(exit_code, ExitCode(outcome.state));
+  }
+  return std::max(exit_code, Finish(observers));
+}
+
+}  // namespace nuvhost

@@ -1,0 +1,16 @@
+// The runs of a program, one after the other.
+#pragma once
+
+#include "nuvhost/running/run_observer.h"
+#include "nuvhost/running/run_plan.h"
+
+namespace nuvhost {
+
+/// Runs a program without mistakes as planned, tells the observers, and gives the worst of the
+/// exit codes. Where the data of the only run cannot be read, they are not told to finish, so that
+/// nothing is shown of it. Throws what the first observer threw that could not finish, once all
+/// others have.
+int RunAll(const Program& program, const std::vector<PlannedRun>& runs, bool keep_going,
+           const RunObservers& observers);
+
+}  // namespace nuvhost

@@ -1,0 +1,116 @@
+#include "nuvhost/running/step_runner.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "nuvhost/text/names.h"
+#include "nuvhost/text/utf8.h"
+
+namespace nuvhost {
+namespace {
+
+/// The host's settings as a program wants them, and as they were at the end.
+class SettingsInForce {
+ public:
+  explicit SettingsInForce(const Settings& settings) {
+    CNuvSetting& current = CNuvSetting::Inst();
+    before_ = {current.GetAngleUnit(), current.GetDefaultAnnotationColor(),
+               current.GetVectorLimit()};
+    Apply(settings);
+  }
+  SettingsInForce(const SettingsInForce&) = delete;
+  SettingsInForce& operator=(const SettingsInForce&) = delete;
+  ~SettingsInForce() { Apply(before_); }
+
+ private:
+  static void Apply(const Settings& settings) {
+    CNuvSetting& current = CNuvSetting::Inst();
+    current.SetAngleUnit(settings.angle_unit);
+    current.SetDefaultAnnotationColor(settings.default_color);
+    current.SetVectorLimit(settings.max_array_elements);
+  }
+
+  Settings before_;
+};
+
+using State = StepOutcome::State;
+
+/// Runs one step, whose earlier ones' outcomes are there.
+StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
+                    const std::vector<StepOutcome>& earlier, Services& services) {
+  StepOutcome outcome;
+  outcome.context = std::make_unique<CallContext>(*step.instruction->descriptor, services);
+  CallContext& context = *outcome.context;
+  context.constants = step.constants;
+  bool is_doubtful = false;
+  context.inputs.resize(std::max(context.inputs.size(), step.inputs.size()));
+  for (std::size_t i = 0; i < step.inputs.size(); ++i) {
+    const Argument& argument = step.inputs[i];
+    if (const auto* value = std::get_if<CNuvObject>(&argument)) {
+      context.inputs[i] = *value;
+    } else if (const auto* number = std::get_if<UseNumber>(&argument)) {
+      context.inputs[i] = data[number->use];
+    } else {
+      const auto& reference = std::get<StepResult>(argument);
+      const StepOutcome& source = earlier[reference.step];
+      context.inputs[i] = source.context->results[reference.result];
+      is_doubtful = is_doubtful || source.state != State::kSucceeded;
+    }
+  }
+  outcome.status = context.Execute(*step.instruction->prototype);
+  outcome.record = services.Take();
+  context.inputs.clear();  // nobody asks for them, and they may be large
+  outcome.state = outcome.status != 0 ? State::kFailed
+                  : is_doubtful       ? State::kDoubtful
+                                      : State::kSucceeded;
+  return outcome;
+}
+
+}  // namespace
+
+RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data, bool keep_going,
+                    Services& services, const StepListener& listener) {
+  const SettingsInForce settings(program.settings);
+  services.Take();
+  RunOutcome run;
+  for (std::size_t i = 0; i < program.steps.size(); ++i) {
+    run.steps.push_back(RunStep(program.steps[i], data, run.steps, services));
+    listener(i, run.steps.back());
+    if (run.steps.back().state != State::kFailed) continue;
+    run.state = RunOutcome::State::kFailed;
+    for (const std::string& text : FailureTexts(run.steps.back())) {
+      run.errors.push_back(DescribeStep(program, i) + ": " + text);
+    }
+    if (!keep_going) break;
+  }
+  run.steps.resize(program.steps.size());
+  return run;
+}
+
+std::string DescribeStep(const Program& program, std::size_t step) {
+  const DescriptorRecord& descriptor = *program.steps[step].instruction->descriptor;
+  return fmt::format("step \"{}\" (\"{}\", number {})", program.steps[step].name,
+                     NameFromText(descriptor.name), step + 1);
+}
+
+const char* StateText(RunOutcome::State state) {
+  switch (state) {
+    case RunOutcome::State::kSucceeded: return "ok";
+    case RunOutcome::State::kFailed: return "failed";
+    case RunOutcome::State::kUnreadable: return "unreadable";
+  }
+  return "";
+}
+
+std::vector<std::string> FailureTexts(const StepOutcome& outcome) {
+  std::vector<std::string> texts;
+  for (const Message& message : outcome.record.messages) {
+    if (message.severity == NUV_SEVERITY_WARNING) continue;
+    texts.push_back(Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
+  }
+  if (texts.empty()) texts.emplace_back("failed without a message");
+  return texts;
+}
+
+}  // namespace nuvhost

@@ -1,0 +1,52 @@
+// StepRunner: executes a checked program's steps one after the other.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "nuvhost/reading/program.h"
+#include "reference_host/services/call_context.h"
+#include "reference_host/services/services.h"
+
+namespace nuvhost {
+
+/// What came of a step.
+struct StepOutcome {
+  enum class State {
+    kNotRun,
+    kSucceeded,
+    kFailed,
+    kDoubtful,  ///< succeeded, with a result of a failed or doubtful step as input
+  };
+  State state = State::kNotRun;
+  std::int32_t status = 0;
+  std::unique_ptr<CallContext> context;  ///< its results; null for a step that was not run
+  Record record;                         ///< what it reported, drew and logged
+};
+
+/// What came of a run.
+struct RunOutcome {
+  enum class State { kSucceeded, kFailed, kUnreadable };
+  std::string file;  ///< the data file it was run over, or else the program's
+  State state = State::kSucceeded;
+  std::vector<std::string> errors;  ///< as they were told on standard error
+  std::vector<StepOutcome> steps;   ///< as many as the program has; none for unreadable data
+};
+
+/// Told of every step that was run, at once.
+using StepListener = std::function<void(std::size_t step, const StepOutcome& outcome)>;
+
+/// Runs the steps until one fails, or all of them. The program's settings hold meanwhile.
+RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data, bool keep_going,
+                    Services& services, const StepListener& listener);
+
+/// 'step "mean" ("MeanArr", number 2)'.
+std::string DescribeStep(const Program& program, std::size_t step);
+/// "ok", "failed" or "unreadable".
+const char* StateText(RunOutcome::State state);
+/// What went wrong in a failed step, in its own words: one text at least.
+std::vector<std::string> FailureTexts(const StepOutcome& outcome);
+
+}  // namespace nuvhost

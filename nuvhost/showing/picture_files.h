@@ -1,0 +1,42 @@
+// PictureFiles: what each run drew, as an SVG file over the program's image.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "nuvhost/drawing/image.h"
+#include "nuvhost/error.h"
+#include "nuvhost/reading/source_text.h"
+#include "nuvhost/running/run_observer.h"
+#include "nuvhost/running/run_plan.h"
+#include "nuvhost/system/progress.h"
+
+namespace nuvhost {
+
+/// The program's image; nothing where it names none, and after a mistake.
+std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes);
+
+/// Where each run's picture goes: for one run to the name itself, for several to OUT-DATAFILE.svg
+/// for OUT.svg. Throws UserError for a name that does not end in .svg, and where two runs would
+/// write one file.
+std::vector<std::string> PictureNames(const std::string& name, const std::vector<PlannedRun>& runs);
+
+/// It refers to the program, the image and the progress.
+class PictureFiles final : public RunObserver {
+ public:
+  /// Throws UserError where the first file cannot be written; they all go to one folder.
+  PictureFiles(const Program& program, const std::optional<Image>& image,
+               std::vector<std::string> names, Progress& progress);
+
+  void RunEnded(std::size_t run, const RunOutcome& outcome) override;
+  int Finish() override { return exit_code_; }
+
+ private:
+  const Program& program_;
+  const std::optional<Image>& image_;
+  std::vector<std::string> names_;
+  Progress& progress_;
+  int exit_code_ = kExitSuccess;
+};
+
+}  // namespace nuvhost

@@ -1,0 +1,12 @@
+// What a run's standard output shows: the program's report, or what every step gave.
+#pragma once
+
+#include "nuvhost/running/run_observer.h"
+
+namespace nuvhost {
+
+/// Prints, at the end, the program's title and the report of each run, or without one a table of
+/// its steps; the reports of many runs as one table, a row for each. It refers to the program.
+std::unique_ptr<RunObserver> MakeReport(const Program& program, std::size_t runs);
+
+}  // namespace nuvhost

@@ -1,0 +1,57 @@
+#include "nuvhost/showing/run_trace.h"
+
+#include "nuvhost/error.h"
+#include "nuvhost/text/utf8.h"
+
+namespace nuvhost {
+namespace {
+
+/// A log entry's text on one line.
+std::string OnOneLine(const std::string& bytes) {
+  std::string line;
+  for (const char c : Utf8FromBytes(bytes)) {
+    line += c == '\n' ? "\\n" : c == '\r' ? "\\r" : std::string(1, c);
+  }
+  return line;
+}
+
+}  // namespace
+
+void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) {
+  const std::string place = runs_[run].file + ": " + DescribeStep(program_, step) + ": ";
+  const bool failed = outcome.state == StepOutcome::State::kFailed;
+  for (const LogEntry& entry : outcome.record.log) {
+    progress_.Complain(fmt::format("{}log: {}", place, OnOneLine(entry.text)));
+  }
+  for (const ProgramEvent& event : outcome.record.events) {
+    progress_.Complain(fmt::format("{}event {}, value {}", place, event.code, event.value));
+  }
+  for (const Message& message : outcome.record.messages) {
+    const bool is_warning = message.severity == NUV_SEVERITY_WARNING;
+    if (failed && !is_warning) continue;
+    progress_.Complain(place + (is_warning ? "warning: " : "message: ") +
+                       Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
+  }
+  if (failed) {
+    for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
+  }
+  ShowProgress(run, step + 1);
+}
+
+void RunTrace::RunEnded(std::size_t /*run*/, const RunOutcome& outcome) {
+  if (outcome.state != RunOutcome::State::kUnreadable) return;
+  for (const std::string& error : outcome.errors) progress_.Complain(error);
+}
+
+int RunTrace::Finish() {
+  progress_.Clear();
+  return kExitSuccess;
+}
+
+void RunTrace::ShowProgress(std::size_t run, std::size_t steps) {
+  const std::string of_files = fmt::format("{} of {} files, ", run + 1, runs_.size());
+  progress_.Show(fmt::format("{}{} of {} steps", runs_.size() > 1 ? of_files : "", steps,
+                             program_.steps.size()));
+}
+
+}  // namespace nuvhost

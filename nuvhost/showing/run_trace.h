@@ -1,0 +1,30 @@
+// RunTrace: what happens in a run, told on standard error as it happens.
+#pragma once
+
+#include "nuvhost/running/run_observer.h"
+#include "nuvhost/running/run_plan.h"
+#include "nuvhost/system/progress.h"
+
+namespace nuvhost {
+
+/// Tells what steps report and log, how they fail and what is wrong with the data; on a terminal
+/// also how far the runs have come. It refers to what it is given.
+class RunTrace final : public RunObserver {
+ public:
+  RunTrace(const Program& program, const std::vector<PlannedRun>& runs, Progress& progress)
+      : program_(program), runs_(runs), progress_(progress) {}
+
+  void RunBegins(std::size_t run) override { ShowProgress(run, 0); }
+  void StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) override;
+  void RunEnded(std::size_t run, const RunOutcome& outcome) override;
+  int Finish() override;
+
+ private:
+  void ShowProgress(std::size_t run, std::size_t steps);
+
+  const Program& program_;
+  const std::vector<PlannedRun>& runs_;
+  Progress& progress_;
+};
+
+}  // namespace nuvhost

@@ -1,0 +1,13 @@
+// Files that are read as they are.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace nuvhost {
+
+/// The bytes of the file of that name in UTF-8; nothing, and the reason in words, where it cannot
+/// be read.
+std::optional<std::string> ReadBytes(const std::string& name, std::string& reason);
+
+}  // namespace nuvhost

@@ -1,0 +1,12 @@
+// What came of a call, as JSON.
+#pragma once
+
+#include "nuvhost/values/json_value.h"
+#include "reference_host/services/call_context.h"
+
+namespace nuvhost {
+
+/// A call's status, results and all that it left in the record, as docs/exec.md tells.
+Json AnswerToCall(std::int32_t status, const CallContext& context, const Record& record);
+
+}  // namespace nuvhost

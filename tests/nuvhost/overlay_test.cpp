@@ -1,0 +1,379 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <limits>
+#include <random>
+
+#include "nuvhost/drawing/image.h"
+#include "nuvhost/drawing/svg_picture.h"
+#include "nuvhost/drawing/text_layout.h"
+
+namespace nuvhost {
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+/// A PNG up to its end mark; a JPEG likewise.
+std::string Png(const std::string& size) {
+  return "\x89PNG\r\n\x1A\n" + std::string("\0\0\0\x0DIHDR", 8) + size +
+         std::string("\x08\0\0\0\0crc_\0\0\0\0IENDcrc_", 21);
+}
+std::string Jpeg(const std::string& segments) {
+  return "\xFF\xD8" + segments + "\xFF\xD9";
+}
+
+Image Sized(std::uint32_t width, std::uint32_t height) {
+  return {"", "image/png", width, height};
+}
+
+std::string Svg(const std::vector<Annotation>& annotations,
+                const std::optional<Image>& image = std::nullopt, std::uint32_t color = 0,
+                std::size_t left_out = 0) {
+  Annotations drawing;
+  for (const Annotation& annotation : annotations) drawing.push_back(&annotation);
+  const SvgPicture picture = DrawSvg(drawing, image, color);
+  EXPECT_EQ(picture.left_out, left_out) << picture.svg;
+  return picture.svg;
+}
+
+CNuvPointVector Points(std::initializer_list<CNuvPoint> list) {
+  CNuvPointVector points;
+  for (const CNuvPoint& point : list) points.PushBack(point);
+  return points;
+}
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(Image, IsReadFromItsHeader) {
+  using namespace std::string_literals;
+  const std::string app = "\xFF\xE0\0\x04JF"s;
+  const std::string frame = "\xFF\xFF\xC2\0\x08\x08\0\x03\x01\x02\0"s;
+  const std::string huffman = "\xFF\xC4\0\x02"s;
+  const std::string png = Png("\0\0\x02\0\0\0\0\x07"s);
+  struct Row {
+    std::string bytes;
+    std::uint32_t width;
+    std::uint32_t height;
+    const char* reason;  ///< "" where the image is read
+  };
+  const Row rows[] = {
+      {png, 512, 7, ""},
+      {png + "behind the end", 512, 7, ""},
+      {Jpeg(app + huffman + frame), 258, 3, ""},
+      {Jpeg("\xFF\x01"s + frame + "\xFF\xDApixels"), 258, 3, ""},
+      {"", 0, 0, "empty"},
+      {"GIF89a", 0, 0, "neither PNG nor JPEG"},
+      {png.substr(0, 7), 0, 0, "neither PNG nor JPEG"},
+      {Png("\0\0\0\0\0\0\0\x07"s), 0, 0, "no size"},
+      {Png("\xFF\0\0\0\0\0\0\x07"s), 0, 0, "no size"},
+      {"\x89PNG\r\n\x1A\n\xFF\xFF\xFF\xFFIHDR12345678", 0, 0, "too early"},
+      {"\x89PNG\r\n\x1A\n\0\0\0\0IENDcrc_"s, 0, 0, "begin with a header"},
+      {Jpeg(app), 0, 0, "no frame header"},
+      {Jpeg("\xFF\xDA\0\x02"s + frame), 0, 0, "no frame header"},
+      {Jpeg("\xFF\xC0\0\x07\x08\0\x03\x01\x02"s), 0, 0, "too short"},
+      {Jpeg("\xFF\xE0\0\x01"s), 0, 0, "too short"},
+      {Jpeg("JFIF"), 0, 0, "no marker"},
+      {Jpeg("\xFF\xC0\0\x08\x08\0\0\x01\x02\0"s), 0, 0, "no size"},
+      {"\xFF\xD8\xFF\xFF\xFF", 0, 0, "too early"},
+  };
+  for (const Row& row : rows) {
+    std::string reason;
+    const std::optional<Image> image = ReadImage(row.bytes, reason);
+    EXPECT_EQ(image.has_value(), *row.reason == '\0') << reason;
+    EXPECT_TRUE(Has(reason, row.reason)) << reason;
+    EXPECT_EQ(image ? image->width : 0, row.width);
+    EXPECT_EQ(image ? image->height : 0, row.height);
+  }
+  // However early a file ends, it is told.
+  for (const std::string& whole : {png, Jpeg(app + huffman + frame)}) {
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+      std::string reason;
+      EXPECT_FALSE(ReadImage(whole.substr(0, size), reason)) << size;
+      EXPECT_NE(reason, "");
+    }
+  }
+  EXPECT_EQ(DataUri({"", "image/png", 1, 1}), "data:image/png;base64,");
+  EXPECT_EQ(DataUri({"\xFF", "image/png", 1, 1}), "data:image/png;base64,/w==");
+  EXPECT_EQ(DataUri({"ab", "image/png", 1, 1}), "data:image/png;base64,YWI=");
+  EXPECT_EQ(DataUri({"abc\xFE\xFF\xBF", "image/jpeg", 1, 1}), "data:image/jpeg;base64,YWJj/v+/");
+}
+
+TEST(Picture, CutsLinesOffAtItsBorder) {
+  std::mt19937 random(7);
+  std::uniform_real_distribution<double> within(-1, 1);
+  for (int round = 0; round < 20000; ++round) {
+    const double scale = std::pow(10, 4 * within(random));
+    const double left = scale * within(random);
+    const double top = scale * within(random);
+    const Box box{left, top, left + scale * std::abs(within(random)),
+                  top + scale * std::abs(within(random))};
+    CNuvLine line(7 * within(random), 2 * scale * within(random));
+    if (round % 4 == 0) line.a = std::round(line.a) * std::acos(0.0);
+    const double tolerance = 1e-12 * scale;
+    const auto distance = [&](double x, double y) {
+      return y * std::cos(line.a) - x * std::sin(line.a) - line.d;
+    };
+    const auto on_border = [&](const CNuvPoint& p) {
+      const double inside =
+          std::min({p.x - box.left, box.right - p.x, p.y - box.top, box.bottom - p.y});
+      return std::abs(inside) <= tolerance;
+    };
+    // A line passes through a box if its corners lie on both sides.
+    const double corners[] = {distance(box.left, box.top), distance(box.right, box.top),
+                              distance(box.left, box.bottom), distance(box.right, box.bottom)};
+    const auto [least, most] = std::ranges::minmax(corners);
+    const std::optional<SegmentFigure> part = Clipped(line, box);
+    if (std::abs(least) > tolerance && std::abs(most) > tolerance) {
+      ASSERT_EQ(part.has_value(), least < 0 && most > 0) << line.a << ' ' << line.d;
+    }
+    if (!part) continue;
+    for (const CNuvPoint& end : {part->start, part->end}) {
+      ASSERT_TRUE(on_border(end)) << end.x << ' ' << end.y;
+      ASSERT_NEAR(distance(end.x, end.y), 0, tolerance);
+    }
+  }
+}
+
+TEST(Overlay, DrawsEveryFigure) {
+  struct Row {
+    Annotation annotation;
+    const char* drawn;
+  };
+  constexpr double kQuarter = 1.5707963267948966;
+  const Row rows[] = {
+      {{{}, 0, PointFigure{{10, 20}}}, R"(d="M6 20h8M10 16v8" stroke="#00c800")"},
+      {{{}, 255, SegmentFigure{{1, 2}, {3.00049, -0.0}}}, R"(d="M1 2L3 0" stroke="#ff0000")"},
+      {{{}, 0x12FF8040, LineFigure{CNuvLine(0, 50)}}, R"(d="M0 50L800 50" stroke="#4080ff")"},
+      {{{}, 1, CircleFigure{CNuvCircle(5, 6, -7), true}},
+       R"(<circle cx="5" cy="6" r="7" stroke="#010000" fill="#010000" fill-opacity="0.25"/>)"},
+      {{{}, 1, CirclesFigure{Points({{1, 2}, {3, 4}}), 2.5, false}},
+       R"(<circle cx="3" cy="4" r="2.5" stroke="#010000"/>)"},
+      {{{}, 1, RectFigure{CNuvRect(100, 100, 40, 20, 0), true}},
+       R"(d="M80 90L120 90L120 110L80 110Z" stroke="#010000" fill="#010000")"},
+      {{{}, 1, RectFigure{CNuvRect(100, 100, 40, 20, kQuarter), false}},
+       R"(d="M110 80L110 120L90 120L90 80Z")"},
+      // Towards y from x: clockwise as seen.
+      {{{}, 1, RectFigure{CNuvRect(0, 0, 200, 0, 0.1), false}}, R"(d="M-99.5 -9.983L99.5 9.983)"},
+      {{{}, 1, PointsFigure{Points({{8, 8}, {20, 8}})}}, R"(d="M4 8h8M8 4v8M16 8h8M20 4v8")"},
+      {{"A", 1, TextFigure{{10, 20}, "Courier New, 12pt", false}},
+       R"(<text x="10" y="35.2" font-size="16" fill="#010000" font-family="&apos;Cour)"},
+      {{"A", 0xFFFFFF, TextFigure{{10, 20}, "15", true}},
+       R"(<rect x="6" y="20" width="21.4" height="24" fill="#000000"/>)"},
+      {{"A", 1, TextFigure{{10, 20}, "15", true}}, R"(height="24" fill="#ffffff"/>)"},
+      {{{}, 1, PolylineFigure{Points({{1, 2}, {3, 4}, {5, 2}})}}, R"(d="M1 2L3 4L5 2")"},
+      {{{}, 1, PixelsFigure{Points({{2, 3}, {-0.5, 7.9}})}},
+       R"(d="M2 3h1v1h-1ZM-1 7h1v1h-1Z" fill="#010000"/>)"},
+  };
+  for (const Row& row : rows) {
+    const std::string svg = Svg({row.annotation}, Sized(800, 600));
+    EXPECT_TRUE(Has(svg, row.drawn)) << row.drawn << '\n' << svg;
+    EXPECT_TRUE(Has(svg, R"(width="800" height="600" viewBox="0 0 800 600")")) << svg;
+  }
+  EXPECT_TRUE(Has(Svg({{{}, 0, PointFigure{}}}, {}, 0x0000FF), R"(stroke="#ff0000")"));
+}
+
+TEST(Overlay, LeavesOutWhatCannotBeDrawn) {
+  const CNuvPoint nowhere(kNaN, 1);
+  struct Row {
+    decltype(Annotation::figure) figure;
+    std::size_t left_out;
+    const char* drawn;  ///< of the figure; "" for nothing
+  };
+  const Row rows[] = {
+      {PointFigure{{kInfinity, 0}}, 1, ""},
+      {PointFigure{{0, -1.1e9}}, 1, ""},
+      {SegmentFigure{{0, 0}, nowhere}, 1, ""},
+      {LineFigure{CNuvLine(kNaN, 0)}, 1, ""},
+      {LineFigure{CNuvLine(0, kInfinity)}, 1, ""},
+      {LineFigure{CNuvLine(0, 1e300)}, 0, ""},
+      {CircleFigure{CNuvCircle(1, 1, kNaN), true}, 1, ""},
+      {CirclesFigure{Points({{1, 1}, nowhere}), kInfinity, true}, 2, ""},
+      {CirclesFigure{Points({nowhere, {1, 2}}), 3, true}, 1, R"(cy="2")"},
+      {RectFigure{CNuvRect(1, 1, 2, 2, kInfinity), true}, 1, ""},
+      {RectFigure{CNuvRect(1, 1, 1e300, 2, 0), true}, 1, ""},
+      {PointsFigure{Points({nowhere})}, 1, ""},
+      {TextFigure{nowhere, "", true}, 1, ""},
+      {PolylineFigure{Points({{1, 1}, {2, 2}, nowhere, {3, 3}, {4, 4}})}, 1, "L2 2M3 3L4 4"},
+      {PolylineFigure{}, 0, ""},
+      {PixelsFigure{Points({nowhere})}, 1, ""},
+  };
+  for (const Row& row : rows) {
+    for (const auto& image : {std::optional<Image>(), std::optional(Sized(50, 50))}) {
+      const std::string svg = Svg({{"a label", 0, row.figure}}, image, 0, row.left_out);
+      EXPECT_EQ(Has(svg, "a label"), *row.drawn != '\0') << svg;
+      EXPECT_TRUE(Has(svg, row.drawn)) << svg;
+      EXPECT_FALSE(Has(svg, "nan") || Has(svg, "inf")) << svg;
+    }
+  }
+}
+
+TEST(Overlay, LabelsEveryFigureOnceAndWithinThePicture) {
+  const CNuvPointVector points = Points({{-5, -5}, {99, 99}, {50, 300}});
+  const decltype(Annotation::figure) figures[] = {
+      PointFigure{{99, 1}},           SegmentFigure{{90, 0}, {99, 1}},
+      LineFigure{CNuvLine(-0.7, 60)}, CircleFigure{CNuvCircle(50, 50, 400), false},
+      CirclesFigure{points, 3, true}, RectFigure{CNuvRect(100, 0, 10, 10, 1), false},
+      PointsFigure{points},           PolylineFigure{points},
+      PixelsFigure{points},
+  };
+  const TextLayout layout = LayOutText("label", "", ViewOf(Sized(100, 100)));
+  for (const auto& figure : figures) {
+    for (const auto& none : {std::optional<std::string>(), std::optional<std::string>("")}) {
+      EXPECT_FALSE(Has(Svg({{none, 0, figure}}, Sized(100, 100)), "<text"));
+    }
+    const std::string svg = Svg({{"label", 0, figure}}, Sized(100, 100));
+    const std::size_t begin = svg.find("<text x=\"");
+    ASSERT_NE(begin, std::string::npos) << svg;
+    EXPECT_EQ(svg.find("<text", begin + 1), std::string::npos) << svg;
+    double x = -1;
+    double y = -1;
+    ASSERT_EQ(std::sscanf(svg.c_str() + begin, "<text x=\"%lf\" y=\"%lf\"", &x, &y), 2);
+    EXPECT_TRUE(x >= 0 && x + layout.Width() <= 100.001) << svg;
+    EXPECT_TRUE(y - layout.size / 2 >= 0 && y <= 100) << svg;
+  }
+}
+
+TEST(Overlay, SpansTheFigures) {
+  const auto frame = [](const std::vector<Annotation>& annotations) {
+    const std::string svg = Svg(annotations);
+    const std::size_t begin = svg.find("viewBox=\"") + 9;
+    return svg.substr(begin, svg.find('"', begin) - begin);
+  };
+  EXPECT_EQ(frame({}), "0 0 640 480");
+  EXPECT_EQ(frame({{"", 0, TextFigure{{9999, 0}, "", true}}}), "0 0 640 480");
+  EXPECT_EQ(frame({{{}, 0, PointFigure{{7, 8}}}}), "-43 -42 100 100");
+  EXPECT_EQ(frame({{{}, 0, LineFigure{CNuvLine(0, 30)}}}), "-50 -20 100 100");
+  EXPECT_EQ(frame({{{}, 0, LineFigure{CNuvLine(0, 30)}},
+                   {{}, 0, CircleFigure{CNuvCircle(100, 0, -50), true}}}),
+            "40 -60 120 120");
+  EXPECT_EQ(frame({{{}, 0, PointFigure{{1e-6, 0}}}, {{}, 0, PointFigure{{3e-6, 0}}}}),
+            "0.0000008 -0.0000002 0.0000024 0.0000004");
+  // Opacity does not become coarse with the coordinates.
+  const Annotation large{"A", 0, CircleFigure{CNuvCircle(0, 0, 5e8), true}};
+  EXPECT_EQ(frame({large}), "-600000000 -600000000 1200000000 1200000000");
+  EXPECT_TRUE(Has(Svg({large}), "fill-opacity=\"0.25\"") &&
+              Has(Svg({large}), "stroke-opacity=\"0.6\""));
+  // The text needs room beyond the margin.
+  EXPECT_EQ(frame({{"W", 0, TextFigure{{0, 0}, "750px", true}}, {{}, 0, PointFigure{{-50, 0}}}}),
+            "-55 -5 105.0625 72.5");
+}
+
+TEST(Overlay, ReadsFonts) {
+  const View view{{0, 0, 800, 800}, 1};
+  struct Row {
+    const char* text;
+    const char* family;
+    double size;
+  };
+  for (const Row& row : {Row{"", "", 18},
+                         {"Arial", "Arial", 18},
+                         {"Arial 12", "Arial", 16},
+                         {" Times New Roman, 10.5 pt ", "Times New Roman", 14},
+                         {"Arial,9px", "Arial", 9},
+                         {"24", "", 32},
+                         {"Arial12", "Arial12", 18},
+                         {"Arial 0", "Arial", 18},
+                         {"Arial 1e999", "Arial 1e999", 18},
+                         {"Arial 99999", "Arial", 18},
+                         {"Arial 1.2.3", "", 18},
+                         {"Ar'; x:y 12", "", 16},
+                         {"\xC9", "\xC3\x89", 18}}) {
+    const TextLayout layout = LayOutText("x", row.text, view);
+    EXPECT_EQ(layout.family, row.family) << row.text;
+    EXPECT_DOUBLE_EQ(layout.size, row.size) << row.text;
+  }
+}
+
+/// Writes pictures for overlay_test.py, which reads them with a parser of its own.
+TEST(Overlay, HostileDrawings) {
+  const char* folder = std::getenv("OVERLAY_DRAWINGS");
+  std::mt19937 generator(11);
+  const auto random = [&] { return static_cast<std::uint32_t>(generator()); };
+  const auto below = [&](std::uint32_t limit) { return random() % limit; };
+  const auto number = [&] {
+    const double special[] = {0, -0.0, kNaN, kInfinity, -kInfinity, 1e300, -1e-320, 1e9, -1e9};
+    if (below(4) == 0) return special[below(std::size(special))];
+    return std::ldexp(static_cast<double>(random()) - 2147483648.0,
+                      static_cast<int>(below(60)) - 55);
+  };
+  const auto text = [&] {
+    const char* pieces[] = {"&",
+                            "<",
+                            ">",
+                            "\"",
+                            "'",
+                            "]]>",
+                            "&amp;",
+                            "<!--",
+                            "\n",
+                            "\t",
+                            "  ",
+                            "\x01",
+                            "\x1F",
+                            "\x7F",
+                            "\x80",
+                            "\xFF",
+                            "\xC3\xA9",
+                            "\xC3",
+                            "\xE2\x82\xAC",
+                            "\xED\xA0\x80",
+                            "\xC0\x80",
+                            "\xEF\xBF\xBE",
+                            "\xF0\x9F\x94\xA9",
+                            "\xF4\x90\x80\x80",
+                            "abc",
+                            "\r"};
+    std::string joined;
+    for (std::uint32_t i = below(5); i > 0; --i) joined += pieces[below(std::size(pieces))];
+    return joined;
+  };
+  const auto point = [&] { return CNuvPoint(number(), number()); };
+  const auto points = [&] {
+    CNuvPointVector all;
+    for (std::uint32_t i = below(5); i > 0; --i) all.PushBack(point());
+    return all;
+  };
+  const auto figure = [&]() -> decltype(Annotation::figure) {
+    switch (below(10)) {
+      case 0: return PointFigure{point()};
+      case 1: return SegmentFigure{point(), point()};
+      case 2: return LineFigure{CNuvLine(number(), number())};
+      case 3: return CircleFigure{CNuvCircle(number(), number(), number()), below(2) == 0};
+      case 4: return CirclesFigure{points(), number(), below(2) == 0};
+      case 5: return RectFigure{CNuvRect(number(), number(), number(), number(), number()), true};
+      case 6: return PointsFigure{points()};
+      case 7: return PolylineFigure{points()};
+      case 8: return PixelsFigure{points()};
+      default: return TextFigure{point(), text(), below(2) == 0};
+    }
+  };
+  for (int round = 0; round < 400; ++round) {
+    std::vector<Annotation> annotations;
+    for (std::uint32_t i = below(5); i > 0; --i) {
+      const bool has_label = below(4) != 0;
+      annotations.push_back({has_label ? std::optional(text()) : std::nullopt, random(), figure()});
+    }
+    // Its text is read back from the picture and compared to the bytes.
+    const std::string label = text();
+    annotations.push_back({label, 0, TextFigure{{1, 1}, "", false}});
+    Annotations drawing;
+    for (const Annotation& annotation : annotations) drawing.push_back(&annotation);
+    std::optional<Image> image;
+    if (below(2) == 0) image = Sized(random(), random());
+    const std::uint32_t color = random();
+    const std::string svg = DrawSvg(drawing, image, color).svg;
+    EXPECT_EQ(svg, DrawSvg(drawing, image, color).svg);
+    if (folder == nullptr) continue;
+    const std::string name = std::string(folder) + "/" + std::to_string(round);
+    std::ofstream(name + ".svg", std::ios::binary) << svg;
+    std::ofstream(name + ".label", std::ios::binary) << label;
+  }
+}
+
+}  // namespace
+}  // namespace nuvhost
