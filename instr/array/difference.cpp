@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <memory>
+#include <span>
+#include <string_view>
+#include <type_traits>
+#include <vector>
 
 #include "algorithm/element_set.h"
 #include "instr/array/traits.h"
@@ -10,10 +14,10 @@
 
 namespace formula {
 
-/// The hash of an element of any type.
-struct ElementHash {
+/// The hash of what an element is compared by.
+struct KeyHash {
   std::uint64_t operator()(double number) const { return Hash(number); }
-  std::uint64_t operator()(const CNuvString& text) const { return Hash(std::string_view(text)); }
+  std::uint64_t operator()(std::string_view text) const { return Hash(text); }
   std::uint64_t operator()(const CNuvPoint& point) const { return Hash(point.x, point.y); }
   std::uint64_t operator()(const CNuvLine& line) const { return Hash(line.a, line.d); }
 };
@@ -22,6 +26,23 @@ namespace {
 
 /// Up to this many elements are compared one by one.
 constexpr std::size_t kFew = 12;
+
+/// What an element is compared by: itself, but for a text, which is asked of the host once.
+template <class Element>
+const Element& KeyOf(const Element& element) {
+  return element;
+}
+std::string_view KeyOf(const CNuvString& text) {
+  return static_cast<const char*>(text);
+}
+
+template <class Vector>
+std::span<const typename Vector::value_type> KeysOf(const Vector& array) {
+  return {array.GetStorage(), array.Size()};
+}
+std::vector<std::string_view> KeysOf(const CNuvStringVector& array) {
+  return {array.GetStorage(), array.GetStorage() + array.Size()};
+}
 
 /// Writes the elements of the array that the other one does not contain.
 template <class E, class Contains>
@@ -49,18 +70,17 @@ struct ArrDiff : Instruction<I> {
       .results = {E::Array("diff")},
   };
   static Status Run(Call& call, const typename E::Vector& first, const typename E::Vector& second) {
-    using Element = typename E::Element;
-    const Element* begin = second.GetStorage();
-    const Element* end = begin + second.Size();
-    if (begin == end) return Write<E>(call, All(first));
-    if (second.Size() <= kFew) {
-      return WriteOthers<E>(call, first, [begin, end](const Element& value) {
-        return std::find(begin, end, value) != end;
+    if (second.Size() == 0) return Write<E>(call, All(first));
+    const auto keys = KeysOf(second);
+    using Key = std::remove_cvref_t<decltype(keys[0])>;
+    if (keys.size() <= kFew) {
+      return WriteOthers<E>(call, first, [&keys](const auto& element) {
+        return std::find(keys.begin(), keys.end(), KeyOf(element)) != keys.end();
       });
     }
-    const ElementSet<Element, ElementHash> set(begin, second.Size());
+    const ElementSet<Key, KeyHash> set(keys.data(), keys.size());
     return WriteOthers<E>(call, first,
-                          [&set](const Element& value) { return set.Contains(value); });
+                          [&set](const auto& element) { return set.Contains(KeyOf(element)); });
   }
 };
 struct CNArrDiff final : ArrDiff<CNArrDiff, NumberElement, "_Nuv_Array_CNArrDiff_", 460224> {};
