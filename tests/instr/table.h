@@ -3,18 +3,41 @@
 
 #include <gtest/gtest.h>
 
-#include <regex>
 #include <string>
+#include <string_view>
 
 #include "nuvhost/commands/exec_session.h"
 
+/// Whether a word is a number as requests write it, such as -0.5 or "NaN".
+inline bool IsNumber(std::string_view word) {
+  const bool quoted = word.size() > 2 && word.front() == '"' && word.back() == '"';
+  if (quoted) word = word.substr(1, word.size() - 2);
+  const char* allowed =
+      quoted ? "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-" : "0123456789.e+-";
+  return !word.empty() && word.find_first_not_of(allowed) == word.npos;
+}
+
 /// A request in which [x y] stands for a point and (a d) for a line.
-inline std::string WithFigures(const std::string& text) {
-  const std::string pair = R"((-?[0-9.e+-]+|"[A-Za-z-]+") (-?[0-9.e+-]+|"[A-Za-z-]+"))";
-  static const std::regex point("\\[" + pair + "\\]");
-  static const std::regex line("\\(" + pair + "\\)");
-  const std::string points = std::regex_replace(text, point, R"({"x":$1,"y":$2})");
-  return std::regex_replace(points, line, R"({"a":$1,"d":$2})");
+inline std::string WithFigures(std::string_view text) {
+  std::string request;
+  while (!text.empty()) {
+    const bool is_point = text[0] == '[';
+    const std::size_t end = text.find(is_point ? ']' : ')');
+    const std::size_t blank = text.find(' ');
+    if ((is_point || text[0] == '(') && blank < end && end != text.npos &&
+        IsNumber(text.substr(1, blank - 1)) && IsNumber(text.substr(blank + 1, end - blank - 1))) {
+      request += is_point ? R"({"x":)" : R"({"a":)";
+      request += text.substr(1, blank - 1);
+      request += is_point ? R"(,"y":)" : R"(,"d":)";
+      request += text.substr(blank + 1, end - blank - 1);
+      request += '}';
+      text.remove_prefix(end + 1);
+    } else {
+      request += text[0];
+      text.remove_prefix(1);
+    }
+  }
+  return request;
 }
 
 /// One call. `inputs` and `outputs` are JSON lists; `outputs` is compared to the letter, so that
