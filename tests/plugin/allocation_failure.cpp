@@ -28,15 +28,29 @@ void Free(void* block) noexcept {
 
 }  // namespace
 
-// The other forms lead to these.
 void* operator new(std::size_t size) {
   if (void* block = Allocate(size)) return block;
   throw std::bad_alloc();
+}
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return Allocate(size);
+}
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return Allocate(size);
 }
 void operator delete(void* block) noexcept {
   Free(block);
 }
 void operator delete(void* block, std::size_t /*size*/) noexcept {
+  Free(block);
+}
+void operator delete[](void* block) noexcept {
+  Free(block);
+}
+void operator delete[](void* block, std::size_t /*size*/) noexcept {
   Free(block);
 }
 
