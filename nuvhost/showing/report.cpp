@@ -16,15 +16,16 @@ using State = StepOutcome::State;
 constexpr const char* kDoubtfulNote = "\n  * computed from the result of a failed step\n";
 
 /// A step's result, or why there is none.
-std::string ResultText(const StepOutcome& step, std::size_t result,
+std::string ResultText(const Program& program, const StepOutcome& step, std::size_t result,
                        std::optional<int> decimals = std::nullopt) {
+  const NuvAngleUnit unit = program.settings.angle_unit;
   switch (step.state) {
     case State::kNotRun: return "not run";
     case State::kFailed: return "failed";
-    case State::kDoubtful: return "* " + ValueText(step.context->results[result], decimals);
+    case State::kDoubtful: return "* " + ValueText(step.context->results[result], decimals, unit);
     case State::kSucceeded: break;
   }
-  return ValueText(step.context->results[result], decimals);
+  return ValueText(step.context->results[result], decimals, unit);
 }
 
 bool HasDoubtful(const RunOutcome& run) {
@@ -32,18 +33,20 @@ bool HasDoubtful(const RunOutcome& run) {
 }
 
 /// Adds a step's results, the first beside its name.
-void AddStep(TextTable& table, std::size_t number, const Step& step, const StepOutcome& outcome) {
+void AddStep(TextTable& table, const Program& program, std::size_t number,
+             const StepOutcome& outcome) {
+  const Step& step = program.steps[number - 1];
   const DescriptorRecord& descriptor = *step.instruction->descriptor;
   std::vector<std::vector<std::string>> results;
   for (const ResultRecord& result : descriptor.results) {
-    results.push_back({NameFromText(result.name), ResultText(outcome, results.size())});
+    results.push_back({NameFromText(result.name), ResultText(program, outcome, results.size())});
   }
   if (const std::size_t drawn = outcome.record.annotations.size(); drawn > 0) {
     results.push_back({"", std::to_string(drawn) + (drawn == 1 ? " annotation" : " annotations")});
   }
   if (results.empty()) {
     const bool ran = outcome.state == State::kSucceeded || outcome.state == State::kDoubtful;
-    results.push_back({"", ran ? "done" : ResultText(outcome, 0)});
+    results.push_back({"", ran ? "done" : ResultText(program, outcome, 0)});
   }
   std::vector<std::string> head{std::to_string(number), step.name, NameFromText(descriptor.name)};
   for (const std::vector<std::string>& result : results) {
@@ -60,11 +63,12 @@ std::string RunText(const Program& program, const RunOutcome& run) {
   if (!has_report) {
     table.SetHeader({"", "Step", "Instruction", "Result", "Value"});
     for (std::size_t i = 0; i < program.steps.size(); ++i) {
-      AddStep(table, i + 1, program.steps[i], run.steps[i]);
+      if (!program.steps[i].generated) AddStep(table, program, i + 1, run.steps[i]);
     }
   }
   for (const ReportRow& row : program.report) {
-    table.Add({row.label, ResultText(run.steps[row.value.step], row.value.result, row.decimals),
+    table.Add({row.label,
+               ResultText(program, run.steps[row.value.step], row.value.result, row.decimals),
                row.unit});
   }
   return table.Text() + (HasDoubtful(run) ? kDoubtfulNote : "");
@@ -117,7 +121,7 @@ class ReportTable final : public RunObserver {
     std::vector<std::string> cells{outcome.file};
     for (const ReportRow& row : program_.report) {
       cells.push_back(outcome.steps.empty() ? "-"
-                                            : ResultText(outcome.steps[row.value.step],
+                                            : ResultText(program_, outcome.steps[row.value.step],
                                                          row.value.result, row.decimals));
     }
     cells.emplace_back(StateText(outcome.state));
