@@ -17,6 +17,8 @@ namespace nuvhost {
 namespace {
 
 std::string_view Trimmed(std::string_view text) {
+  const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+  if (!text.empty() && !is_blank(text.front()) && !is_blank(text.back())) return text;
   const std::size_t begin = text.find_first_not_of(" \t");
   if (begin == std::string_view::npos) return "";
   return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);

@@ -143,9 +143,9 @@ class DatumReader {
     const ChosenRows rows = use.row ? chosen : table_->WithoutBlankEnd(chosen, columns);
     const std::size_t row = use.row.value_or(0);
     if (row >= rows.Size()) {
-      ComplainOfFile(use.row ? fmt::format("no row {}{} for {}; there {} {}, counted from 0", row,
-                                           Condition(use), use.input,
-                                           rows.Size() == 1 ? "is" : "are", rows.Size())
+      ComplainOfFile(use.row ? fmt::format("no row {} for {}; it has {} row{}{}, counted from 0",
+                                           row, use.input, rows.Size(), rows.Size() == 1 ? "" : "s",
+                                           Condition(use))
                              : fmt::format("no row{} for {}", Condition(use), use.input));
       return CNuvObject();
     }
@@ -200,7 +200,7 @@ std::optional<SourceText> ReadFile(const Program& program, std::size_t datum,
   const Datum& read = program.data[datum];
   const std::string name =
       is_own ? BesideProgram(program.source.Name(), read.file) : replacement->second;
-  if (name.empty()) return std::nullopt;  // a mistake of its own
+  if (is_own && read.file.empty()) return std::nullopt;  // a mistake of its own
   std::string reason;
   std::optional<SourceText> source = ReadData(name, reason);
   if (source) return source;

@@ -12,6 +12,7 @@
 #include "host/setting.h"
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/reading/data_table.h"
+#include "nuvhost/reading/limits.h"
 #include "nuvhost/reading/source_text.h"
 
 namespace nuvhost {
@@ -77,6 +78,7 @@ struct ReportRow {
   StepResult value{};
   std::string unit;
   std::optional<int> decimals;
+  Limits limits;
 };
 
 struct Program {
@@ -91,6 +93,9 @@ struct Program {
   std::vector<DataUse> uses;
   std::vector<Step> steps;  ///< the written ones in their order, then the generated ones
   std::vector<ReportRow> report;
+
+  /// Whether a row of the report has limits, so that a part can be good or bad.
+  bool Judges() const;
 };
 
 /// The program's steps in the order in which they run.
