@@ -1,0 +1,19 @@
+"""The instructions of the built library, as `nuvhost` tells of them."""
+
+import json
+import subprocess
+
+
+def name_of(parameter):
+    """A parameter's name without the blanks at its ends; a nameless constant's group."""
+    return (parameter["name"] or parameter.get("group") or "").strip()
+
+
+class Library:
+    def __init__(self, nuvhost):
+        """nuvhost: the words that start it, such as ["wine", "nuvhost.exe"]."""
+        self.nuvhost = nuvhost
+        told = subprocess.run([*nuvhost, "describe", "--all", "--json"], capture_output=True,
+                              check=True, timeout=120)
+        self.instructions = json.loads(told.stdout)
+        self.by_identifier = {one["identifier"]: one for one in self.instructions}
