@@ -3,7 +3,10 @@
 #include "nuvhost/commands/commands.h"
 #include "nuvhost/error.h"
 #include "nuvhost/library/catalogue.h"
+#include "nuvhost/reference/entries.h"
+#include "nuvhost/reference/plain_text.h"
 #include "nuvhost/system/console.h"
+#include "nuvhost/text/names.h"
 #include "nuvhost/text/text_table.h"
 #include "nuvhost/text/utf8.h"
 #include "nuvhost/values/json_value.h"
@@ -51,6 +54,7 @@ Json ListToJson(const TStdVector<Record>& records, ToJsonRow to_json) {
 
 Json DescriptorToJson(const CatalogueEntry& instruction) {
   const DescriptorRecord& descriptor = *instruction.descriptor;
+  const Entry* entry = FindEntry(TextOrEmpty(descriptor.identifier));
   return {{"index", instruction.index},
           {"name", TextToJson(descriptor.name)},
           {"category", TextToJson(descriptor.category)},
@@ -61,7 +65,9 @@ Json DescriptorToJson(const CatalogueEntry& instruction) {
           {"format", descriptor.format},
           {"constants", ListToJson(descriptor.constants, ConstantToJson)},
           {"inputs", ListToJson(descriptor.inputs, InputToJson)},
-          {"results", ListToJson(descriptor.results, ResultToJson)}};
+          {"results", ListToJson(descriptor.results, ResultToJson)},
+          {"summary", entry == nullptr ? Json() : Json(entry->Summary())},
+          {"helpFile", entry == nullptr ? Json() : Json(entry->HelpFile())}};
 }
 
 /// One parameter of the printed page: name, type, and what more there is to say.
@@ -112,8 +118,9 @@ void PrintRows(const char* title, const TStdVector<Record>& records, MakeRow mak
   }
   Print(std::string("\n  ") + title + '\n');
   for (const Row& row : rows) {
-    Print("    " + Padded(row.name, name_width) + "  " + Padded(row.type, type_width) + "  " +
-          row.rest + '\n');
+    std::string line = "    " + Padded(row.name, name_width) + "  " + Padded(row.type, type_width);
+    if (!row.rest.empty()) line += "  " + row.rest;
+    Print(std::string(WithoutTrailingBlanks(line)) + '\n');
   }
 }
 
@@ -134,6 +141,9 @@ int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_jso
   PrintRows(descriptor.repeatable != 0 ? "inputs (the last one may be repeated)" : "inputs",
             descriptor.inputs, InputRow);
   PrintRows("results", descriptor.results, ResultRow);
+  if (const Entry* entry = FindEntry(TextOrEmpty(descriptor.identifier))) {
+    Print('\n' + PlainText(entry->markdown, kTextWidth));
+  }
   return kExitSuccess;
 }
 

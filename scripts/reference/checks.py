@@ -11,7 +11,7 @@ ITALIC = re.compile(r"(?<![*\\\w])\*(?![\s*])((?:[^*\\]|\\.|(?<=\s)\*(?=\s))+?)(
 UNDERLINE = re.compile(r"(?<![\w\\])_[^_\s](?:[^_]*[^_\s])?_(?!\w)")
 LINK = re.compile(r"\]\(([^()\s]*(?:\([^()]*\))?[^()\s]*)\)")
 MESSAGE = re.compile(r'"([^"]*)"')
-KEYWORD = re.compile(r"\*\*(?:Fails|Warns)\*\*")
+KEYWORD = re.compile(r"\*\*(?:Fails|Warns|Complains)\*\*")
 LONGEST_SUMMARY = 100
 
 

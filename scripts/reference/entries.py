@@ -102,8 +102,9 @@ def anchor_of(heading):
 
 
 def cells_of(line):
-    """The cells of a table's row, which vertical bars separate."""
-    return [cell.strip() for cell in line.strip().removeprefix("|").removesuffix("|").split("|")]
+    """The cells of a table's row, which vertical bars separate; \\| is a bar in a cell."""
+    cells = re.split(r"(?<!\\)\|", re.sub(r"(?<!\\)\|$", "", line.strip().removeprefix("|")))
+    return [cell.strip().replace("\\|", "|") for cell in cells]
 
 
 def table_of(line, lines):

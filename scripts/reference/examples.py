@@ -11,7 +11,7 @@ from reference.library import name_of
 
 CATEGORIES = {"booleans": "Array: Boolean", "numbers": "Array: Number", "strings": "Array: String",
               "points": "Array: Point", "lines": "Array: Line"}
-SAYS = re.compile(r'\s*(?:(error|warning)(?:\s+("(?:[^"\\]|\\.)*"))?|event\s+(-?\d+)\s+(\S+))\s*')
+SAYS = re.compile(r'\s*(?:(error|complaint|warning)(?:\s+("(?:[^"\\]|\\.)*"))?|event\s+(-?\d+)\s+(\S+))\s*')
 
 
 class ColumnError(ValueError):
@@ -41,7 +41,7 @@ class Column:
 
     def __init__(self, title, instruction, first):
         """first: the section's first instruction, whose names hold for a family's others too."""
-        self.title = title.replace("\\", "") if title.startswith("→") else title
+        self.title = title
         if title in ("says", "type", "identifier"):
             self.kind, self.at = title, None
             return
@@ -60,7 +60,10 @@ class Column:
 
 
 def says_of(cell):
-    """(whether it succeeds, messages, events) that a cell tells."""
+    """(whether it succeeds, messages, events) that a cell tells.
+
+    A complaint is an error that is reported by an instruction that succeeds.
+    """
     good, messages, events = True, [], []
     at = 0
     while at < len(cell):
@@ -73,9 +76,9 @@ def says_of(cell):
         else:
             good = good and kind != "error"
             if text is not None:
-                messages.append((kind, json.loads(text)))
-            elif kind == "warning":
-                raise ColumnError("says: a warning needs its text")
+                messages.append(("warning" if kind == "warning" else "error", json.loads(text)))
+            elif kind != "error":
+                raise ColumnError(f"says: a {kind} needs its text")
         at = found.end() + 1
     return good, messages, events
 

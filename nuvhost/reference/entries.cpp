@@ -1,0 +1,98 @@
+#include "nuvhost/reference/entries.h"
+
+#include <algorithm>
+
+#include "nuvhost/reference/plain_text.h"
+#include "nuvhost/text/words.h"
+
+namespace nuvhost {
+namespace {
+
+/// Takes the first line off a text.
+std::string_view TakeLine(std::string_view& text) {
+  const std::size_t end = std::min(text.find('\n'), text.size());
+  const std::string_view line = text.substr(0, end);
+  text.remove_prefix(std::min(end + 1, text.size()));
+  return line;
+}
+
+/// The identifier that a line such as "- `IDENTIFIER` 460113" begins with; empty for others.
+std::string_view IdentifierOf(std::string_view line) {
+  if (line.starts_with("- ")) line.remove_prefix(2);
+  if (!line.starts_with('`')) return "";
+  line.remove_prefix(1);
+  const std::size_t end = line.find('`');
+  if (end == std::string_view::npos) return "";
+  const std::size_t help = line.find_first_not_of(' ', end + 1);
+  if (help == std::string_view::npos || line[help] < '0' || line[help] > '9') return "";
+  return line.substr(0, end);
+}
+
+Entry EntryOf(std::string_view file, std::string_view section) {
+  Entry entry{file, TakeLine(section).substr(3), {}, section};
+  while (!section.empty()) {
+    const std::string_view line = TakeLine(section);
+    const std::string_view identifier = IdentifierOf(line);
+    if (!identifier.empty()) {
+      entry.identifiers.push_back(identifier);
+      entry.markdown = section;
+    } else if (line.find_first_not_of(' ') != std::string_view::npos) {
+      break;
+    }
+  }
+  return entry;
+}
+
+std::vector<Entry> ReadEntries() {
+  std::vector<Entry> entries;
+  for (const Page& page : Pages()) {
+    for (const std::string_view section : page.sections) {
+      if (section.starts_with("## ")) entries.push_back(EntryOf(page.file, section));
+    }
+  }
+  return entries;
+}
+
+bool IsWordSign(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-' ||
+         static_cast<unsigned char>(c) >= 0x80;
+}
+
+}  // namespace
+
+std::string Entry::Summary() const {
+  const std::string text = PlainParagraph(markdown);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '.' && text[i] != '!' && text[i] != '?') continue;
+    // A sentence ends before a capital letter or a figure, so that "e.g. this" is no end.
+    const std::size_t next = text.find_first_not_of(" \"(`[", i + 1);
+    if (i + 1 < text.size() && text[i + 1] != ' ') continue;
+    if (next == std::string::npos || (text[next] >= 'A' && text[next] <= 'Z') ||
+        (text[next] >= '0' && text[next] <= '9')) {
+      return text.substr(0, i + 1);
+    }
+  }
+  return text;
+}
+
+std::string Entry::HelpFile() const {
+  std::string anchor;
+  for (const char c : LowerCase(heading)) {
+    if (c == ' ') {
+      anchor += '-';
+    } else if (IsWordSign(c)) {
+      anchor += c;
+    }
+  }
+  return "docs/instructions/" + std::string(file) + '#' + anchor;
+}
+
+const Entry* FindEntry(std::string_view identifier) {
+  static const std::vector<Entry> kEntries = ReadEntries();
+  for (const Entry& entry : kEntries) {
+    if (std::ranges::find(entry.identifiers, identifier) != entry.identifiers.end()) return &entry;
+  }
+  return nullptr;
+}
+
+}  // namespace nuvhost
