@@ -62,14 +62,13 @@ bool IsWordSign(char c) {
 
 std::string Entry::Summary() const {
   const std::string text = PlainParagraph(markdown);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '.' && text[i] != '!' && text[i] != '?') continue;
-    // A sentence ends before a capital letter or a figure, so that "e.g. this" is no end.
-    const std::size_t next = text.find_first_not_of(" \"(`[", i + 1);
-    if (i + 1 < text.size() && text[i + 1] != ' ') continue;
-    if (next == std::string::npos || (text[next] >= 'A' && text[next] <= 'Z') ||
-        (text[next] >= '0' && text[next] <= '9')) {
-      return text.substr(0, i + 1);
+  for (std::size_t end = 1; end <= text.size(); ++end) {
+    const std::string_view sentence(text.data(), end);
+    const bool is_end =
+        sentence.ends_with('.') || sentence.ends_with('!') || sentence.ends_with('?');
+    const bool is_short = sentence.ends_with("e.g.") || sentence.ends_with("i.e.");
+    if (is_end && !is_short && (end == text.size() || text[end] == ' ')) {
+      return std::string(sentence);
     }
   }
   return text;

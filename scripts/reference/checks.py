@@ -104,9 +104,12 @@ class Checker:
 
     @staticmethod
     def line_of(block, text):
-        for i, line in enumerate(block.lines):
-            if text.split()[0] in line:
-                return block.line + i
+        """The line that holds a text, or as much of its beginning as one line does."""
+        words = text.split(" ")
+        for count in range(len(words), 0, -1):
+            for i, line in enumerate(block.lines):
+                if " ".join(words[:count]) in line:
+                    return block.line + i
         return block.line
 
     def check_messages(self, page, entry, block, plain):

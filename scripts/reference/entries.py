@@ -19,7 +19,7 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 BINDING = re.compile(r"(?:[-*] )?`([^`\s]+)`\s+(\d+)\s*$")
-SENTENCE = re.compile(r'[.!?](?=$|\s+["*`(\[]*[A-Z0-9])')
+SENTENCE = re.compile(r"(?<!e\.g)(?<!i\.e)[.!?](?=$|\s)")
 DEGREES = "Angles in degrees:"
 NOT_EXECUTED = "Not executed:"
 

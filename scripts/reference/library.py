@@ -2,6 +2,7 @@
 
 import json
 import subprocess
+from pathlib import Path
 
 
 def name_of(parameter):
@@ -12,8 +13,8 @@ def name_of(parameter):
 class Library:
     def __init__(self, nuvhost):
         """nuvhost: the words that start it, such as ["wine", "nuvhost.exe"]."""
-        self.nuvhost = nuvhost
-        told = subprocess.run([*nuvhost, "describe", "--all", "--json"], capture_output=True,
+        self.nuvhost = [str(Path(word).resolve()) if "/" in word else word for word in nuvhost]
+        told = subprocess.run([*self.nuvhost, "describe", "--all", "--json"], capture_output=True,
                               check=True, timeout=120)
         self.instructions = json.loads(told.stdout)
         self.by_identifier = {one["identifier"]: one for one in self.instructions}
