@@ -9,6 +9,7 @@
 #include "nuvhost/text/names.h"
 #include "nuvhost/text/text_table.h"
 #include "nuvhost/text/utf8.h"
+#include "nuvhost/text/words.h"
 #include "nuvhost/values/json_value.h"
 
 namespace nuvhost {
@@ -134,7 +135,11 @@ int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_jso
   }
   const DescriptorRecord& descriptor = *instruction.descriptor;
   Print(Utf8FromText(descriptor.name) + "  (" + Utf8FromText(descriptor.category) + ")\n");
-  if (descriptor.description != nullptr) Print("  " + Utf8FromText(descriptor.description) + '\n');
+  if (descriptor.description != nullptr) {
+    for (const std::string& line : Wrapped(Utf8FromText(descriptor.description), kTextWidth - 2)) {
+      Print("  " + line + '\n');
+    }
+  }
   Print(fmt::format("\n  identifier  {}\n  position    {}\n  help        {}\n",
                     Utf8FromText(descriptor.identifier), instruction.index, descriptor.help));
   PrintRows("constant parameters", descriptor.constants, ConstantRow);

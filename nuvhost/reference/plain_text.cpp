@@ -120,6 +120,7 @@ std::string ParagraphText(const Lines& lines, std::size_t mark, std::size_t widt
 
 /// A paragraph, or the items of a list, which may go on in lines of their own.
 std::string ParagraphsText(const Lines& lines, std::size_t width) {
+  if (ItemMark(Trimmed(lines[0])) == 0) return ParagraphText(lines, 0, width);
   std::string shown;
   Lines item;
   const auto close = [&] {
@@ -156,39 +157,71 @@ std::size_t WidthOf(const std::string& lines) {
   return width;
 }
 
+using Rows = std::vector<std::vector<std::string>>;
+
 /// A table's rows one below the other: each cell that is not empty behind its column's title.
-std::string RecordsText(const std::vector<std::string>& titles,
-                        const std::vector<std::vector<std::string>>& rows) {
+std::string RecordsText(const Rows& rows, std::size_t width) {
   std::size_t title_width = 0;
-  for (const std::string& title : titles) title_width = std::max(title_width, Width(title));
+  for (const std::string& title : rows[0]) title_width = std::max(title_width, Width(title));
+  const std::size_t left = std::min(title_width + 4, width);
   std::string text;
-  for (const std::vector<std::string>& row : rows) {
-    if (!text.empty()) text += '\n';
-    for (std::size_t i = 0; i < titles.size(); ++i) {
-      if (!row[i].empty()) text += "  " + Padded(titles[i], title_width) + "  " + row[i] + '\n';
+  for (std::size_t i = 1; i < rows.size(); ++i) {
+    if (i > 1) text += '\n';
+    for (std::size_t column = 0; column < rows[i].size(); ++column) {
+      if (rows[i][column].empty()) continue;
+      std::string head = "  " + Padded(rows[0][column], title_width) + "  ";
+      for (const std::string& line : Wrapped(rows[i][column], width - left)) {
+        text += head + line + '\n';
+        head.assign(left, ' ');
+      }
     }
   }
   return text;
 }
 
+/// Aligned columns. Cells of one of them are broken into lines of a width.
+std::string ColumnsText(const Rows& rows, std::size_t column, std::size_t width) {
+  TextTable table(std::string(rows[0].size(), 'l'));
+  table.SetHeader(rows[0]);
+  for (std::size_t i = 1; i < rows.size(); ++i) {
+    std::vector<std::string> row = rows[i];
+    for (const std::string& line : Wrapped(rows[i][column], width)) {
+      row[column] = line;
+      table.Add(row);
+      std::ranges::fill(row, "");
+    }
+  }
+  return table.Text();
+}
+
+/// The columns as they are where they fit into the width, else with the widest one's cells broken
+/// into lines, else rows one below the other.
 std::string TableText(const Lines& lines, std::size_t width) {
-  std::vector<std::string> titles = CellsOf(lines[0]);
-  for (std::string& title : titles) title = WithoutMarks(title);
-  TextTable table(std::string(titles.size(), 'l'));
-  table.SetHeader(titles);
-  std::vector<std::vector<std::string>> rows;
-  for (std::size_t i = 2; i < lines.size(); ++i) {
+  Rows rows;
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (i == 1) continue;  // the rule below the titles
     rows.push_back(CellsOf(lines[i]));
-    rows.back().resize(titles.size());
+    rows.back().resize(rows[0].size());
     // A text in quotes is a value, in which no sign is a mark.
     for (std::string& cell : rows.back()) {
-      if (!cell.starts_with('`') && cell.find('"') != std::string::npos) continue;
-      cell = WithoutMarks(cell);
+      if (cell.starts_with('`') || cell.find('"') == std::string::npos) cell = WithoutMarks(cell);
     }
-    table.Add(rows.back());
   }
-  std::string text = table.Text();
-  return WidthOf(text) <= width ? text : RecordsText(titles, rows);
+  std::vector<std::size_t> widths(rows[0].size(), 0);
+  for (std::size_t i = 1; i < rows.size(); ++i) {
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+      widths[column] = std::max(widths[column], Width(rows[i][column]));
+    }
+  }
+  const auto widest = std::ranges::max_element(widths);
+  const auto column = static_cast<std::size_t>(widest - widths.begin());
+  constexpr std::size_t kNarrowest = 24;
+  std::string text = ColumnsText(rows, column, *widest);
+  const std::size_t excess = WidthOf(text) - std::min(WidthOf(text), width);
+  if (excess > 0 && *widest >= excess + kNarrowest) {
+    text = ColumnsText(rows, column, *widest - excess);
+  }
+  return WidthOf(text) <= width ? text : RecordsText(rows, width);
 }
 
 std::string BlockText(const Lines& lines, std::size_t width) {

@@ -10,8 +10,9 @@ CODE = re.compile(r"(`+)(?:(?!`).|(?<=`)`)*?\1|`[^`]*`")
 ITALIC = re.compile(r"(?<![*\\\w])\*(?![\s*])((?:[^*\\]|\\.|(?<=\s)\*(?=\s))+?)(?<!\s)\*(?!\*)")
 UNDERLINE = re.compile(r"(?<![\w\\])_[^_\s](?:[^_]*[^_\s])?_(?!\w)")
 LINK = re.compile(r"\]\(([^()\s]*(?:\([^()]*\))?[^()\s]*)\)")
-MESSAGE = re.compile(r'"([^"]*)"')
+MESSAGE = re.compile(r'"((?:[^"\\]|\\.)*)"')
 KEYWORD = re.compile(r"\*\*(?:Fails|Warns|Complains)\*\*")
+ITEM = re.compile(r"\s*(?:[-*+]|\d+[.)]) ")
 LONGEST_SUMMARY = 100
 
 
@@ -90,6 +91,7 @@ class Checker:
                 continue
             if block.table is not None and self.is_example(entry, block.table):
                 continue
+            self.check_lines(page, block)
             plain = CODE.sub("", block.text)
             for found in ITALIC.finditer(plain):
                 name = re.sub(r"\\(.)", r"\1", found[1]).strip()
@@ -101,6 +103,13 @@ class Checker:
                            f"{found[0]}: italics are written with asterisks, code in backticks")
             self.check_messages(page, entry, block, plain)
         self.check_links(page, entry.blocks)
+
+    def check_lines(self, page, block):
+        """A line that begins like an item would become one, though it is not in a list."""
+        for i, line in enumerate(block.lines[1:], 1):
+            if ITEM.match(line) and not ITEM.match(block.lines[0]):
+                self.fault(page, block.line + i, "the line begins like a list's item; a list "
+                                                 "stands behind an empty line")
 
     @staticmethod
     def line_of(block, text):

@@ -23,6 +23,8 @@ FAULTY = r"""# Faulty
 `_Nuv_Numeric_DivideNumbers_` 460114 <- help number: expected 460113
 
 Divides *numerator* by *divisor*. <- italics: no input, result or constant "divisor"
+It is exact, not
+1. quick. <- the line begins like a list's item
 It is _quick_. <- _quick_: italics are written with asterisks
 
 **Fails** with "Numeric: Divide: Division by zero"

@@ -33,6 +33,10 @@ TEST(Reference, TellsMarkdownAsText) {
       {"10. one\n\n```sh\nrun  it\n\nnow\n```", "  10. one\n\n    run  it\n\n    now\n"},
       {"Above:\n| a | → *b* |\n|---|---|\n| \"*\" | |\n| | x \\| y |",
        "  Above:\n\n  a    → b\n  ---  -----\n  \"*\"\n       x | y\n"},
+      {"counted from\n1. No list.", "  counted from 1. No list.\n"},
+      {"| a | b |\n|---|---|\n| 1 | one two three four five six seven |\n| 2 | x |",
+       "  a  b\n  -  ---------------------------\n  1  one two three four five six\n"
+       "     seven\n  2  x\n"},
       {"| long title | b |\n|---|---|\n| 1234567890123456789 | 12345678901234 |\n| | 2 |",
        "  long title  1234567890123456789\n  b           12345678901234\n\n  b           2\n"},
       {"![picture](a.svg)\n\nText", "  Text\n"},
