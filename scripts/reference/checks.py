@@ -12,6 +12,7 @@ UNDERLINE = re.compile(r"(?<![\w\\])_[^_\s](?:[^_]*[^_\s])?_(?!\w)")
 LINK = re.compile(r"\]\(([^()\s]*(?:\([^()]*\))?[^()\s]*)\)")
 MESSAGE = re.compile(r'"((?:[^"\\]|\\.)*)"')
 KEYWORD = re.compile(r"\*\*(?:Fails|Warns|Complains)\*\*")
+PLACE = re.compile(r"\b[A-Z]{4,}\b")
 ITEM = re.compile(r"\s*(?:[-*+]|\d+[.)]) ")
 LONGEST_SUMMARY = 100
 
@@ -128,12 +129,25 @@ class Checker:
         shown = {text for table in entry.tables for _, row in table.rows for cell in row
                  for text in MESSAGE.findall(cell)}
         for message in MESSAGE.findall(plain[found.end():]):
-            parts = message.split(": ")
-            splits = [(": ".join(parts[:i]), ": ".join(parts[i:])) for i in range(1, len(parts))]
-            if message not in shown and not any(self.occurs(source) and self.occurs(text)
-                                                for source, text in splits):
+            if message not in shown and not self.says(message.replace('\\"', '"')):
                 self.fault(page, self.line_of(block, message),
                            f'neither the library nor an example says "{message}"')
+
+    def says(self, message):
+        """Whether the library holds a message's source and text. What stands in capitals in the
+        text is a place that is filled, such as "Failed to delete NAME"."""
+        parts = message.split(": ")
+        for i in range(1, len(parts)):
+            source, text = ": ".join(parts[:i]), ": ".join(parts[i:])
+            pieces = PLACE.split(text)
+            if not self.occurs(source):
+                continue
+            if len(pieces) == 1 and self.occurs(text):
+                return True
+            if len(pieces) > 1 and all(piece.encode("latin-1", "replace") in self.bytes
+                                       for piece in pieces) and len(max(pieces, key=len)) > 7:
+                return True
+        return False
 
     def occurs(self, text):
         try:

@@ -18,3 +18,10 @@ class Library:
                               check=True, timeout=120)
         self.instructions = json.loads(told.stdout)
         self.by_identifier = {one["identifier"]: one for one in self.instructions}
+
+    def identifier_of(self, name):
+        """The identifier of the instruction that goes by a name, as on the command line."""
+        found = [one["identifier"] for one in self.instructions
+                 if name.strip() in (one["identifier"], one["name"].strip(),
+                                     f"{one['category']}: {one['name']}".strip())]
+        return found[0] if len(found) == 1 else None
