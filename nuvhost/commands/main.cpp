@@ -27,7 +27,7 @@ namespace {
 struct Arguments {
   std::string plugin;
   std::string log;
-  std::string category;
+  ListOptions list;
   std::string name;
   std::vector<std::string> values;
   std::vector<std::string> constants;
@@ -141,11 +141,14 @@ class CommandLine {
   }
 
   void AddList() {
-    CLI::App* list = Add("list", "List the instructions", [](const Arguments& a) {
-      return List(Catalogue(Plugin(a)), a.category, a.json);
-    });
-    list->add_option("--category", arguments_.category, "only those of one category");
-    list->add_flag("--json", arguments_.json, "as JSON");
+    CLI::App* list = Add("list", "List the instructions, or find some",
+                         [](const Arguments& a) { return List(Catalogue(Plugin(a)), a.list); });
+    list->add_option("words", arguments_.list.words,
+                     "only those whose names, identifiers, parameters, descriptions or help have "
+                     "all these words, best first");
+    list->add_option("--category", arguments_.list.category, "only those of one category");
+    list->add_flag("--identifiers", arguments_.list.identifiers, "identifiers, no summaries");
+    list->add_flag("--json", arguments_.list.as_json, "as JSON");
   }
 
   void AddDescribe() {
@@ -180,6 +183,9 @@ class CommandLine {
   void AddRun() {
     CLI::App* run = Add("run", "Run an inspection program",
                         [](const Arguments& a) { return RunProgram(Catalogue(Plugin(a)), a.run); });
+    run->footer(
+        "Exit code: 0 where every part is good, 1 where one is bad or failed, 2 for a wrong call\n"
+        "or unreadable data.");
     run->add_option("program", arguments_.run.program, "the program, a JSON file")->required();
     run->add_option("--data", arguments_.run.data,
                     "data files in place of the program's own, one run each; NAME=FILE for a "
