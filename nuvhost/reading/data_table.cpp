@@ -93,41 +93,37 @@ CNuvObject DataTable::Array(std::uint32_t array_type, const std::vector<std::siz
   CNuvObject array;
   switch (array_type) {
     case NUV_PARAM_BOOLEAN_ARRAY: {
-      CNuvBoolVector booleans;
+      auto& booleans = static_cast<CNuvBoolVector&>(array);
       booleans.Resize(rows.Size());
       ReadColumn(
           NUV_PARAM_BOOLEAN, columns[0], rows,
           [this](std::size_t row, std::size_t column) { return Boolean(row, column); },
           [&](std::size_t i, bool value) { booleans[i] = value; }, mistakes);
-      array = booleans;
       break;
     }
     case NUV_PARAM_STRING_ARRAY: {
-      CNuvStringVector texts;
+      auto& texts = static_cast<CNuvStringVector&>(array);
       texts.Resize(rows.Size());
       ReadColumn(
           NUV_PARAM_STRING, columns[0], rows,
           [this](std::size_t row, std::size_t column) { return Text(row, column); },
           [&](std::size_t i, const std::string& value) { texts[i] = value.c_str(); }, mistakes);
-      array = texts;
       break;
     }
     case NUV_PARAM_POINT_ARRAY: {
-      CNuvPointVector points;
+      auto& points = static_cast<CNuvPointVector&>(array);
       points.Resize(rows.Size());
       ReadNumbers(
           columns[0], rows, [&](std::size_t i, double x) { points[i].x = x; }, mistakes);
       ReadNumbers(
           columns[1], rows, [&](std::size_t i, double y) { points[i].y = y; }, mistakes);
-      array = points;
       break;
     }
     default: {
-      CNuvDoubleVector numbers;
+      auto& numbers = static_cast<CNuvDoubleVector&>(array);
       numbers.Resize(rows.Size());
       ReadNumbers(
           columns[0], rows, [&](std::size_t i, double n) { numbers[i] = n; }, mistakes);
-      array = numbers;
       break;
     }
   }

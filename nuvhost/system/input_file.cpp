@@ -21,6 +21,8 @@ std::optional<std::string> ReadBytes(const std::string& name, std::string& reaso
     reason = "it is a folder, not a file";
   } else if (std::ifstream file(path, std::ios::binary); file) {
     std::string text;
+    const std::uintmax_t expected = std::filesystem::file_size(path, ignored);
+    if (!ignored) text.reserve(static_cast<std::size_t>(expected) + kBlock);
     for (std::size_t size = 0; file; text.resize(size)) {
       text.resize(size + kBlock);
       file.read(text.data() + size, kBlock);
