@@ -9,9 +9,7 @@
 #include <limits>
 
 #include "host/records.h"
-#include "nuvhost/error.h"
 #include "nuvhost/text/names.h"
-#include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
 namespace {
@@ -284,14 +282,6 @@ std::optional<bool> CsvTable::Boolean(std::size_t row, std::size_t column) const
   if (text == "true" || text == "yes" || text == "1") return true;
   if (text == "false" || text == "no" || text == "0") return false;
   return std::nullopt;
-}
-
-std::optional<std::string> CsvTable::Text(std::size_t row, std::size_t column) const {
-  try {
-    return BytesFromUtf8(Unquoted(At(row, column)));
-  } catch (const ValueError&) {
-    return std::nullopt;
-  }
 }
 
 std::string CsvTable::Fault(std::size_t row, std::size_t column, std::uint32_t type) const {

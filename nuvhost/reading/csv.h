@@ -23,7 +23,9 @@ class CsvTable final : public DataTable {
   std::optional<double> Number(std::size_t row, std::size_t column) const override;
   /// true, false, yes, no, 1 and 0, in letters of either case.
   std::optional<bool> Boolean(std::size_t row, std::size_t column) const override;
-  std::optional<std::string> Text(std::size_t row, std::size_t column) const override;
+  std::optional<std::string> Utf8(std::size_t row, std::size_t column) const override {
+    return Unquoted(At(row, column));
+  }
   std::size_t Offset(std::size_t row, std::size_t column) const override {
     return At(row, column).begin;
   }

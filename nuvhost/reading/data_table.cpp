@@ -47,8 +47,16 @@ std::string DataTable::DescribeColumns() const {
 bool DataTable::Holds(std::size_t row, std::size_t column, const Json& value) const {
   if (value.is_number()) return Number(row, column) == value.get<double>();
   if (value.is_boolean()) return Boolean(row, column) == value.get<bool>();
-  const std::optional<std::string> text = Text(row, column);
-  return text && Utf8FromBytes(*text) == value.get_ref<const std::string&>();
+  return Utf8(row, column) == value.get_ref<const std::string&>();
+}
+
+std::optional<std::string> DataTable::Text(std::size_t row, std::size_t column) const {
+  const std::optional<std::string> text = Utf8(row, column);
+  try {
+    if (text) return BytesFromUtf8(*text);
+  } catch (const ValueError&) {  // the caller tells it by its place
+  }
+  return std::nullopt;
 }
 
 ChosenRows DataTable::WithoutBlankEnd(ChosenRows rows,

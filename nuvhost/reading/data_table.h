@@ -66,7 +66,7 @@ class DataTable {
   /// Each gives nothing for a field that is none.
   virtual std::optional<double> Number(std::size_t row, std::size_t column) const = 0;
   virtual std::optional<bool> Boolean(std::size_t row, std::size_t column) const = 0;
-  virtual std::optional<std::string> Text(std::size_t row, std::size_t column) const = 0;
+  virtual std::optional<std::string> Utf8(std::size_t row, std::size_t column) const = 0;
   /// Where a field stands.
   virtual std::size_t Offset(std::size_t row, std::size_t column) const = 0;
   /// What is wrong with a field that is no value of a type.
@@ -78,6 +78,8 @@ class DataTable {
   std::size_t columns_ = 0;
 
  private:
+  /// A field's text as instructions take it; nothing where it has characters beyond U+00FF.
+  std::optional<std::string> Text(std::size_t row, std::size_t column) const;
   template <class Read, class Store>
   void ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows, Read read,
                   Store store, Mistakes& mistakes) const;

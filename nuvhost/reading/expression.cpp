@@ -162,7 +162,7 @@ class Parser {
 
   /// Binds closer than a sign before it, and from the right.
   Part Power() {
-    const Part base = Primary();
+    Part base = Primary();
     SkipBlanks();
     const std::size_t sign = at_;
     if (!Accept("^")) return base;

@@ -13,7 +13,8 @@
 
 namespace nuvhost {
 
-/// What is wrong with an expression, and at which byte of it.
+/// What is wrong with an expression, and at which byte of it; an empty text where that is told
+/// elsewhere.
 struct ExpressionError : ValueError {
   ExpressionError(std::size_t place, const std::string& text) : ValueError(text), at(place) {}
   std::size_t at;

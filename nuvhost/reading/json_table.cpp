@@ -85,10 +85,9 @@ std::optional<bool> JsonTable::Boolean(std::size_t row, std::size_t column) cons
   return As<bool>(At(row, column), NUV_PARAM_BOOLEAN);
 }
 
-std::optional<std::string> JsonTable::Text(std::size_t row, std::size_t column) const {
-  const std::optional<CNuvObject> text = As<CNuvObject>(At(row, column), NUV_PARAM_STRING);
-  if (!text) return std::nullopt;
-  return static_cast<const char*>(*text);
+std::optional<std::string> JsonTable::Utf8(std::size_t row, std::size_t column) const {
+  const Json& field = At(row, column);
+  return field.is_string() ? std::optional(field.get<std::string>()) : std::nullopt;
 }
 
 /// Of a field that is not there, that of the column's last.

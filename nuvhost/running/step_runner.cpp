@@ -45,8 +45,9 @@ std::string InputsText(const DescriptorRecord& descriptor, const std::vector<CNu
   for (std::size_t i = 0; i < inputs.size(); ++i) {
     if (i == kShownInputs) return fmt::format("{} and {} more", text, inputs.size() - i);
     const std::size_t declared = std::min(i, descriptor.inputs.Size() - 1);
-    text += fmt::format("{}{} {}", i == 0 ? "" : ", ",
-                        NameFromText(descriptor.inputs[declared].name), ValueText(inputs[i]));
+    text +=
+        fmt::format("{}{} {}", i == 0 ? "" : ", ", NameFromText(descriptor.inputs[declared].name),
+                    ValueText(inputs[i], std::nullopt, CNuvSetting::Inst().GetAngleUnit()));
   }
   return text;
 }

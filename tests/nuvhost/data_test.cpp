@@ -69,6 +69,7 @@ TEST(Data, TakesFromRowsAndColumns) {
       {kHoles, "SumArr", R"(, "column": "x", "where": {"hole": "H1"})", "[1.5,5]"},
       {kHoles, "SumArr", R"(, "column": "x", "where": {"hole": "H1", "n": 2})", "[5]"},
       {kHoles, "SumArr", R"(, "column": "n", "where": {"hole": "H1"})", "[1,2]"},
+      {"t,n\n\xE2\x82\xAC,1\n", "SumArr", R"(, "column": "n", "where": {"t": "\u20ac"})", "[1]"},
       {kHoles, "SumArr", R"(, "column": "limit", "where": {"hole": "H2"})", "no rows with"},
       {kHoles, "SumArr", R"(, "column": "x", "where": {"hole": "h1"})",
        "no rows with \"hole\" \"h1\" for input \"numbers\" of \"SumArr\"; where that is meant"},
