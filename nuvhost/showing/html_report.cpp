@@ -77,11 +77,7 @@ class Page {
     (html += kPageStyle) += "</style>\n</head>\n<body>\n";
     html += SharedElements() + Head(title) + "<main>\n" + NotGoodParts() + Characteristics() +
             AllParts();
-    if (!data_.graph.empty()) {
-      html +=
-          Section("program", "Program",
-                  "<div class=\"scroll\" tabindex=\"0\">\n" + DrawGraph(data_.graph) + "</div>\n");
-    }
+    html += Program();
     html += "</main>\n<dialog id=\"enlarged\" aria-label=\"Picture\"></dialog>\n";
     html +=
         "<script type=\"application/json\" id=\"data\">" + ScriptText(TableData()) + "</script>\n";
@@ -148,14 +144,14 @@ class Page {
   std::string NotGoodParts() const {
     if (not_good_.empty()) return "";
     const std::size_t shown = std::min(not_good_.size(), kMostPictures);
-    std::string html;
+    std::string html = WhereTheyFail();
     if (shown < not_good_.size()) {
       html += fmt::format(
           "<p class=\"note\">The first {} of {} are shown here; all of them are "
           "under <a href=\"#parts\">All parts</a>.</p>\n",
           shown, not_good_.size());
     }
-    html += WhereTheyFail() + "<div class=\"cards\">\n";
+    html += "<div class=\"cards\">\n";
     for (std::size_t i = 0; i < shown; ++i) {
       if (i == kOpenCards) {
         html +=
@@ -249,6 +245,14 @@ class Page {
             item("Max", statistics.most, row.decimals) + item("Cp", statistics.cp, 2) +
             item("Cpk", statistics.cpk, 2) + "</dl>\n";
     return html + "</article>\n";
+  }
+
+  std::string Program() const {
+    if (data_.graph.empty()) return "";
+    return Section("program", "Program",
+                   "<p class=\"note\">What flows from data and steps to other steps; steps with a "
+                   "blue edge are judged.</p>\n<div class=\"scroll\" tabindex=\"0\">\n" +
+                       DrawGraph(data_.graph) + "</div>\n");
   }
 
   static std::string AllParts() {

@@ -18,7 +18,7 @@ constexpr double kHeight = 46;
 constexpr double kColumn = 232;  // from one layer's boxes to the next one's
 constexpr double kGap = 14;
 constexpr double kBorder = 4;
-constexpr std::size_t kMostCharacters = 23;
+constexpr std::size_t kMostCharacters = 21;
 constexpr int kSweeps = 12;
 
 /// A text of few characters, cut off where it is longer.
