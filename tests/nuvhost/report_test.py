@@ -15,7 +15,8 @@ import sys
 import tempfile
 from fractions import Fraction
 
-HOSTILE = "</script><script>document.title='hurt'</script><img src=x onerror=\"document.title='hurt'\">&lt;'"
+HOSTILE = ("</script ><!--<script </script><script>document.title='hurt'</script>"
+           "<img src=x onerror=\"document.title='hurt'\">&lt;'")
 PARTS = 130
 OFFSET = 1e6  # the spread is 1e-5: plain sums of squares would lose it, and 1e-7 hide its square
 LIMITS = {"free": (OFFSET - 1.5e-5, OFFSET + 1.5e-5), "top": (None, OFFSET + 1.2e-5)}
