@@ -61,11 +61,11 @@ class Scale {
       low_ = sorted.front();
       high_ = sorted.back();
     }
-    low_ = std::min(low, low_);
-    high_ = std::max(high, high_);
+    constexpr double kLargest = 1e308;
+    low_ = std::clamp(std::min(low, low_), -kLargest, kLargest);
+    high_ = std::clamp(std::max(high, high_), -kLargest, kLargest);
     double margin = 0.08 * (high_ - low_);
     if (margin == 0) margin = std::max(1e-3 * std::abs(low_), 1e-300);
-    constexpr double kLargest = 1e308;
     low_ = std::max(low_ - margin, -kLargest);
     high_ = std::min(high_ + margin, kLargest);
   }
@@ -156,12 +156,14 @@ std::string RunPaths(const std::vector<Sample>& samples, std::size_t parts, cons
 std::string HistogramPaths(const std::vector<Sample>& samples, const Scale& scale,
                            const Limits& limits) {
   const double span = scale.High() - scale.Low();
-  const double anchor = limits.least ? *limits.least : *limits.most;
+  const double anchor =
+      std::clamp(limits.least ? *limits.least : *limits.most, scale.Low(), scale.High());
   const bool has_both = limits.least && limits.most && *limits.most > *limits.least;
   const double bars =
       std::clamp(std::floor(std::sqrt(static_cast<double>(samples.size()))), 6.0, 20.0);
   const double width = has_both ? (*limits.most - *limits.least) / bars : span / (2 * bars);
-  if (!std::isfinite(span) || !(width > 0) || span / width > 1000) return "";
+  if (!std::isfinite(span) || !std::isfinite(width) || !(width > 0) || span / width > 1000)
+    return "";
   const auto bar_of = [&](double value) {
     const double within = std::clamp(value, scale.Low(), scale.High());
     const bool is_top = limits.most && value == *limits.most && has_both;

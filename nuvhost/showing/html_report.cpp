@@ -87,7 +87,7 @@ class Page {
 
  private:
   std::size_t Counted(State state) const { return counts_[static_cast<std::size_t>(state)]; }
-  bool Judges() const { return Counted(State::kSucceeded) == 0; }
+  bool Judges() const { return !data_.characteristics.empty(); }
 
   /// Images, and the filters of texts with a background, where every picture finds them.
   std::string SharedElements() const {
@@ -132,9 +132,11 @@ class Page {
              "</b> <span>measured, without limits to judge by</span></p>\n";
     }
     if (parts == 1) {
-      const char* state = StateText(data_.parts[0].state);
-      return fmt::format("<p class=\"verdict {}\"><b>{}</b> <span>the part</span></p>\n", kind,
-                         state);
+      const State state = data_.parts[0].state;
+      const char* text = state == State::kGood  ? "The part is good"
+                         : state == State::kBad ? "The part is bad"
+                                                : "The part could not be judged";
+      return fmt::format("<p class=\"verdict {}\"><b>{}</b></p>\n", kind, text);
     }
     return fmt::format(
         "<p class=\"verdict {}\"><b>{}</b> <span>yield: {} of {} parts are good</span></p>\n", kind,
@@ -299,35 +301,6 @@ class Page {
 };
 
 }  // namespace
-
-bool PageData::IsNotGood(const PartResult& part) {
-  return part.state != State::kGood && part.state != State::kSucceeded;
-}
-
-std::string PageData::Embedded(std::string svg) {
-  const auto share = [&](std::string element) {
-    if (std::ranges::find(shared, element) == shared.end()) shared.push_back(std::move(element));
-  };
-  svg.erase(0, svg.find("<svg"));
-  if (const std::size_t image = svg.find("<image "); image != std::string::npos) {
-    const std::size_t end = svg.find("/>", image) + 2;
-    std::size_t number = 0;
-    const auto element = [&] {
-      return fmt::format("<image id=\"image-{}\" {}\n", number,
-                         svg.substr(image + 7, end - image - 7));
-    };
-    while (number < shared.size() && shared[number] != element()) ++number;
-    share(element());
-    svg.replace(image, end - image, fmt::format("<use href=\"#image-{}\"/>", number));
-  }
-  constexpr std::string_view kFilterEnd = "</filter>\n";
-  for (std::size_t filter = 0; (filter = svg.find("<filter ")) != std::string::npos;) {
-    const std::size_t length = svg.find(kFilterEnd, filter) + kFilterEnd.size() - filter;
-    share(svg.substr(filter, length));
-    svg.erase(filter, length);
-  }
-  return svg;
-}
 
 std::string ReportPage(const PageData& page) {
   return Page(page).Html();
