@@ -27,7 +27,7 @@ namespace {
 struct Arguments {
   std::string plugin;
   std::string log;
-  std::string category;
+  ListOptions list;
   std::string name;
   std::vector<std::string> values;
   std::vector<std::string> constants;
@@ -141,11 +141,14 @@ class CommandLine {
   }
 
   void AddList() {
-    CLI::App* list = Add("list", "List the instructions", [](const Arguments& a) {
-      return List(Catalogue(Plugin(a)), a.category, a.json);
-    });
-    list->add_option("--category", arguments_.category, "only those of one category");
-    list->add_flag("--json", arguments_.json, "as JSON");
+    CLI::App* list = Add("list", "List the instructions, or find some",
+                         [](const Arguments& a) { return List(Catalogue(Plugin(a)), a.list); });
+    list->add_option("words", arguments_.list.words,
+                     "only those whose names, identifiers, parameters, descriptions or help have "
+                     "all these words, best first");
+    list->add_option("--category", arguments_.list.category, "only those of one category");
+    list->add_flag("--identifiers", arguments_.list.identifiers, "identifiers, no summaries");
+    list->add_flag("--json", arguments_.list.as_json, "as JSON");
   }
 
   void AddDescribe() {
