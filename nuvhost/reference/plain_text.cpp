@@ -79,7 +79,7 @@ std::string WithoutMarks(std::string_view text) {
         continue;
       }
     } else if (rest.starts_with('\\') && rest.size() > 1 &&
-               std::string_view("*_`\\[]|").find(rest[1]) != std::string_view::npos) {
+               std::string_view("*_`\\[]|\"").find(rest[1]) != std::string_view::npos) {
       plain += rest[1];
       ++i;
       continue;

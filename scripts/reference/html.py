@@ -31,7 +31,9 @@ def value(json_value):
 
 
 def code(text):
-    return f"<code>{escape(text)}</code>" if text else ""
+    """A value, which is not broken where it is short."""
+    short = ' class="short"' if len(text) <= 24 else ""
+    return f"<code{short}>{escape(text)}</code>" if text else ""
 
 
 def type_of(parameter):

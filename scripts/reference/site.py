@@ -99,7 +99,8 @@ class Site:
 
     def linked(self, text, page, category=None):
         """Markdown with links to entries turned into links to instructions' pages, those of the
-        same category where an entry is about several."""
+        same category where an entry is about several; and without the escapes of quotes, which
+        MkDocs would show."""
         def target(found):
             name, anchor = found[1] or page.path.name, found[2] or ""
             entry = self.by_place.get((name, anchor[1:]))
@@ -111,9 +112,9 @@ class Site:
         parts = []
         at = 0
         for found in CODE.finditer(text):
-            parts += [LINK.sub(target, text[at:found.start()]), found[0]]
+            parts += [LINK.sub(target, text[at:found.start()]).replace('\\"', '"'), found[0]]
             at = found.end()
-        return "".join(parts) + LINK.sub(target, text[at:])
+        return "".join(parts) + LINK.sub(target, text[at:]).replace('\\"', '"')
 
     def instruction_page(self, instruction):
         entry = self.entry_of[instruction["identifier"]]
@@ -189,7 +190,7 @@ class Site:
         for entry in page.entries:
             bound = [self.library.by_identifier[one] for one in entry.identifiers]
             summary = self.linked(entry.summary, page)
-            parts.append(f"## [{entry.heading}]({bound[0]['help']}.md) {{ #{entry.anchor} }}\n")
+            parts.append(f"## [{entry.heading}]({bound[0]['help']}.md)\n")
             parts.append(summary + "\n")
             if len(bound) > 1:
                 parts.append("For " + ", ".join(f"[{one['category'].removeprefix('Array: ')}]"
@@ -198,7 +199,7 @@ class Site:
 
     def all_page(self):
         """All instructions by category, to be narrowed by find.js."""
-        parts = ["---\ntitle: All instructions\nhide: [toc]\n---\n", "# All instructions\n",
+        parts = ["---\ntitle: All instructions\n---\n", "# All instructions\n",
                  f"{len(self.library.instructions)} instructions by category. Type what you look "
                  "for: a name, an identifier, an input, any words of the text; all must occur.\n",
                  '<div id="find-all" class="find"></div>\n']
