@@ -46,6 +46,7 @@ int RunChecked(const Program& program, const RunOptions& options,
     observers.push_back(std::make_unique<ResultsFile>(options.results, program));
   }
   observers.push_back(MakeReport(program, runs.size()));
+  observers.push_back(MakeVerdict(program));
   return RunAll(program, runs, options.keep_going, observers);
 }
 

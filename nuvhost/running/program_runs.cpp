@@ -38,7 +38,9 @@ RunOutcome RunOne(const Program& program, const PlannedRun& planned, bool keep_g
 
 int ExitCode(State state) {
   switch (state) {
-    case State::kSucceeded: break;
+    case State::kSucceeded:
+    case State::kGood: break;
+    case State::kBad:
     case State::kFailed: return kExitFailed;
     case State::kUnreadable: return kExitWrongCall;
   }

@@ -32,6 +32,7 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
     progress_.Complain(place + (is_warning ? "warning: " : "message: ") +
                        Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
   }
+  if (!outcome.caution.empty()) progress_.Complain(place + "warning: " + outcome.caution);
   if (failed) {
     for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
   }

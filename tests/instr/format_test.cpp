@@ -90,6 +90,19 @@ TEST(Format, PrintfNum) {
        R"(Invalid conversion "%99999999999999999999f" in format;)"},
   };
   CheckFormats("PrintfNum", rows);
+
+  // Beyond a hundred, invalid conversions are counted.
+  std::string format;
+  std::string messages;
+  for (int i = 1; i <= 103; ++i) {
+    format += "%d";
+    if (i <= 100) messages += R"(Invalid conversion "%d" in format;)";
+    if (i != 100 && i != 103) continue;
+    if (i > 100) messages += "3 more invalid conversions in format;";
+    const std::string members = R"("in":[")" + format + R"("])";
+    const FormatRow row[] = {{name, members.c_str(), format.c_str(), messages.c_str()}};
+    CheckFormats("PrintfNum", row);
+  }
 }
 
 TEST(Format, PrintfNumInf) {
