@@ -127,6 +127,7 @@ class Site:
             f'<p class="crumbs" markdown="1">[All instructions](index.md) › '
             f'[{page.title}]({page.path.name})</p>\n',
             f"# {name}\n",
+            self.about(instruction, entry),
             self.markdown(blocks[0], page, category),
             self.picture(instruction),
         ]
@@ -135,7 +136,7 @@ class Site:
             if instruction[kind]:
                 parts += [f"## {title}\n", getattr(html, kind)(instruction)]
         parts += self.details(blocks[1:], page, category)
-        parts += ["## In the host\n", self.facts(instruction, entry)]
+        parts += ["## In the host\n", self.facts(instruction)]
         return "\n".join(part for part in parts if part)
 
     def details(self, blocks, page, category):
@@ -169,18 +170,22 @@ class Site:
                 f'</code> and run <code>nuvhost run program.json --overlay picture.svg</code>'
                 f'</details></figcaption></figure>\n')
 
-    def facts(self, instruction, entry):
+    def about(self, instruction, entry):
+        """The line below the heading: category, identifier, and the same for other types."""
+        line = f"{escape(instruction['category'])} · {html.code(instruction['identifier'])}"
+        others = [self.library.by_identifier[one] for one in entry.identifiers
+                  if one != instruction["identifier"]]
+        if others:
+            line += " · also for " + ", ".join(
+                f'<a href="{one["help"]}.html">{escape(one["category"])}</a>' for one in others)
+        return f'<p class="about">{line}</p>\n'
+
+    def facts(self, instruction):
         rows = [["Category", escape(instruction["category"])],
                 ["Identifier", html.code(instruction["identifier"])],
                 ["Help number", html.code(str(instruction["help"]))],
                 ["Position", html.code(str(instruction["index"]))],
                 ["Description", escape(instruction["description"] or "")]]
-        others = [self.library.by_identifier[one] for one in entry.identifiers
-                  if one != instruction["identifier"]]
-        if others:
-            rows.append(["The same for", " ".join(
-                f'<a href="{one["help"]}.html">{escape(one["category"])}: '
-                f'{escape(one["name"].strip())}</a><br>' for one in others)])
         return html.table([("", "name"), ("", "")], rows, "facts")
 
     def family_page(self, page):
