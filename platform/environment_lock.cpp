@@ -3,7 +3,7 @@
 namespace platform {
 
 std::unique_lock<std::mutex> LockEnvironment() {
-  static constinit std::mutex mutex;
+  static std::mutex mutex;
   return std::unique_lock(mutex);
 }
 

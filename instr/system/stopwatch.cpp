@@ -26,7 +26,7 @@ struct FreeMemory {
 double* Table(Call& call) {
   IXNamedDataStore* store = call.NamedData();
   if (store == nullptr) return nullptr;
-  static constinit std::mutex first_use;
+  static std::mutex first_use;
   const std::lock_guard lock(first_use);
   if (void* found = store->LookUp(kTableName)) return static_cast<double*>(found);
   std::unique_ptr<double, FreeMemory> table(

@@ -204,8 +204,9 @@ class Checker:
         if not rows:
             return
         try:
-            for (row, _), answer in zip(rows, run_rows(rows, self.library)):
-                for text in row.faults(answer):
+            for (row, _), (answer, again) in zip(rows, run_rows(rows, self.library)):
+                kept = [] if again is None else [row.kept_fault(again)]
+                for text in filter(None, row.faults(answer) + kept):
                     self.fault(page, row.line, text)
         except RuntimeError as error:
             self.fault(page, 1, str(error))

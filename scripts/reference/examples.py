@@ -11,6 +11,9 @@ from reference.library import name_of
 
 CATEGORIES = {"booleans": "Array: Boolean", "numbers": "Array: Number", "strings": "Array: String",
               "points": "Array: Point", "lines": "Array: Line"}
+# What results of each type hold before a call that must leave them alone.
+HELD = {256: True, 258: 7.5, 259: "held", 260: {"x": 7.5, "y": -7.5}, 261: {"a": 0.5, "d": 7.5}}
+BEFORE = HELD | {code + 256: [held, held] for code, held in HELD.items()}
 SAYS = re.compile(r'\s*(?:(error|complaint|warning)(?:\s+("(?:[^"\\]|\\.)*"))?|event\s+(-?\d+)\s+(\S+))\s*')
 
 
@@ -144,6 +147,9 @@ class Row:
                 raise ColumnError(f"{title}: {error}") from error
         self.call = {"instr": self.instruction["identifier"], "const": constants,
                      "in": inputs + repeated}
+        # A failure leaves the results as they were, unless the row tells what they are then.
+        self.before = [BEFORE[one["type"]] for one in self.instruction["results"]]
+        self.leaves_results = not self.says[0] and not self.expected
 
     @staticmethod
     def pick(bound, row):
@@ -186,17 +192,25 @@ class Row:
                 found.append(f"{name_of(result)}: expected {expected}, found {value}")
         return found
 
+    def kept_fault(self, answer):
+        """What is wrong where a failing call found results that held something."""
+        if answer.get("status") == 0 or answer.get("out") != self.before:
+            return f"results held {self.before} and hold {answer.get('out')} after the failure"
+        return None
+
 
 def show_messages(messages):
     return " ; ".join(f"{kind} {json.dumps(text)}" for kind, text in messages) or "no message"
 
 
 def run_rows(page_rows, library):
-    """Runs rows (row, whether in degrees) in one process, in an empty folder; gives the answers."""
+    """Runs rows (row, whether in degrees) in one process, in an empty folder; gives for each its
+    answer, and the answer of a failing call to results that held something, or None."""
     requests = []
     for row, degrees in page_rows:
         unit = "degrees" if degrees else "radians"
-        requests += [{"set": {"angleUnit": unit}}, row.call]
+        again = row.call | {"prev": row.before} if row.leaves_results else {"set": {}}
+        requests += [{"set": {"angleUnit": unit}}, row.call, again]
     lines = "".join(json.dumps(one) + "\n" for one in requests)
     environment = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
     with tempfile.TemporaryDirectory() as folder:
@@ -205,7 +219,8 @@ def run_rows(page_rows, library):
     answers = [json.loads(line, parse_int=lambda digits: float(digits) if digits == "-0"
                           else int(digits)) for line in ran.stdout.decode().splitlines()]
     if len(answers) != len(requests):
-        last = page_rows[min(len(answers) // 2, len(page_rows) - 1)][0]
+        last = page_rows[min(len(answers) // 3, len(page_rows) - 1)][0]
         raise RuntimeError(f"nuvhost ended at line {last.line} with {ran.returncode}: "
                            f"{ran.stderr.decode(errors='replace')}")
-    return answers[1::2]
+    return [(answer, again if row.leaves_results else None)
+            for (row, _), answer, again in zip(page_rows, answers[1::3], answers[2::3])]
