@@ -79,6 +79,8 @@ def examples(example_table):
     for title in example_table.header:
         if title.startswith("→"):
             header.append((escape(title[1:].strip()), "result"))
+        elif title == "draws":
+            header.append(("draws", "result draws"))
         elif title == "says":
             header.append(("says", "says"))
         else:
