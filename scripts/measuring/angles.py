@@ -123,8 +123,8 @@ def write(library, page):
         ## Trigonometric instructions
 
         Against values to 50 digits, at {COUNT} random doubles of each range, even over the powers
-        of two where it spans many. Errors are in ulps, units in the last place of the exact value: the
-        double nearest to it is off by half a unit, and none can do better.
+        of two where it spans many. Errors are in ulps, units in the last place of the exact value:
+        the double nearest to it is off by half a unit, and none can do better.
 
         Sin, Cos, Tan and their inverses are those of the C library, here the GNU C library's; the
         system's own on Windows may differ in the last bit. So their errors are told in steps: 0.6,

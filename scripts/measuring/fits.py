@@ -132,8 +132,8 @@ def write(library, page):
         Without outliers, against the line and the circle of least squared distances, which were
         computed to 50 digits from the very coordinates: the line by its principal axis, the circle
         by Newton's method on the distances along the radius. Each row is of {SCENES} random scenes,
-        of 60 points unless it says otherwise, near a line of length 100 or a circle of diameter 100,
-        as far from the origin as the row says.
+        of 60 points unless it says otherwise, near a line of length 100 or a circle of diameter
+        100, as far from the origin as the row says.
 
         The angle is in radians. All lengths are in ulps, units in the last place of the largest
         coordinate: 1.1e-13 at 1000. "line" is how far the fitted line, as its angle and distance
@@ -149,8 +149,8 @@ def write(library, page):
         the fit takes them about the mean of the points.""")
     circles(library, page)
     page.write("""
-        **Conclusion.** For lines, centres, diameters and mean errors rounding is no concern: at
-        coordinates of some thousands it moves a fit by some 1e-12, nothing beside noise of a thousandth
+        **Conclusion.** For lines, centres, diameters and mean errors rounding is no concern:
+        at coordinates of some thousands it moves a fit by some 1e-12, nothing beside noise of a thousandth
         of a pixel. Far from the origin the fits lose what the coordinates themselves cannot hold,
         and no more, so there is no need to move them. A short arc is another matter: its centre and
         diameter are the exact least squares, yet tell little, since noise moves these far.

@@ -24,7 +24,7 @@ class CalledLibrary(Library):
         return [answer["out"] for answer in answers]
 
     def _exchange(self, requests):
-        """By way of files: each answer is flushed, and a pipe would wake its reader for every one."""
+        """By way of files: answers are flushed, and a pipe would wake its reader for each."""
         with tempfile.TemporaryFile() as asked, tempfile.TemporaryFile() as answered:
             asked.write("".join(json.dumps(request) + "\n" for request in requests).encode())
             asked.seek(0)
