@@ -23,11 +23,11 @@ std::string Escaped(const std::string& text) {
 std::string WithExpression(const std::string& expression) {
   return R"({"data": {"half": 0.5, "on": true, "list": [1], "both": 1, "\"\u00e9\n\ud83d\ude00\\": 2},
 "steps": [
-  {"name": "seven", "instr": "SetNumber", "in": [7]},
-  {"name": "inner diameter", "instr": "SetNumber", "in": [-2.25]},
-  {"name": "low", "instr": "MinArr", "in": [[8, 3, 5]]},
-  {"name": "both", "instr": "SetNumber"},
-  {"name": "min", "instr": "SetNumber", "in": [11]},
+  {"name": "seven", "instr": "_Nuv_Numeric_Set_", "in": [7]},
+  {"name": "inner diameter", "instr": "_Nuv_Numeric_Set_", "in": [-2.25]},
+  {"name": "low", "instr": "_Nuv_Numeric_CMinArr_", "in": [[8, 3, 5]]},
+  {"name": "both", "instr": "_Nuv_Numeric_Set_"},
+  {"name": "min", "instr": "_Nuv_Numeric_Set_", "in": [11]},
   {"name": "point", "instr": "PtSet"}],
 "report": [{"label": "R", "value": {"expr": )" +
          Escaped(expression) + "}}]}";
