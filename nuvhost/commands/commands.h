@@ -49,6 +49,7 @@ struct RunOptions {
   std::string results;            ///< a file for all results, .csv or .json; none if empty
   bool keep_going = false;        ///< past steps that fail
   std::string overlay = {};       ///< a file for what is drawn, .svg; none if empty
+  std::string report = {};        ///< a file for the report page, .html; none if empty
   std::string log = {};           ///< a file for the log's entries, from the first step on
   std::string plugin = {};        ///< the library's file, which must not be written
 };

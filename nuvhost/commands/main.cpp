@@ -198,6 +198,10 @@ class CommandLine {
                     "draw the annotations over the program's image into OUT.svg; of several runs "
                     "each into OUT-DATAFILE.svg")
         ->type_name("OUT");
+    run->add_option("--report", arguments_.run.report,
+                    "write a page to look at into OUT.html: the verdict, the parts that are not "
+                    "good, charts and statistics")
+        ->type_name("OUT");
     run->add_flag("--keep-going", arguments_.run.keep_going, "go on after a step that fails");
   }
 

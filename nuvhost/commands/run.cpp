@@ -6,6 +6,7 @@
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/reading/source_text.h"
 #include "nuvhost/running/program_runs.h"
+#include "nuvhost/showing/page_file.h"
 #include "nuvhost/showing/picture_files.h"
 #include "nuvhost/showing/report.h"
 #include "nuvhost/showing/results_file.h"
@@ -21,14 +22,15 @@ void CheckFiles(const Program& program, const RunOptions& options,
                 const std::vector<PlannedRun>& runs, const std::vector<std::string>& pictures) {
   std::vector<NamedFile> read = FilesRead(program, runs);
   read.push_back({"the plug-in library", options.plugin});
-  std::vector<NamedFile> written{{"--log", options.log}, {"--results", options.results}};
+  std::vector<NamedFile> written{
+      {"--log", options.log}, {"--results", options.results}, {"--report", options.report}};
   for (const std::string& name : pictures) written.push_back({"--overlay", name});
   CheckWritten(written, read);
 }
 
 }  // namespace
 
-int RunChecked(const Program& program, const RunOptions& options,
+int RunChecked(const Catalogue& catalogue, const Program& program, const RunOptions& options,
                const std::optional<Image>& image) {
   const std::vector<PlannedRun> runs = PlanRuns(program, options.data);
   std::vector<std::string> pictures;
@@ -45,6 +47,9 @@ int RunChecked(const Program& program, const RunOptions& options,
   if (!options.results.empty()) {
     observers.push_back(std::make_unique<ResultsFile>(options.results, program));
   }
+  if (!options.report.empty()) {
+    observers.push_back(std::make_unique<PageFile>(options.report, program, catalogue, image));
+  }
   observers.push_back(MakeReport(program, runs.size()));
   observers.push_back(MakeVerdict(program));
   return RunAll(program, runs, options.keep_going, observers);
@@ -57,7 +62,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   Mistakes mistakes;
   const Program program = ReadProgram(catalogue, std::move(*source), mistakes);
   std::optional<Image> image;
-  if (!options.overlay.empty()) image = LoadImage(program, mistakes);
+  if (!options.overlay.empty() || !options.report.empty()) image = LoadImage(program, mistakes);
   if (!mistakes.Empty()) {
     if (options.data.empty()) LoadData(program, {}, mistakes);  // what is wrong with these, too
     for (const std::string& mistake : mistakes.Listing()) {
@@ -65,7 +70,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
     }
     return kExitWrongCall;
   }
-  return RunChecked(program, options, image);
+  return RunChecked(catalogue, program, options, image);
 }
 
 }  // namespace nuvhost

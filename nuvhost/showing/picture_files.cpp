@@ -15,7 +15,8 @@ namespace {
 
 constexpr const char* kPicture = "the picture";
 
-/// All that the steps of a run drew.
+}  // namespace
+
 Annotations AnnotationsOf(const RunOutcome& run) {
   Annotations annotations;
   for (const StepOutcome& step : run.steps) {
@@ -23,8 +24,6 @@ Annotations AnnotationsOf(const RunOutcome& run) {
   }
   return annotations;
 }
-
-}  // namespace
 
 std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes) {
   if (program.image.empty()) return std::nullopt;
