@@ -91,7 +91,8 @@ def main():
     failures = []
 
     programs = {str(path): path.read_text(encoding="utf-8")
-                for path in sorted(ROOT.glob("examples/*/program.json"))}
+                for pattern in ("examples/*/program.json", "docs/instructions/pictures/*.json")
+                for path in sorted(ROOT.glob(pattern))}
     if not programs:
         failures.append("no example has a program")
     for page in ["README.md", "docs/programs.md"]:
