@@ -6,8 +6,10 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <set>
 
 #include "nuvhost/running/step_runner.h"
+#include "nuvhost/showing/step_graph.h"
 #include "nuvhost/values/json_value.h"
 #include "tests/instr/table.h"
 
@@ -127,6 +129,26 @@ TEST(Expression, TellsMistakesByTheirPlace) {
   const std::string deep(201, '(');
   EXPECT_NE(Dump(ValueOf(WithExpression(deep))).find("nested over 200 deep"), std::string::npos);
   EXPECT_EQ(ValueOf(WithExpression(deep.substr(1) + "1" + std::string(200, ')'))), 1);
+}
+
+// The graph shows no operators: what an expression takes flows into its user.
+TEST(Expression, IsDrawnAsOneWithItsUser) {
+  Mistakes mistakes;
+  const Program program = ReadProgram(
+      BuiltCatalogue(), SourceText("p.json", R"({"data": {"d": {"file": "d.csv"}}, "steps": [
+  {"name": "a", "instr": "_Nuv_Numeric_Set_"},
+  {"name": "b", "instr": "_Nuv_Numeric_Set_", "in": [{"expr": "(a + d) * a - 1"}]}],
+"report": [{"label": "R", "value": {"expr": "-b ^ a"}}]})"),
+      mistakes);
+  ASSERT_TRUE(mistakes.Empty()) << mistakes.Listing()[0];
+  std::string shown;
+  for (const GraphNode& node : GraphOf(program)) {
+    shown += node.name + ":";
+    std::set<std::size_t> from(node.from.begin(), node.from.end());
+    for (const std::size_t i : from) shown += " " + std::to_string(i);
+    shown += "; ";
+  }
+  EXPECT_EQ(shown, "d:; a:; b: 0 1; R: 1 2; ");
 }
 
 // Whatever stands in an expression, it is read or refused at a place within it.
