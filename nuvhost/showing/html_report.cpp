@@ -51,6 +51,12 @@ std::string WithUnit(const std::string& number, const Characteristic& characteri
   return characteristic.unit.empty() ? number : number + "\u00A0" + HtmlText(characteristic.unit);
 }
 
+/// A characteristic's limits, or the truth that it expects.
+std::string Asked(const Characteristic& row) {
+  const std::string limits = LimitsText(row.limits);
+  return row.limits.expected ? "expected: " + limits : HtmlText(limits);
+}
+
 std::string Shown(const PartValue& value, const Characteristic& characteristic) {
   if (!value.number) return "no value";
   if (characteristic.limits.expected) return *value.number != 0 ? "yes" : "no";
@@ -202,7 +208,7 @@ class Page {
       if (value.holds) continue;
       const Characteristic& row = data_.characteristics[i];
       rows += "<tr><th scope=\"row\">" + Name(row.label) + "</th><td>" + Shown(value, row) +
-              "</td><td>" + HtmlText(LimitsText(row.limits)) + "</td></tr>\n";
+              "</td><td>" + Asked(row) + "</td></tr>\n";
     }
     if (!rows.empty()) {
       html +=
@@ -242,7 +248,7 @@ class Page {
                          number ? ShortNumber(*number, decimals) : kNothing);
     };
     html += "<dl>\n" + item("n", static_cast<double>(statistics.count), 0) +
-            item("Mean", statistics.mean, finer) + item("Std deviation", statistics.deviation, {}) +
+            item("Mean", statistics.mean, finer) + item("Std dev.", statistics.deviation, {}) +
             item("Min", statistics.least, row.decimals) +
             item("Max", statistics.most, row.decimals) + item("Cp", statistics.cp, 2) +
             item("Cpk", statistics.cpk, 2) + "</dl>\n";
