@@ -230,12 +230,10 @@ class Page {
   std::string CharacteristicCard(std::size_t index) const {
     const Characteristic& row = data_.characteristics[index];
     const Statistics& statistics = data_.statistics[index];
-    const std::string limits = LimitsText(row.limits);
     std::string html = fmt::format(
         "<article class=\"characteristic\" id=\"row-{}\">\n<h3>{}</h3>\n<p "
         "class=\"asked\">{}</p>\n",
-        index, Name(row.label),
-        row.limits.expected ? "expected: " + limits : WithUnit(HtmlText(limits), row));
+        index, Name(row.label), row.limits.expected ? Asked(row) : WithUnit(Asked(row), row));
     html += statistics.bad == 0 ? "<p class=\"outside none\">none bad</p>\n"
                                 : fmt::format("<p class=\"outside\">{} bad</p>\n", statistics.bad);
     html += Chart(data_, index);
