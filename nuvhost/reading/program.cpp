@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <map>
+#include <numeric>
 
 #include "nuvhost/error.h"
 #include "nuvhost/reading/arguments.h"
@@ -23,7 +23,7 @@ class ProgramReader {
       : catalogue_(catalogue),
         program_(program),
         checker_(program.source, mistakes),
-        arguments_(checker_, program, values_) {}
+        arguments_(catalogue, checker_, program, values_) {}
 
   void Read(const Located& root) {
     if (!checker_.IsObject(
@@ -72,11 +72,8 @@ class ProgramReader {
     }
     for (const auto& [name, value] : json.Members()) {
       if (name.empty()) checker_.Complain(value.NameOffset(), "data needs a name");
-      if (value->is_object() && !IsPair(*value)) {
-        checker_.IsObject(value, "data from a file", {"file"}, {"file"});
-        const auto file = checker_.Name(value, "file");
-        const std::size_t offset = value.Find("file").value_or(value).Offset();
-        program_.data.push_back({std::string(name), file.value_or(""), offset});
+      if (value->is_object() && !IsPair(*value) && !value->contains("value")) {
+        ReadDatum(std::string(name), value);
       } else if (value->is_null()) {
         checker_.Complain(
             value, "data " + Quoted(name) + R"( is a value or {"file": "NAME.csv"}, found null)");
@@ -84,6 +81,20 @@ class ProgramReader {
         values_.emplace(name, value);
       }
     }
+  }
+
+  void ReadDatum(const std::string& name, const Located& json) {
+    checker_.IsObject(json, "data from a file", {"file", "decimal", "allowEmpty"}, {"file"});
+    Datum datum{name, checker_.Name(json, "file").value_or(""),
+                json.Find("file").value_or(json).Offset()};
+    if (const auto decimal = json.Find("decimal")) {
+      if (**decimal != "." && **decimal != ",") {
+        checker_.Complain(*decimal, R"("decimal": expected "." or ",", found )" + Dump(**decimal));
+      }
+      if (**decimal == ",") datum.decimal = ',';
+    }
+    datum.allow_empty = checker_.Boolean(json, "allowEmpty").value_or(false);
+    program_.data.push_back(std::move(datum));
   }
 
   /// A point or a line.
@@ -161,7 +172,7 @@ class ProgramReader {
     }
     const auto value = json.Find("value");
     if (!value) return;
-    const auto reference = arguments_.Reference(*value, program_.steps.size());
+    const auto reference = arguments_.ReportValue(*value, row.label);
     if (!reference) return;
     row.value = *reference;
     const std::uint32_t type =
@@ -180,11 +191,22 @@ class ProgramReader {
   const Catalogue& catalogue_;
   Program& program_;
   Checker checker_;
-  std::map<std::string, Located, std::less<>> values_;  ///< data in the program itself
+  LiteralData values_;
   ArgumentReader arguments_;
 };
 
 }  // namespace
+
+std::vector<std::size_t> RunOrder(const Program& program) {
+  const auto rank = [&](std::size_t step) {  // a generated step's is below that of its user
+    const std::optional<Generated>& generated = program.steps[step].generated;
+    return generated ? 2 * generated->before : 2 * step + 1;
+  };
+  std::vector<std::size_t> order(program.steps.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::ranges::stable_sort(order, {}, rank);
+  return order;
+}
 
 bool Program::Judges() const {
   return std::ranges::any_of(report, [](const ReportRow& row) { return row.limits.Judge(); });

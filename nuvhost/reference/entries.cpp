@@ -61,7 +61,7 @@ bool IsWordSign(char c) {
 }  // namespace
 
 std::string Entry::Summary() const {
-  const std::string text = PlainParagraph(markdown);
+  std::string text = PlainParagraph(markdown);
   for (std::size_t end = 1; end <= text.size(); ++end) {
     const std::string_view sentence(text.data(), end);
     const bool is_end =

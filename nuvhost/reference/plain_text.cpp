@@ -79,7 +79,7 @@ std::string WithoutMarks(std::string_view text) {
         continue;
       }
     } else if (rest.starts_with('\\') && rest.size() > 1 &&
-               std::string_view("*_`\\[]|").find(rest[1]) != std::string_view::npos) {
+               std::string_view("*_`\\[]|\"").find(rest[1]) != std::string_view::npos) {
       plain += rest[1];
       ++i;
       continue;
@@ -207,6 +207,7 @@ std::string TableText(const Lines& lines, std::size_t width) {
       if (cell.starts_with('`') || cell.find('"') == std::string::npos) cell = WithoutMarks(cell);
     }
   }
+  if (rows[0].empty()) return "";
   std::vector<std::size_t> widths(rows[0].size(), 0);
   for (std::size_t i = 1; i < rows.size(); ++i) {
     for (std::size_t column = 0; column < widths.size(); ++column) {
@@ -234,7 +235,8 @@ std::string BlockText(const Lines& lines, std::size_t width) {
     return shown;
   }
   if (lines[0].starts_with('#')) {
-    return "  " + WithoutMarks(Trimmed(lines[0].substr(lines[0].find_first_not_of('#')))) + '\n';
+    const std::size_t begin = std::min(lines[0].find_first_not_of('#'), lines[0].size());
+    return "  " + WithoutMarks(Trimmed(lines[0].substr(begin))) + '\n';
   }
   return ParagraphsText(lines, width);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "nuvhost/error.h"
+#include "nuvhost/system/input_file.h"
 #include "nuvhost/text/names.h"
 
 namespace nuvhost {
@@ -71,12 +72,14 @@ std::vector<NamedFile> FilesRead(const Program& program, const std::vector<Plann
   const std::string& name = program.source.Name();
   std::vector<NamedFile> read{{"the program", name}};
   const auto add_own = [&](const char* role, const std::string& file) {
-    if (!file.empty()) read.push_back({role, BesideProgram(name, file)});
+    if (!file.empty() && file != kStandardInput) read.push_back({role, BesideProgram(name, file)});
   };
   add_own("the image", program.image);
   for (const Datum& datum : program.data) add_own("the data file", datum.file);
   for (const PlannedRun& run : runs) {
-    for (const auto& [datum, file] : run.replacements) read.push_back({"the data file", file});
+    for (const auto& [datum, file] : run.replacements) {
+      if (file != kStandardInput) read.push_back({"the data file", file});
+    }
   }
   return read;
 }

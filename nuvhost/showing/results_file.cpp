@@ -47,6 +47,12 @@ std::vector<std::string> FieldsOf(const CNuvObject& value) {
   }
 }
 
+/// The name of a result's columns; empty for a part of an expression, which has none.
+std::string HeaderOf(const Step& step, const ResultRecord& result) {
+  if (step.generated) return step.generated->label;
+  return step.name + '.' + NameFromText(result.name);
+}
+
 bool HasResults(const StepOutcome& step) {
   return step.state == State::kSucceeded || step.state == State::kDoubtful;
 }
@@ -113,9 +119,9 @@ void ResultsFile::AddHeader() {
   std::string row = "file,status";
   for (const Step& step : program_.steps) {
     for (const ResultRecord& result : step.instruction->descriptor->results) {
-      for (const char* part : ColumnsOf(result.type)) {
-        row += ',' + Field(step.name + '.' + NameFromText(result.name) + part);
-      }
+      const std::string name = HeaderOf(step, result);
+      if (name.empty()) continue;
+      for (const char* part : ColumnsOf(result.type)) row += ',' + Field(name + part);
     }
   }
   file_.Write(row + '\n');
@@ -128,6 +134,7 @@ void ResultsFile::AddRow(const RunOutcome& run) {
     const TStdVector<ResultRecord>& results = program_.steps[i].instruction->descriptor->results;
     const bool has_results = i < run.steps.size() && HasResults(run.steps[i]);
     for (std::size_t j = 0; j < results.Size(); ++j) {
+      if (HeaderOf(program_.steps[i], results[j]).empty()) continue;
       std::vector<std::string> fields(ColumnsOf(results[j].type).size());
       if (has_results && !fields.empty()) fields = FieldsOf(run.steps[i].context->results[j]);
       for (const std::string& field : fields) row += ',' + field;
@@ -142,6 +149,7 @@ void ResultsFile::AddJson(const RunOutcome& run, bool is_first) {
   json["report"] = Json::array();
   json["steps"] = Json::array();
   for (std::size_t i = 0; i < run.steps.size(); ++i) {
+    if (program_.steps[i].generated) continue;
     json["steps"].push_back(StepToJson(program_.steps[i], run.steps[i]));
   }
   for (const ReportRow& row : program_.report) {

@@ -36,7 +36,7 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
   if (failed) {
     for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
   }
-  ShowProgress(run, step + 1);
+  ShowProgress(run, ++steps_);
 }
 
 void RunTrace::RunEnded(std::size_t /*run*/, const RunOutcome& outcome) {

@@ -14,7 +14,7 @@ class RunTrace final : public RunObserver {
   RunTrace(const Program& program, const std::vector<PlannedRun>& runs, Progress& progress)
       : program_(program), runs_(runs), progress_(progress) {}
 
-  void RunBegins(std::size_t run) override { ShowProgress(run, 0); }
+  void RunBegins(std::size_t run) override { ShowProgress(run, steps_ = 0); }
   void StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) override;
   void RunEnded(std::size_t run, const RunOutcome& outcome) override;
   int Finish() override;
@@ -25,6 +25,7 @@ class RunTrace final : public RunObserver {
   const Program& program_;
   const std::vector<PlannedRun>& runs_;
   Progress& progress_;
+  std::size_t steps_ = 0;  ///< that have run
 };
 
 }  // namespace nuvhost

@@ -6,8 +6,13 @@
 
 namespace nuvhost {
 
+/// Stands for standard input where a data file is named.
+inline constexpr const char* kStandardInput = "-";
+
 /// The bytes of the file of that name in UTF-8; nothing, and the reason in words, where it cannot
 /// be read.
 std::optional<std::string> ReadBytes(const std::string& name, std::string& reason);
+/// The bytes of standard input, which can be read once.
+std::optional<std::string> ReadStandardInput(std::string& reason);
 
 }  // namespace nuvhost

@@ -100,6 +100,7 @@ def to_json(value):
 
 ARRAY = 256  # what an array's type has beyond its elements'
 TEXT = 259
+POINTS = 516
 
 
 def from_json(json_value, type_code):

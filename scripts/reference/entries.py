@@ -34,7 +34,7 @@ class Table:
     @property
     def has_examples(self):
         """Whether the columns show that this is a table of examples."""
-        return any(name.startswith("→") or name == "says" for name in self.header)
+        return any(name.startswith("→") or name in ("says", "draws") for name in self.header)
 
 
 @dataclass

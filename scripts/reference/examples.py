@@ -17,6 +17,11 @@ BEFORE = HELD | {code + 256: [held, held] for code, held in HELD.items()}
 SAYS = re.compile(r'\s*(?:(error|complaint|warning)(?:\s+("(?:[^"\\]|\\.)*"))?|event\s+(-?\d+)\s+(\S+))\s*')
 
 
+# Columns that stand for no parameter.
+SPECIAL = ("says", "draws", "type", "identifier")
+TEXTS = ("label", "font")  # what is a text of an annotation
+
+
 class ColumnError(ValueError):
     """What is wrong with a column or a cell of a row."""
 
@@ -45,7 +50,7 @@ class Column:
     def __init__(self, title, instruction, first):
         """first: the section's first instruction, whose names hold for a family's others too."""
         self.title = title
-        if title in ("says", "type", "identifier"):
+        if title in SPECIAL:
             self.kind, self.at = title, None
             return
         name = self.title
@@ -86,6 +91,44 @@ def says_of(cell):
     return good, messages, events
 
 
+def drawn_of(cell):
+    """What a cell tells to be drawn, such as `circle center (1, 2) radius 3 ; point label "a"`:
+    (figure, values by member), of which those named are compared. "nothing" is no figure."""
+    figures = []
+    at = 0
+    while cell != "nothing" and at <= len(cell):
+        found = re.compile(r"\s*(\w+)").match(cell, at)
+        if not found:
+            raise ColumnError(f'draws: no figure: "{cell[at:]}"')
+        members = {}
+        at = found.end()
+        while member := re.compile(r"\s+(\w+)\s+").match(cell, at):
+            at = member.end()
+            if cell.startswith("null", at):
+                members[member[1]], at = "null", at + 4
+            else:
+                value, at = cells.scan(cell, at)
+                members[member[1]] = cells.show(value)
+        figures.append((found[1], members))
+        at = cells.skip(cell, at)
+        if at < len(cell) and cell[at] != ";":
+            raise ColumnError(f'draws: cannot read "{cell[at:]}"')
+        at += 1
+    return figures
+
+
+def show_drawn(figure, names):
+    """Those members of an annotation, as cells."""
+    shown = {}
+    for name in names:
+        if name not in figure:
+            raise ColumnError(f"draws: a {figure['op']} has no {name}")
+        kind = cells.TEXT if name in TEXTS else cells.POINTS
+        value = figure[name]
+        shown[name] = "null" if value is None else cells.show(cells.from_json(value, kind))
+    return shown
+
+
 def constant_value(cell, constant):
     """A constant's value: a key for a choice, or its label as a text."""
     value = one_value(cell)
@@ -123,13 +166,16 @@ class Row:
         self.instruction = self.pick(bound, dict(zip(table.header, row)))
         self.expected = {}
         self.says = (True, [], [])
+        self.drawn = None  # not compared
         constants = [one["default"] for one in self.instruction["constants"]]
         inputs = [one["default"] for one in self.instruction["inputs"]]
         repeated = []
         for title, cell in zip(table.header, row):
             if title == "says":
                 self.says = says_of(cell)
-            if title in ("says", "type", "identifier") or cell == "":
+            if title == "draws" and cell:
+                self.drawn = drawn_of(cell)
+            if title in SPECIAL or cell == "":
                 continue
             column = Column(title, self.instruction, bound[0])
             try:
@@ -185,12 +231,26 @@ class Row:
                 for one in answer.get("events", [])]
         if events != sent:
             found.append(f"events: expected {events}, found {sent}")
+        found += self.drawn_faults(answer.get("annotations", []))
         for at, expected in sorted(self.expected.items()):
             result = self.instruction["results"][at]
             value = cells.show(cells.from_json(answer["out"][at], result["type"]))
             if value != expected:
                 found.append(f"{name_of(result)}: expected {expected}, found {value}")
         return found
+
+    def drawn_faults(self, figures):
+        if self.drawn is None:
+            return []
+        expected, drawn = [op for op, _ in self.drawn], [figure["op"] for figure in figures]
+        if expected != drawn:
+            return [f"draws: expected {expected}, found {drawn}"]
+        try:
+            return [f"draws: expected {op} {members}, found {told}"
+                    for (op, members), figure in zip(self.drawn, figures)
+                    if (told := show_drawn(figure, members)) != members]
+        except ColumnError as error:
+            return [str(error)]
 
     def kept_fault(self, answer):
         """What is wrong where a failing call found results that held something."""

@@ -31,7 +31,9 @@ def value(json_value):
 
 
 def code(text):
-    return f"<code>{escape(text)}</code>" if text else ""
+    """A value, which is not broken where it is short."""
+    short = ' class="short"' if len(text) <= 24 else ""
+    return f"<code{short}>{escape(text)}</code>" if text else ""
 
 
 def type_of(parameter):
@@ -77,6 +79,8 @@ def examples(example_table):
     for title in example_table.header:
         if title.startswith("→"):
             header.append((escape(title[1:].strip()), "result"))
+        elif title == "draws":
+            header.append(("draws", "result draws"))
         elif title == "says":
             header.append(("says", "says"))
         else:

@@ -99,7 +99,8 @@ class Site:
 
     def linked(self, text, page, category=None):
         """Markdown with links to entries turned into links to instructions' pages, those of the
-        same category where an entry is about several."""
+        same category where an entry is about several; and without the escapes of quotes, which
+        MkDocs would show."""
         def target(found):
             name, anchor = found[1] or page.path.name, found[2] or ""
             entry = self.by_place.get((name, anchor[1:]))
@@ -111,9 +112,9 @@ class Site:
         parts = []
         at = 0
         for found in CODE.finditer(text):
-            parts += [LINK.sub(target, text[at:found.start()]), found[0]]
+            parts += [LINK.sub(target, text[at:found.start()]).replace('\\"', '"'), found[0]]
             at = found.end()
-        return "".join(parts) + LINK.sub(target, text[at:])
+        return "".join(parts) + LINK.sub(target, text[at:]).replace('\\"', '"')
 
     def instruction_page(self, instruction):
         entry = self.entry_of[instruction["identifier"]]
@@ -126,6 +127,7 @@ class Site:
             f'<p class="crumbs" markdown="1">[All instructions](index.md) › '
             f'[{page.title}]({page.path.name})</p>\n',
             f"# {name}\n",
+            self.about(instruction, entry),
             self.markdown(blocks[0], page, category),
             self.picture(instruction),
         ]
@@ -134,7 +136,7 @@ class Site:
             if instruction[kind]:
                 parts += [f"## {title}\n", getattr(html, kind)(instruction)]
         parts += self.details(blocks[1:], page, category)
-        parts += ["## In the host\n", self.facts(instruction, entry)]
+        parts += ["## In the host\n", self.facts(instruction)]
         return "\n".join(part for part in parts if part)
 
     def details(self, blocks, page, category):
@@ -168,18 +170,22 @@ class Site:
                 f'</code> and run <code>nuvhost run program.json --overlay picture.svg</code>'
                 f'</details></figcaption></figure>\n')
 
-    def facts(self, instruction, entry):
+    def about(self, instruction, entry):
+        """The line below the heading: category, identifier, and the same for other types."""
+        line = f"{escape(instruction['category'])} · {html.code(instruction['identifier'])}"
+        others = [self.library.by_identifier[one] for one in entry.identifiers
+                  if one != instruction["identifier"]]
+        if others:
+            line += " · also for " + ", ".join(
+                f'<a href="{one["help"]}.html">{escape(one["category"])}</a>' for one in others)
+        return f'<p class="about">{line}</p>\n'
+
+    def facts(self, instruction):
         rows = [["Category", escape(instruction["category"])],
                 ["Identifier", html.code(instruction["identifier"])],
                 ["Help number", html.code(str(instruction["help"]))],
                 ["Position", html.code(str(instruction["index"]))],
                 ["Description", escape(instruction["description"] or "")]]
-        others = [self.library.by_identifier[one] for one in entry.identifiers
-                  if one != instruction["identifier"]]
-        if others:
-            rows.append(["The same for", " ".join(
-                f'<a href="{one["help"]}.html">{escape(one["category"])}: '
-                f'{escape(one["name"].strip())}</a><br>' for one in others)])
         return html.table([("", "name"), ("", "")], rows, "facts")
 
     def family_page(self, page):
@@ -189,7 +195,7 @@ class Site:
         for entry in page.entries:
             bound = [self.library.by_identifier[one] for one in entry.identifiers]
             summary = self.linked(entry.summary, page)
-            parts.append(f"## [{entry.heading}]({bound[0]['help']}.md) {{ #{entry.anchor} }}\n")
+            parts.append(f"## [{entry.heading}]({bound[0]['help']}.md)\n")
             parts.append(summary + "\n")
             if len(bound) > 1:
                 parts.append("For " + ", ".join(f"[{one['category'].removeprefix('Array: ')}]"
@@ -198,7 +204,7 @@ class Site:
 
     def all_page(self):
         """All instructions by category, to be narrowed by find.js."""
-        parts = ["---\ntitle: All instructions\nhide: [toc]\n---\n", "# All instructions\n",
+        parts = ["---\ntitle: All instructions\n---\n", "# All instructions\n",
                  f"{len(self.library.instructions)} instructions by category. Type what you look "
                  "for: a name, an identifier, an input, any words of the text; all must occur.\n",
                  '<div id="find-all" class="find"></div>\n']

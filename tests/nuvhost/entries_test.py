@@ -67,6 +67,21 @@ no sentence <- the text does not begin with a sentence
 |---|---|---|
 | 1 | | 1 | <- "maximum" is none of the results
 
+## Circle
+
+`_CAnnotCircle_` 460004
+
+Draws a circle.
+
+| radius | label | draws |
+|---|---|---|
+| 3 | "a" | circle center (0, 0) radius 3 label "a" fill false |
+| 3 | "a" | circle radius 3.5 label "a" | <- draws: expected circle {'radius': '3.5'
+| 3 | | circle radius 3 ; point | <- draws: expected ['circle', 'point'], found ['circle']
+| 0 | | nothing |
+| 3 | | nothing | <- draws: expected [], found ['circle']
+| 3 | | circle width 3 | <- draws: a circle has no width
+
 ## Generate Engine Control Event <- "Generate Engine Control Event" has neither
 
 `_Nuv_System_GenerateEngineControlEvent_` 1 <- no instruction _Nuv_System_GenerateEngineControlEvent_

@@ -145,7 +145,7 @@ TEST_F(Run, ShowsWhatInstructionsReport) {
             "  -  ----  -----------  ------  ---------------------------------------------------\n"
             "  1  it    Noisy        points  [(0, 0), (1, -1), (2, -2), (3, -3), ...] 6 elements\n"
             "                        text    \"a \\\"b\\\",\\n\xC3\xA9\"\n"
-            "                        line    a 0.5, d -0.0\n"
+            "                        line    a 28.6478897565412, d -0.0\n"
             "                                1 annotation\n");
   const Json step = Json::parse(Read("o.json"))["runs"][0]["steps"][0];
   EXPECT_EQ(step["results"][0]["value"].size(), 6u);
