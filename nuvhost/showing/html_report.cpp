@@ -51,6 +51,12 @@ std::string WithUnit(const std::string& number, const Characteristic& characteri
   return characteristic.unit.empty() ? number : number + "\u00A0" + HtmlText(characteristic.unit);
 }
 
+/// A characteristic's limits, or the truth that it expects.
+std::string Asked(const Characteristic& row) {
+  const std::string limits = LimitsText(row.limits);
+  return row.limits.expected ? "expected: " + limits : HtmlText(limits);
+}
+
 std::string Shown(const PartValue& value, const Characteristic& characteristic) {
   if (!value.number) return "no value";
   if (characteristic.limits.expected) return *value.number != 0 ? "yes" : "no";
@@ -202,7 +208,7 @@ class Page {
       if (value.holds) continue;
       const Characteristic& row = data_.characteristics[i];
       rows += "<tr><th scope=\"row\">" + Name(row.label) + "</th><td>" + Shown(value, row) +
-              "</td><td>" + HtmlText(LimitsText(row.limits)) + "</td></tr>\n";
+              "</td><td>" + Asked(row) + "</td></tr>\n";
     }
     if (!rows.empty()) {
       html +=
@@ -224,12 +230,10 @@ class Page {
   std::string CharacteristicCard(std::size_t index) const {
     const Characteristic& row = data_.characteristics[index];
     const Statistics& statistics = data_.statistics[index];
-    const std::string limits = LimitsText(row.limits);
     std::string html = fmt::format(
         "<article class=\"characteristic\" id=\"row-{}\">\n<h3>{}</h3>\n<p "
         "class=\"asked\">{}</p>\n",
-        index, Name(row.label),
-        row.limits.expected ? "expected: " + limits : WithUnit(HtmlText(limits), row));
+        index, Name(row.label), row.limits.expected ? Asked(row) : WithUnit(Asked(row), row));
     html += statistics.bad == 0 ? "<p class=\"outside none\">none bad</p>\n"
                                 : fmt::format("<p class=\"outside\">{} bad</p>\n", statistics.bad);
     html += Chart(data_, index);
@@ -242,7 +246,7 @@ class Page {
                          number ? ShortNumber(*number, decimals) : kNothing);
     };
     html += "<dl>\n" + item("n", static_cast<double>(statistics.count), 0) +
-            item("Mean", statistics.mean, finer) + item("Std deviation", statistics.deviation, {}) +
+            item("Mean", statistics.mean, finer) + item("Std dev.", statistics.deviation, {}) +
             item("Min", statistics.least, row.decimals) +
             item("Max", statistics.most, row.decimals) + item("Cp", statistics.cp, 2) +
             item("Cpk", statistics.cpk, 2) + "</dl>\n";

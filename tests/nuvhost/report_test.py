@@ -134,7 +134,7 @@ def exact_statistics(numbers, least, most):
     room = [side for side in (least is not None and mean - Fraction(least),
                               most is not None and Fraction(most) - mean) if side is not False]
     both = least is not None and most is not None
-    return {"n": len(exact), "Mean": mean, "Std deviation": deviation, "Min": min(exact), "Max": max(exact),
+    return {"n": len(exact), "Mean": mean, "Std dev.": deviation, "Min": min(exact), "Max": max(exact),
             "Cp": (Fraction(most) - Fraction(least)) / (6 * deviation) if both else None,
             "Cpk": min(room) / (3 * deviation)}
 
