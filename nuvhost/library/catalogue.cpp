@@ -62,6 +62,13 @@ Catalogue::Catalogue(const std::filesystem::path& plugin_path) : library_(plugin
     IXInstrPlugin* prototype = library.GetPlugins()[i];
     entries_.push_back({i, prototype, prototype->GetDescriptor()});
   }
+  for (const CatalogueEntry& entry : entries_) {
+    const DescriptorRecord& descriptor = *entry.descriptor;
+    for (std::string name : {NameFromText(descriptor.name), FullName(descriptor),
+                             NameFromText(descriptor.identifier)}) {
+      by_name_.emplace(std::move(name), &entry);
+    }
+  }
 }
 
 const CatalogueEntry* Catalogue::FindIdentifier(std::string_view identifier) const {
@@ -74,20 +81,16 @@ const CatalogueEntry* Catalogue::FindIdentifier(std::string_view identifier) con
 const CatalogueEntry& Catalogue::Find(std::string_view name) const {
   if (const CatalogueEntry* found = FindIdentifier(name)) return *found;
 
-  const std::string_view wanted = WithoutTrailingBlanks(name);
   std::vector<const CatalogueEntry*> found;
-  std::vector<std::string> names;
-  for (const CatalogueEntry& instruction : entries_) {
-    const DescriptorRecord& descriptor = *instruction.descriptor;
-    const std::string forms[] = {NameFromText(descriptor.name), FullName(descriptor),
-                                 NameFromText(descriptor.identifier)};
-    if (std::ranges::find(forms, wanted) != std::end(forms)) found.push_back(&instruction);
-    names.insert(names.end(), std::begin(forms), std::end(forms));
+  const auto [first, last] = by_name_.equal_range(WithoutTrailingBlanks(name));
+  for (auto one = first; one != last; ++one) {
+    if (found.empty() || found.back() != one->second) found.push_back(one->second);
   }
   if (found.size() == 1) return *found.front();
   if (found.empty()) {
-    throw UserError("no instruction \"{}\"{}", name,
-                    DidYouMean(name, {names.begin(), names.end()}));
+    std::vector<std::string_view> names;
+    for (const auto& [known, entry] : by_name_) names.push_back(known);
+    throw UserError("no instruction \"{}\"{}", name, DidYouMean(name, names));
   }
   std::string text = fmt::format("several instructions are named \"{}\"; write one of", name);
   for (const CatalogueEntry* instruction : found) {

@@ -2,6 +2,8 @@
 // use. Names and complaints are UTF-8, in which each byte of a descriptor's text is a character.
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +38,8 @@ class Catalogue {
  private:
   PluginLibrary library_;
   std::vector<CatalogueEntry> entries_;
+  /// By each name that an instruction goes by, in the catalogue's order.
+  std::multimap<std::string, const CatalogueEntry*, std::less<>> by_name_;
 };
 
 /// The position of an input, a result or a constant by its name. A number is a position; a

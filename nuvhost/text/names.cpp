@@ -50,6 +50,8 @@ std::string DidYouMean(std::string_view name, const std::vector<std::string_view
     std::size_t distance;
     std::string_view name;
   };
+  constexpr std::size_t kLongest = 200;  // far beyond what a name is, mistyped or not
+  if (name.size() > kLongest) return "";
   const std::size_t limit = std::max<std::size_t>(2, name.size() / 3);
   std::vector<Near> nearest;
   for (const std::string_view candidate : candidates) {
