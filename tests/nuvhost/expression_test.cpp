@@ -11,6 +11,7 @@
 #include "nuvhost/running/step_runner.h"
 #include "nuvhost/showing/step_graph.h"
 #include "nuvhost/values/json_value.h"
+#include "platform/math.h"
 #include "tests/instr/table.h"
 
 namespace nuvhost {
@@ -202,7 +203,7 @@ class Writer {
       case 6:
         return Pair(depth, " / ",
                     [](double a, double b) { return b == 0.0 ? std::optional<double>() : a / b; });
-      case 7: return Pair(depth, "^", [](double a, double b) { return std::pow(a, b); });
+      case 7: return Pair(depth, "^", [](double a, double b) { return platform::Pow(a, b); });
       case 8: return Single(depth, "-(", [](double a) { return -a; });
       case 9: return Single(depth, "abs(", [](double a) { return std::fabs(a); });
       default:
