@@ -215,23 +215,31 @@ std::vector<GraphNode> GraphOf(const Program& program) {
     const Datum& datum = program.data[use.datum];
     nodes.push_back({datum.name, datum.file, true, false, {}});
   }
-  const std::size_t first = nodes.size();
-  for (const Step& step : program.steps) {
-    GraphNode node{step.name, NameFromText(step.instruction->descriptor->name), false, false, {}};
+  std::vector<std::size_t> node_of(program.steps.size());
+  for (const std::size_t index : RunOrder(program)) {
+    const Step& step = program.steps[index];
+    const std::string instruction = NameFromText(step.instruction->descriptor->name);
+    GraphNode node{step.name, instruction, false, false, {}};
+    if (step.generated) {
+      node.name = instruction;
+      node.detail = step.generated->label.empty() ? "in an expression" : step.generated->label;
+    }
     for (const Argument& argument : step.inputs) {
       std::optional<std::size_t> from;
       if (const auto* use = std::get_if<UseNumber>(&argument)) {
         from = data[program.uses[use->use].datum];
       } else if (const auto* result = std::get_if<StepResult>(&argument)) {
-        from = first + result->step;
+        from = node_of[result->step];
       }
-      if (from && std::ranges::find(node.from, *from) == node.from.end())
+      if (from && std::ranges::find(node.from, *from) == node.from.end()) {
         node.from.push_back(*from);
+      }
     }
+    node_of[index] = nodes.size();
     nodes.push_back(std::move(node));
   }
   for (const ReportRow& row : program.report) {
-    if (row.limits.Judge()) nodes[first + row.value.step].is_judged = true;
+    if (row.limits.Judge()) nodes[node_of[row.value.step]].is_judged = true;
   }
   return nodes;
 }

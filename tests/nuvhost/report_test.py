@@ -72,7 +72,7 @@ def write_parts(folder, names):
         "steps": [
             {"name": "largest", "instr": "MaxArr", "in": [{"data": "values"}]},
             {"name": "smallest", "instr": "MinArr", "in": [{"data": "values"}]},
-            {"name": HOSTILE, "instr": "LessOrEq", "in": [{"step": "largest"}, LIMITS["top"][1]]},
+            {"name": HOSTILE, "instr": "LessOrEq", "in": [{"expr": "largest.max + 0"}, LIMITS["top"][1]]},
             {"name": "mark", "instr": "_CAnnotText_",
              "in": {"label": HOSTILE, "paint background": True}},
         ],
@@ -203,7 +203,7 @@ def main(browser, command):
         verdict = text(dom.find("p", class_="verdict")[0])
         assert f"{good} of {PARTS} parts are good" in verdict and f"{good * 1000 // PARTS / 10:.1f} %" in verdict
         assert len(dom.find("article", class_="part")) == min(PARTS - good, 50)
-        assert len(dom.find("g", class_="node")) == 5
+        assert len(dom.find("g", class_="node")) == 6
         check_characteristic(dom, 0, rows, "smallest.min", LIMITS["free"])
         check_characteristic(dom, 1, rows, "largest.max", LIMITS["top"])
 
