@@ -204,6 +204,30 @@ class Layout {
   double bottom_ = 0;
 };
 
+/// Whether a step is an operator within an expression, which is drawn as one with what takes it.
+bool IsPart(const Step& step) {
+  return step.generated && step.generated->label.empty();
+}
+
+/// The data and the results of other boxes that a step takes, also through its expressions.
+std::vector<Argument> InputsOf(const Program& program, const Step& step) {
+  std::vector<Argument> inputs;
+  std::vector<const Step*> open{&step};
+  while (!open.empty()) {
+    const Step& next = *open.back();
+    open.pop_back();
+    for (const Argument& argument : next.inputs) {
+      const auto* result = std::get_if<StepResult>(&argument);
+      if (result != nullptr && IsPart(program.steps[result->step])) {
+        open.push_back(&program.steps[result->step]);
+      } else if (!std::holds_alternative<CNuvObject>(argument)) {
+        inputs.push_back(argument);
+      }
+    }
+  }
+  return inputs;
+}
+
 }  // namespace
 
 std::vector<GraphNode> GraphOf(const Program& program) {
@@ -215,31 +239,23 @@ std::vector<GraphNode> GraphOf(const Program& program) {
     const Datum& datum = program.data[use.datum];
     nodes.push_back({datum.name, datum.file, true, false, {}});
   }
-  std::vector<std::size_t> node_of(program.steps.size());
-  for (const std::size_t index : RunOrder(program)) {
-    const Step& step = program.steps[index];
-    const std::string instruction = NameFromText(step.instruction->descriptor->name);
-    GraphNode node{step.name, instruction, false, false, {}};
-    if (step.generated) {
-      node.name = instruction;
-      node.detail = step.generated->label.empty() ? "in an expression" : step.generated->label;
+  std::map<std::size_t, std::size_t> steps;  // nodes by step
+  for (std::size_t i = 0; i < program.steps.size(); ++i) {
+    const Step& step = program.steps[i];
+    if (IsPart(step)) continue;
+    steps[i] = nodes.size();
+    const std::string& name = step.generated ? step.generated->label : step.name;
+    GraphNode node{name, NameFromText(step.instruction->descriptor->name), false, false, {}};
+    for (const Argument& argument : InputsOf(program, step)) {
+      const auto* use = std::get_if<UseNumber>(&argument);
+      const std::size_t from = use != nullptr ? data[program.uses[use->use].datum]
+                                              : steps[std::get<StepResult>(argument).step];
+      if (std::ranges::find(node.from, from) == node.from.end()) node.from.push_back(from);
     }
-    for (const Argument& argument : step.inputs) {
-      std::optional<std::size_t> from;
-      if (const auto* use = std::get_if<UseNumber>(&argument)) {
-        from = data[program.uses[use->use].datum];
-      } else if (const auto* result = std::get_if<StepResult>(&argument)) {
-        from = node_of[result->step];
-      }
-      if (from && std::ranges::find(node.from, *from) == node.from.end()) {
-        node.from.push_back(*from);
-      }
-    }
-    node_of[index] = nodes.size();
     nodes.push_back(std::move(node));
   }
   for (const ReportRow& row : program.report) {
-    if (row.limits.Judge()) nodes[node_of[row.value.step]].is_judged = true;
+    if (row.limits.Judge()) nodes[steps.at(row.value.step)].is_judged = true;
   }
   return nodes;
 }

@@ -17,7 +17,7 @@ struct GraphNode {
   std::vector<std::size_t> from;  ///< earlier nodes that it takes something from
 };
 
-/// The data files that are used, and the steps in the order in which they run.
+/// The data files that are used, and the steps in their order.
 std::vector<GraphNode> GraphOf(const Program& program);
 
 /// The graph as an SVG element for a page that styles its classes "edge", "node", "data", "judged",

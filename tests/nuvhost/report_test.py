@@ -215,7 +215,7 @@ def main(browser, command):
         assert f"{good} of {PARTS} parts are good" in verdict
         assert f"{good * 1000 // PARTS / 10:.1f} %" in verdict
         assert len(dom.find("article", class_="part")) == min(PARTS - good, 50)
-        assert len(dom.find("g", class_="node")) == 6
+        assert len(dom.find("g", class_="node")) == 5
         check_characteristic(dom, 0, rows, "smallest.min", LIMITS["free"])
         check_characteristic(dom, 1, rows, "largest.max", LIMITS["top"])
 
