@@ -50,7 +50,8 @@ class Dom(html.parser.HTMLParser):
 
     def find(self, tag, within=None, **attributes):
         return [e for e in self.elements if e[0] == tag and (within is None or within in e[3])
-                and all(value in e[1].get(name.strip("_"), "").split() for name, value in attributes.items())]
+                and all(value in e[1].get(name.strip("_"), "").split()
+                        for name, value in attributes.items())]
 
 
 def text(element):
@@ -72,14 +73,16 @@ def write_parts(folder, names):
         "steps": [
             {"name": "largest", "instr": "MaxArr", "in": [{"data": "values"}]},
             {"name": "smallest", "instr": "MinArr", "in": [{"data": "values"}]},
-            {"name": HOSTILE, "instr": "LessOrEq", "in": [{"step": "largest"}, LIMITS["top"][1]]},
+            {"name": HOSTILE, "instr": "LessOrEq",
+             "in": [{"expr": "largest.max + 0"}, LIMITS["top"][1]]},
             {"name": "mark", "instr": "_CAnnotText_",
              "in": {"label": HOSTILE, "paint background": True}},
         ],
         "report": [
             {"label": "free", "value": {"step": "smallest"}, "unit": "mm", "decimals": 6,
              "min": LIMITS["free"][0], "max": LIMITS["free"][1]},
-            {"label": "top", "value": {"step": "largest"}, "unit": HOSTILE, "max": LIMITS["top"][1]},
+            {"label": "top", "value": {"step": "largest"}, "unit": HOSTILE,
+             "max": LIMITS["top"][1]},
             {"label": HOSTILE, "value": {"step": HOSTILE}, "expect": True},
             {"label": "not judged", "value": {"step": "largest"}},
         ],
@@ -92,7 +95,10 @@ ACTS = """
 const act = (element, event) => element.dispatchEvent(event);
 const all = (selector) => [...document.querySelectorAll(selector)];
 const filter = document.getElementById("filter");
-const seen = { firstPage: all("#table tbody tr").length, parts: all("#table tbody tr th > bdi:first-child").map((e) => e.textContent) };
+const seen = {
+  firstPage: all("#table tbody tr").length,
+  parts: all("#table tbody tr th > bdi:first-child").map((e) => e.textContent),
+};
 document.getElementById("next").click();
 seen.secondPage = document.getElementById("range").textContent;
 filter.value = "not good"; act(filter, new Event("change"));
@@ -117,8 +123,9 @@ def browse(browser, page, folder, extra=""):
     shown.write_text(page.replace("</body>", f"<script>{extra}</script></body>"), encoding="utf-8")
     run = subprocess.run(
         [browser, "--headless", "--no-sandbox", "--disable-gpu", "--window-size=500,900",
-         f"--user-data-dir={folder / 'browser'}", "--enable-logging=stderr", "--virtual-time-budget=5000",
-         "--dump-dom", shown.as_uri()], capture_output=True, text=True, encoding="utf-8", timeout=240, check=True)
+         f"--user-data-dir={folder / 'browser'}", "--enable-logging=stderr",
+         "--virtual-time-budget=5000", "--dump-dom", shown.as_uri()],
+        capture_output=True, text=True, encoding="utf-8", timeout=240, check=True)
     console = [line for line in run.stderr.splitlines() if "CONSOLE" in line]
     assert not console, console
     return Dom(run.stdout)
@@ -134,7 +141,8 @@ def exact_statistics(numbers, least, most):
     room = [side for side in (least is not None and mean - Fraction(least),
                               most is not None and Fraction(most) - mean) if side is not False]
     both = least is not None and most is not None
-    return {"n": len(exact), "Mean": mean, "Std dev.": deviation, "Min": min(exact), "Max": max(exact),
+    return {"n": len(exact), "Mean": mean, "Std dev.": deviation,
+            "Min": min(exact), "Max": max(exact),
             "Cp": (Fraction(most) - Fraction(least)) / (6 * deviation) if both else None,
             "Cpk": min(room) / (3 * deviation)}
 
@@ -142,8 +150,8 @@ def exact_statistics(numbers, least, most):
 def check_characteristic(dom, index, rows, column, limits):
     numbers = [float(row[column]) for row in rows if row[column]]
     finite = [number for number in numbers if math.isfinite(number)]
-    holds = [(limits[0] is None or limits[0] <= number) and (limits[1] is None or number <= limits[1])
-             for number in finite]
+    holds = [(limits[0] is None or limits[0] <= number)
+             and (limits[1] is None or number <= limits[1]) for number in finite]
     card = dom.find("article", id=f"row-{index}")[0]
     bad = len(numbers) - sum(holds)
     assert f"{bad} bad" in text(dom.find("p", card, class_="outside")[0]), bad
@@ -151,11 +159,13 @@ def check_characteristic(dom, index, rows, column, limits):
              for item in dom.find("div", dom.find("dl", card)[0])}
     for name, exact in exact_statistics(finite, *limits).items():
         assert (exact is None) == (shown[name] is None), (name, shown[name])
-        assert exact is None or math.isclose(float(shown[name]), exact, rel_tol=1e-9), (name, shown[name], float(exact))
+        assert exact is None or math.isclose(float(shown[name]), exact, rel_tol=1e-9), (
+            name, shown[name], float(exact))
 
     def points(kind):
         paths = dom.find("path", dom.find("div", card, class_="run")[0], class_=kind)
-        return [(float(x), float(y)) for path in paths for x, y in re.findall(r"M([\d.]+) ([\d.]+)", path[1]["d"])]
+        return [(float(x), float(y)) for path in paths
+                for x, y in re.findall(r"M([\d.]+) ([\d.]+)", path[1]["d"])]
 
     assert len(points("dots")) == sum(holds) and len(points("bad")) == len(holds) - sum(holds)
     lines = [y for _, y in points("limit")]
@@ -179,8 +189,9 @@ def main(browser, command):
         write_parts(folder, files)
 
         def run(page):
-            done = subprocess.run([*command, "run", "program.json", "--data", *files, "--results", "out.csv",
-                                   "--report", page], cwd=folder, capture_output=True, timeout=240, check=False)
+            done = subprocess.run(
+                [*command, "run", "program.json", "--data", *files, "--results", "out.csv",
+                 "--report", page], cwd=folder, capture_output=True, timeout=240, check=False)
             assert done.returncode == 2, done.stderr  # a part is unreadable
             return (folder / page).read_text(encoding="utf-8")
 
@@ -201,7 +212,8 @@ def main(browser, command):
         good = sum(row["status"] == "good" for row in rows)
         assert 0 < good < PARTS - 10
         verdict = text(dom.find("p", class_="verdict")[0])
-        assert f"{good} of {PARTS} parts are good" in verdict and f"{good * 1000 // PARTS / 10:.1f} %" in verdict
+        assert f"{good} of {PARTS} parts are good" in verdict
+        assert f"{good * 1000 // PARTS / 10:.1f} %" in verdict
         assert len(dom.find("article", class_="part")) == min(PARTS - good, 50)
         assert len(dom.find("g", class_="node")) == 5
         check_characteristic(dom, 0, rows, "smallest.min", LIMITS["free"])
@@ -211,8 +223,10 @@ def main(browser, command):
         assert seen["firstPage"] == 50 and seen["parts"] == files[:50], seen
         assert seen["secondPage"] == f"51\u2013100 of {PARTS}"
         assert seen["notGood"].endswith(f" of {PARTS - good}")
-        best = sorted((float(row["smallest.min"]) for row in rows if row["status"] == "good"), reverse=True)[:50]
-        assert all(abs(a - b) <= 1e-6 for a, b in zip(seen["sorted"], best)) and len(seen["sorted"]) == len(best)
+        best = sorted((float(row["smallest.min"]) for row in rows if row["status"] == "good"),
+                      reverse=True)[:50]
+        assert len(seen["sorted"]) == len(best)
+        assert all(abs(a - b) <= 1e-6 for a, b in zip(seen["sorted"], best))
         assert files[-1] in seen["readout"] and "mm" in seen["readout"]
         assert seen["enlarged"] and seen["wide"] <= 0, seen
     print(f"{PARTS} parts are shown as they are")
