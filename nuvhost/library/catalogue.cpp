@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <optional>
 
 #include "nuvhost/error.h"
@@ -13,6 +14,11 @@ namespace {
 /// "Numeric: Multiply", by which an instruction goes whose display name others have, too.
 std::string FullName(const DescriptorRecord& descriptor) {
   return NameFromText(descriptor.category) + ": " + NameFromText(descriptor.name);
+}
+
+/// All that an instruction goes by.
+std::vector<std::string> NamesOf(const DescriptorRecord& descriptor) {
+  return {NameFromText(descriptor.name), FullName(descriptor), NameFromText(descriptor.identifier)};
 }
 
 std::optional<std::size_t> AsPosition(std::string_view name) {
@@ -63,11 +69,7 @@ Catalogue::Catalogue(const std::filesystem::path& plugin_path) : library_(plugin
     entries_.push_back({i, prototype, prototype->GetDescriptor()});
   }
   for (const CatalogueEntry& entry : entries_) {
-    const DescriptorRecord& descriptor = *entry.descriptor;
-    for (std::string name : {NameFromText(descriptor.name), FullName(descriptor),
-                             NameFromText(descriptor.identifier)}) {
-      by_name_.emplace(std::move(name), &entry);
-    }
+    for (std::string& name : NamesOf(*entry.descriptor)) by_name_.emplace(std::move(name), &entry);
   }
 }
 
@@ -88,9 +90,12 @@ const CatalogueEntry& Catalogue::Find(std::string_view name) const {
   }
   if (found.size() == 1) return *found.front();
   if (found.empty()) {
-    std::vector<std::string_view> names;
-    for (const auto& [known, entry] : by_name_) names.push_back(known);
-    throw UserError("no instruction \"{}\"{}", name, DidYouMean(name, names));
+    std::vector<std::string> names;
+    for (const CatalogueEntry& entry : entries_) {
+      std::ranges::move(NamesOf(*entry.descriptor), std::back_inserter(names));
+    }
+    throw UserError("no instruction \"{}\"{}", name,
+                    DidYouMean(name, {names.begin(), names.end()}));
   }
   std::string text = fmt::format("several instructions are named \"{}\"; write one of", name);
   for (const CatalogueEntry* instruction : found) {
