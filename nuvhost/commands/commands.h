@@ -34,12 +34,14 @@ int CheckLaw(const std::filesystem::path& library, const std::string& law,
 /// How a program is to be run.
 struct RunOptions {
   std::string program;
-  std::vector<std::string> data;  ///< FILE or NAME=FILE, in place of the program's own data
-  std::string results;            ///< a file for all results, .csv or .json; none if empty
-  bool keep_going = false;        ///< past steps that fail
-  std::string overlay = {};       ///< a file for what is drawn, .svg; none if empty
-  std::string log = {};           ///< a file for the log's entries, from the first step on
-  std::string plugin = {};        ///< the library's file, which must not be written
+  std::vector<std::string> data = {};   ///< FILE or NAME=FILE, in place of the program's own data
+  std::string results = {};             ///< a file for all results, .csv or .json; none if empty
+  bool keep_going = false;              ///< past steps that fail
+  std::string overlay = {};             ///< a file for what is drawn, .svg; none if empty
+  std::string log = {};                 ///< a file for the log's entries, from the first step on
+  std::string plugin = {};              ///< the library's file, which must not be written
+  std::vector<std::string> parts = {};  ///< names, files and patterns of parts
+  std::string part_column = {};         ///< the column of a file's parts; none if empty
 };
 
 /// Runs an inspection program, once or over many data files.

@@ -2,6 +2,8 @@
 
 #include "nuvhost/commands/run.h"
 
+#include <algorithm>
+
 #include "nuvhost/error.h"
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/reading/source_text.h"
@@ -17,36 +19,44 @@ namespace nuvhost {
 namespace {
 
 /// What is written must not take the place of a file that is still to be read, or of another.
-void CheckFiles(const Program& program, const RunOptions& options,
-                const std::vector<PlannedRun>& runs, const std::vector<std::string>& pictures) {
-  std::vector<NamedFile> read = FilesRead(program, runs);
-  read.push_back({"the plug-in library", options.plugin});
-  std::vector<NamedFile> written{{"--log", options.log}, {"--results", options.results}};
-  for (const std::string& name : pictures) written.push_back({"--overlay", name});
-  CheckWritten(written, read);
+void CheckFiles(const RunOptions& options, const RunPlan& plan) {
+  WrittenFiles written;
+  written.Add({"--log", options.log});
+  written.Add({"--results", options.results});
+  for (std::size_t run = 0; !options.overlay.empty() && run < plan.Size(); ++run) {
+    written.Add({"--overlay", PictureName(options.overlay, plan, run)});
+  }
+  plan.VisitRead([&](const NamedFile& read) { written.CheckRead(read); });
+  written.CheckRead({"the plug-in library", options.plugin});
+}
+
+/// Whether the program's own data are all that a run would read.
+bool HasOwnDataAlone(const Program& program, const RunOptions& options) {
+  return options.data.empty() && options.parts.empty() && options.part_column.empty() &&
+         std::ranges::none_of(program.data, HoldsPart, &Datum::file);
 }
 
 }  // namespace
 
 int RunChecked(const Program& program, const RunOptions& options,
                const std::optional<Image>& image) {
-  const std::vector<PlannedRun> runs = PlanRuns(program, options.data);
-  std::vector<std::string> pictures;
-  if (!options.overlay.empty()) pictures = PictureNames(options.overlay, runs);
-  CheckFiles(program, options, runs, pictures);
+  const RunPlan plan(program, {options.data, options.parts, options.part_column});
+  if (!options.overlay.empty()) CheckPictureNames(options.overlay, plan);
+  CheckFiles(options, plan);
   UseLogFile(options.log);
 
   Progress progress;
   RunObservers observers;
-  observers.push_back(std::make_unique<RunTrace>(program, runs, progress));
-  if (!pictures.empty()) {
-    observers.push_back(std::make_unique<PictureFiles>(program, image, pictures, progress));
+  observers.push_back(std::make_unique<RunTrace>(program, plan, progress));
+  if (!options.overlay.empty()) {
+    observers.push_back(
+        std::make_unique<PictureFiles>(program, plan, image, options.overlay, progress));
   }
   if (!options.results.empty()) {
     observers.push_back(std::make_unique<ResultsFile>(options.results, program));
   }
-  observers.push_back(MakeReport(program, runs.size()));
-  return RunAll(program, runs, options.keep_going, observers);
+  observers.push_back(MakeReport(program, plan.Size()));
+  return RunAll(program, plan, options.keep_going, observers);
 }
 
 int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
@@ -58,7 +68,8 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   std::optional<Image> image;
   if (!options.overlay.empty()) image = LoadImage(program, mistakes);
   if (!mistakes.Empty()) {
-    if (options.data.empty()) LoadData(program, {}, mistakes);  // what is wrong with these, too
+    if (HasOwnDataAlone(program, options))
+      LoadData(program, {}, mistakes);  // what is wrong with these, too
     for (const std::string& mistake : mistakes.Listing()) {
       Complain(mistake + '\n');
     }

@@ -39,7 +39,9 @@ std::optional<double> ParseNumber(std::string_view text) {
   return number;
 }
 
-char Separator(std::string_view first_line) {
+}  // namespace
+
+char SeparatorOf(std::string_view first_line) {
   std::string bare;
   bool quoted = false;
   for (const char c : first_line) {
@@ -50,8 +52,6 @@ char Separator(std::string_view first_line) {
   return bare.find(';') != std::string::npos ? ';' : ',';
 }
 
-}  // namespace
-
 /// Splits the text into rows of fields.
 class CsvTable::Reader {
  public:
@@ -60,7 +60,7 @@ class CsvTable::Reader {
     while (!text_.empty() && std::string_view(" \r\n").find(text_.back()) != text_.npos) {
       text_.remove_suffix(1);
     }
-    separator_ = Separator(text_.substr(0, text_.find('\n')));
+    separator_ = SeparatorOf(text_.substr(0, text_.find('\n')));
     at_end_ = text_.empty();
   }
 

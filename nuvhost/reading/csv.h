@@ -14,6 +14,9 @@ namespace nuvhost {
 /// A column as a program names it: by its header, or by its position from 0.
 using ColumnName = std::variant<std::string, std::size_t>;
 
+/// What separates the fields of a file with such a first line.
+char SeparatorOf(std::string_view first_line);
+
 /// A table of numbers. Fields are separated by tabs, semicolons or commas, whichever the first
 /// line has in this order; they may be quoted. The first row is a header unless all its fields
 /// are numbers. Blank lines at the end do not count. A field is read as a number only when its

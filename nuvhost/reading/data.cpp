@@ -9,16 +9,20 @@
 namespace nuvhost {
 namespace {
 
+constexpr std::string_view kPart = "{part}";
+
 /// Reads the file of a datum; nothing, and a mistake, where it is no CSV file.
 std::optional<CsvTable> ReadTable(const Program& program, std::size_t datum,
                                   const Replacements& replacements, Mistakes& mistakes) {
   const auto replacement = replacements.find(datum);
   const bool is_own = replacement == replacements.end();
   const Datum& read = program.data[datum];
-  const std::string name =
-      is_own ? BesideProgram(program.source.Name(), read.file) : replacement->second;
+  const DataFile file =
+      is_own ? DataFile{BesideProgram(program.source.Name(), read.file)} : replacement->second;
+  const std::string& name = file.name;
   std::string reason;
-  std::optional<SourceText> source = ReadSource(name, reason);
+  std::optional<SourceText> source =
+      file.rows ? ReadRows(name, *file.rows, reason) : ReadSource(name, reason);
   if (source) return CsvTable::Read(std::move(*source), mistakes);
   if (is_own) {
     mistakes.Add(program.source, read.file_offset,
@@ -51,6 +55,19 @@ std::vector<std::size_t> FindColumns(const DataUse& use, const CsvTable& table,
 }
 
 }  // namespace
+
+bool HoldsPart(const std::string& file) {
+  return file.find(kPart) != std::string::npos;
+}
+
+std::string FileOfPart(const std::string& program, const std::string& file,
+                       const std::string& part) {
+  std::string name = file;
+  for (std::size_t at = 0; (at = name.find(kPart, at)) != std::string::npos; at += part.size()) {
+    name.replace(at, kPart.size(), part);
+  }
+  return file.starts_with(kPart) ? name : BesideProgram(program, name);
+}
 
 std::string BesideProgram(const std::string& program, const std::string& file) {
   if (PathFromUtf8(file).has_root_path()) return file;

@@ -14,16 +14,16 @@ namespace {
 
 using State = RunOutcome::State;
 
-RunOutcome RunOne(const Program& program, const PlannedRun& planned, bool keep_going,
+RunOutcome RunOne(const Program& program, const RunPlan& plan, std::size_t index, bool keep_going,
                   Services& services, const StepListener& listener) {
   Mistakes mistakes;
   std::vector<CNuvObject> data;
   try {
-    data = LoadData(program, planned.replacements, mistakes);
+    data = LoadData(program, plan.Files(index), mistakes);
   } catch (const std::bad_alloc&) {
-    mistakes.Add(planned.file, "too much data for the memory there is");
+    mistakes.Add(plan.Name(index), "too much data for the memory there is");
   } catch (const std::length_error&) {
-    mistakes.Add(planned.file, "more data than an array may hold");
+    mistakes.Add(plan.Name(index), "more data than an array may hold");
   }
   RunOutcome run;
   if (mistakes.Empty()) {
@@ -32,7 +32,7 @@ RunOutcome RunOne(const Program& program, const PlannedRun& planned, bool keep_g
     run.state = State::kUnreadable;
     run.errors = mistakes.Listing();
   }
-  run.file = ValidUtf8(planned.file);
+  run.file = ValidUtf8(plan.Name(index));
   return run;
 }
 
@@ -61,18 +61,18 @@ int Finish(const RunObservers& observers) {
 
 }  // namespace
 
-int RunAll(const Program& program, const std::vector<PlannedRun>& runs, bool keep_going,
+int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
            const RunObservers& observers) {
   Services services;
   int exit_code = kExitSuccess;
-  for (std::size_t run = 0; run < runs.size(); ++run) {
+  for (std::size_t run = 0; run < plan.Size(); ++run) {
     for (const auto& observer : observers) observer->RunBegins(run);
     const auto listener = [&](std::size_t step, const StepOutcome& outcome) {
       for (const auto& observer : observers) observer->StepRan(run, step, outcome);
     };
-    const RunOutcome outcome = RunOne(program, runs[run], keep_going, services, listener);
+    const RunOutcome outcome = RunOne(program, plan, run, keep_going, services, listener);
     for (const auto& observer : observers) observer->RunEnded(run, outcome);
-    if (runs.size() == 1 && outcome.state == State::kUnreadable) return kExitWrongCall;
+    if (plan.Size() == 1 && outcome.state == State::kUnreadable) return kExitWrongCall;
     exit_code = std::max(exit_code, ExitCode(outcome.state));
   }
   return std::max(exit_code, Finish(observers));

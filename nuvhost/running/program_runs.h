@@ -10,7 +10,7 @@ namespace nuvhost {
 /// exit codes. Where the data of the only run cannot be read, they are not told to finish, so that
 /// nothing is shown of it. Throws what the first observer threw that could not finish, once all
 /// others have.
-int RunAll(const Program& program, const std::vector<PlannedRun>& runs, bool keep_going,
+int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
            const RunObservers& observers);
 
 }  // namespace nuvhost

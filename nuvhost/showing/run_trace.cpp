@@ -18,7 +18,7 @@ std::string OnOneLine(const std::string& bytes) {
 }  // namespace
 
 void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) {
-  const std::string place = runs_[run].file + ": " + DescribeStep(program_, step) + ": ";
+  const std::string place = plan_.Name(run) + ": " + DescribeStep(program_, step) + ": ";
   const bool failed = outcome.state == StepOutcome::State::kFailed;
   for (const LogEntry& entry : outcome.record.log) {
     progress_.Complain(fmt::format("{}log: {}", place, OnOneLine(entry.text)));
@@ -49,8 +49,8 @@ int RunTrace::Finish() {
 }
 
 void RunTrace::ShowProgress(std::size_t run, std::size_t steps) {
-  const std::string of_files = fmt::format("{} of {} files, ", run + 1, runs_.size());
-  progress_.Show(fmt::format("{}{} of {} steps", runs_.size() > 1 ? of_files : "", steps,
+  const std::string of_files = fmt::format("{} of {} files, ", run + 1, plan_.Size());
+  progress_.Show(fmt::format("{}{} of {} steps", plan_.Size() > 1 ? of_files : "", steps,
                              program_.steps.size()));
 }
 

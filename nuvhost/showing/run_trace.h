@@ -11,8 +11,8 @@ namespace nuvhost {
 /// also how far the runs have come. It refers to what it is given.
 class RunTrace final : public RunObserver {
  public:
-  RunTrace(const Program& program, const std::vector<PlannedRun>& runs, Progress& progress)
-      : program_(program), runs_(runs), progress_(progress) {}
+  RunTrace(const Program& program, const RunPlan& plan, Progress& progress)
+      : program_(program), plan_(plan), progress_(progress) {}
 
   void RunBegins(std::size_t run) override { ShowProgress(run, 0); }
   void StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) override;
@@ -23,7 +23,7 @@ class RunTrace final : public RunObserver {
   void ShowProgress(std::size_t run, std::size_t steps);
 
   const Program& program_;
-  const std::vector<PlannedRun>& runs_;
+  const RunPlan& plan_;
   Progress& progress_;
 };
 
