@@ -41,6 +41,9 @@ struct RunOptions {
   std::string log = {};                 ///< a file for the log's entries, from the first step on
   std::string plugin = {};              ///< the library's file, which must not be written
   std::vector<std::string> parts = {};  ///< names, files and patterns of parts
+  bool trace = false;                   ///< tell each step's inputs and results
+  bool time = false;                    ///< tell how long the steps took
+  std::string until = {};               ///< the last step to run; all if empty
   std::string part_column = {};         ///< the column of a file's parts; none if empty
 };
 

@@ -202,6 +202,11 @@ class CommandLine {
                     "each into OUT-NAME.svg")
         ->type_name("OUT");
     run->add_flag("--keep-going", arguments_.run.keep_going, "go on after a step that fails");
+    run->add_option("--until", arguments_.run.until, "run up to and including a step, by its name")
+        ->type_name("STEP");
+    run->add_flag("--trace", arguments_.run.trace,
+                  "tell each step's inputs and results on standard error");
+    run->add_flag("--time", arguments_.run.time, "tell how long the steps took on standard error");
   }
 
   void AddExec() {

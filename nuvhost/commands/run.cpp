@@ -12,6 +12,8 @@
 #include "nuvhost/showing/report.h"
 #include "nuvhost/showing/results_file.h"
 #include "nuvhost/showing/run_trace.h"
+#include "nuvhost/showing/step_times.h"
+#include "nuvhost/showing/step_trace.h"
 #include "nuvhost/system/console.h"
 #include "nuvhost/system/output_file.h"
 
@@ -47,6 +49,7 @@ int RunChecked(const Program& program, const RunOptions& options,
 
   Progress progress;
   RunObservers observers;
+  if (options.trace) observers.push_back(std::make_unique<StepTrace>(program, plan, progress));
   observers.push_back(std::make_unique<RunTrace>(program, plan, progress));
   if (!options.overlay.empty()) {
     observers.push_back(
@@ -56,6 +59,7 @@ int RunChecked(const Program& program, const RunOptions& options,
     observers.push_back(std::make_unique<ResultsFile>(options.results, program));
   }
   observers.push_back(MakeReport(program, plan.Size()));
+  if (options.time) observers.push_back(std::make_unique<StepTimes>(program, progress));
   return RunAll(program, plan, options.keep_going, observers);
 }
 
@@ -64,7 +68,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   std::optional<SourceText> source = ReadSource(options.program, reason);
   if (!source) throw UserError("cannot read {}: {}", options.program, reason);
   Mistakes mistakes;
-  const Program program = ReadProgram(catalogue, std::move(*source), mistakes);
+  Program program = ReadProgram(catalogue, std::move(*source), mistakes);
   std::optional<Image> image;
   if (!options.overlay.empty()) image = LoadImage(program, mistakes);
   if (!mistakes.Empty()) {
@@ -75,6 +79,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
     }
     return kExitWrongCall;
   }
+  if (!options.until.empty()) EndWith(program, options.until);
   return RunChecked(program, options, image);
 }
 

@@ -191,4 +191,25 @@ Program ReadProgram(const Catalogue& catalogue, SourceText source, Mistakes& mis
   return program;
 }
 
+void EndWith(Program& program, const std::string& step) {
+  const auto last = std::ranges::find(program.steps, step, &Step::name);
+  if (last == program.steps.end()) {
+    std::vector<std::string_view> known;
+    for (const Step& one : program.steps) known.push_back(one.name);
+    throw UserError("--until {}: {} has no step \"{}\"{}", step, program.source.Name(), step,
+                    DidYouMean(step, known));
+  }
+  program.steps.erase(last + 1, program.steps.end());
+  std::size_t uses = 0;  // which stand in the order of the steps
+  for (const Step& one : program.steps) {
+    for (const Argument& input : one.inputs) {
+      if (const auto* number = std::get_if<UseNumber>(&input))
+        uses = std::max(uses, number->use + 1);
+    }
+  }
+  program.uses.resize(uses);
+  std::erase_if(program.report,
+                [&](const ReportRow& row) { return row.value.step >= program.steps.size(); });
+}
+
 }  // namespace nuvhost

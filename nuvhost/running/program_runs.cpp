@@ -7,6 +7,8 @@
 
 #include "nuvhost/error.h"
 #include "nuvhost/reading/source_text.h"
+#include "nuvhost/system/console.h"
+#include "nuvhost/system/interrupt.h"
 #include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
@@ -64,8 +66,11 @@ int Finish(const RunObservers& observers) {
 int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
            const RunObservers& observers) {
   Services services;
+  std::optional<InterruptWatch> watch;
+  if (plan.Size() > 1) watch.emplace();
   int exit_code = kExitSuccess;
-  for (std::size_t run = 0; run < plan.Size(); ++run) {
+  std::size_t run = 0;
+  for (; run < plan.Size() && !(watch && watch->HasHappened()); ++run) {
     for (const auto& observer : observers) observer->RunBegins(run);
     const auto listener = [&](std::size_t step, const StepOutcome& outcome) {
       for (const auto& observer : observers) observer->StepRan(run, step, outcome);
@@ -75,7 +80,10 @@ int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
     if (plan.Size() == 1 && outcome.state == State::kUnreadable) return kExitWrongCall;
     exit_code = std::max(exit_code, ExitCode(outcome.state));
   }
-  return std::max(exit_code, Finish(observers));
+  exit_code = std::max(exit_code, Finish(observers));
+  if (!watch || !watch->HasHappened()) return exit_code;
+  Complain(fmt::format("interrupted: {} of {} were run\n", run, plan.Size()));
+  return kExitInterrupted;
 }
 
 }  // namespace nuvhost

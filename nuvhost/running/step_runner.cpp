@@ -58,9 +58,10 @@ StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
       is_doubtful = is_doubtful || source.state != State::kSucceeded;
     }
   }
+  const auto begin = std::chrono::steady_clock::now();
   outcome.status = context.Execute(*step.instruction->prototype);
+  outcome.duration = std::chrono::steady_clock::now() - begin;
   outcome.record = services.Take();
-  context.inputs.clear();  // nobody asks for them, and they may be large
   outcome.state = outcome.status != 0 ? State::kFailed
                   : is_doubtful       ? State::kDoubtful
                                       : State::kSucceeded;
@@ -77,6 +78,7 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
   for (std::size_t i = 0; i < program.steps.size(); ++i) {
     run.steps.push_back(RunStep(program.steps[i], data, run.steps, services));
     listener(i, run.steps.back());
+    run.steps.back().context->inputs.clear();  // nobody asks for them, and they may be large
     if (run.steps.back().state != State::kFailed) continue;
     run.state = RunOutcome::State::kFailed;
     for (const std::string& text : FailureTexts(run.steps.back())) {

@@ -1,6 +1,7 @@
 // StepRunner: executes a checked program's steps one after the other.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,6 +25,7 @@ struct StepOutcome {
   std::int32_t status = 0;
   std::unique_ptr<CallContext> context;  ///< its results; null for a step that was not run
   Record record;                         ///< what it reported, drew and logged
+  std::chrono::nanoseconds duration{0};  ///< of the instruction itself
 };
 
 /// What came of a run.
@@ -35,7 +37,7 @@ struct RunOutcome {
   std::vector<StepOutcome> steps;   ///< as many as the program has; none for unreadable data
 };
 
-/// Told of every step that was run, at once.
+/// Told of every step that was run, at once, while its inputs are still there.
 using StepListener = std::function<void(std::size_t step, const StepOutcome& outcome)>;
 
 /// Runs the steps until one fails, or all of them. The program's settings hold meanwhile.

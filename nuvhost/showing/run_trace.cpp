@@ -1,5 +1,7 @@
 #include "nuvhost/showing/run_trace.h"
 
+#include <cmath>
+
 #include "nuvhost/error.h"
 #include "nuvhost/text/utf8.h"
 
@@ -35,12 +37,16 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
   if (failed) {
     for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
   }
-  ShowProgress(run, step + 1);
+  if (plan_.Size() == 1) ShowProgress(run, step + 1);
 }
 
-void RunTrace::RunEnded(std::size_t /*run*/, const RunOutcome& outcome) {
-  if (outcome.state != RunOutcome::State::kUnreadable) return;
-  for (const std::string& error : outcome.errors) progress_.Complain(error);
+void RunTrace::RunEnded(std::size_t run, const RunOutcome& outcome) {
+  ++ended_;
+  if (outcome.state != RunOutcome::State::kSucceeded) ++not_good_;
+  if (outcome.state == RunOutcome::State::kUnreadable) {
+    for (const std::string& error : outcome.errors) progress_.Complain(error);
+  }
+  if (plan_.Size() > 1) ShowProgress(run, program_.steps.size());
 }
 
 int RunTrace::Finish() {
@@ -49,9 +55,19 @@ int RunTrace::Finish() {
 }
 
 void RunTrace::ShowProgress(std::size_t run, std::size_t steps) {
-  const std::string of_files = fmt::format("{} of {} files, ", run + 1, plan_.Size());
-  progress_.Show(fmt::format("{}{} of {} steps", plan_.Size() > 1 ? of_files : "", steps,
-                             program_.steps.size()));
+  if (!progress_.IsDue()) return;
+  if (plan_.Size() == 1) {
+    return progress_.Show(fmt::format("{} of {} steps", steps, program_.steps.size()));
+  }
+  std::string text = fmt::format("{} of {} parts", run + 1, plan_.Size());
+  if (ended_ > 0) {
+    const std::chrono::duration<double> elapsed = Clock::now() - begin_;
+    const double rate = static_cast<double>(ended_) / elapsed.count();
+    const auto left = static_cast<double>(plan_.Size() - run - 1) / rate;
+    text += fmt::format(", {:.{}f} a second, {:.0f} s left, {} not good", rate, rate < 10 ? 1 : 0,
+                        std::ceil(left), not_good_);
+  }
+  progress_.Show(text);
 }
 
 }  // namespace nuvhost

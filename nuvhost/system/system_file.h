@@ -53,6 +53,9 @@ bool Replace(const std::filesystem::path& from, const std::filesystem::path& to)
 /// Why Create or Replace failed.
 std::error_code LastError();
 
+/// Has the process, where a signal ends it, delete its unfinished files before. RemoveOnSignal sees
+/// to it by itself; who takes a signal's handling for a time does this first.
+void RemoveOnSignals();
 /// From here on, a file is deleted where the process is ended; until KeepOnSignal, which the path
 /// must outlive.
 void RemoveOnSignal(const std::filesystem::path* path);

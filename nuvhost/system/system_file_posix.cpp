@@ -109,8 +109,12 @@ bool Replace(const fs::path& from, const fs::path& to) {
   return std::rename(from.c_str(), to.c_str()) == 0;
 }
 
-void RemoveOnSignal(const fs::path* part) {
+void RemoveOnSignals() {
   [[maybe_unused]] static const bool is_set = (HandleSignals(), true);
+}
+
+void RemoveOnSignal(const fs::path* part) {
+  RemoveOnSignals();
   for (auto& place : unfinished) {
     const fs::path* none = nullptr;
     if (place.compare_exchange_strong(none, part)) return;

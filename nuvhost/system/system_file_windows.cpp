@@ -106,6 +106,7 @@ bool Replace(const fs::path& from, const fs::path& to) {
 }
 
 // The system sees to it, by SetDeletion.
+void RemoveOnSignals() {}
 void RemoveOnSignal(const fs::path* /*part*/) {}
 void KeepOnSignal(const fs::path* /*part*/) {}
 
