@@ -59,6 +59,7 @@ int RunChecked(const Program& program, const RunOptions& options,
     observers.push_back(std::make_unique<ResultsFile>(options.results, program));
   }
   observers.push_back(MakeReport(program, plan.Size()));
+  observers.push_back(MakeVerdict(program));
   if (options.time) observers.push_back(std::make_unique<StepTimes>(program, progress));
   return RunAll(program, plan, options.keep_going, observers);
 }

@@ -143,7 +143,9 @@ class ProgramReader {
       checker_.Complain(json, "\"report\" is a list of rows, found " + DescribeKind(*json));
     }
     for (const Located& row : json.Elements()) {
-      if (checker_.IsObject(row, "a report row", {"label", "value", "unit", "decimals"},
+      if (checker_.IsObject(row, "a report row",
+                            {"label", "value", "unit", "decimals", "min", "max", "nominal",
+                             "tolerance", "expect"},
                             {"label", "value"})) {
         ReadReportRow(row);
       }
@@ -171,6 +173,7 @@ class ProgramReader {
           *json.Find("decimals"),
           std::string("\"decimals\" is for numbers; this result's type is ") + Describe(type));
     }
+    row.limits = ReadLimits(checker_, json, type);
     program_.report.push_back(std::move(row));
   }
 
@@ -182,6 +185,10 @@ class ProgramReader {
 };
 
 }  // namespace
+
+bool Program::Judges() const {
+  return std::ranges::any_of(report, [](const ReportRow& row) { return row.limits.Judge(); });
+}
 
 Program ReadProgram(const Catalogue& catalogue, SourceText source, Mistakes& mistakes) {
   Program program(std::move(source));

@@ -12,6 +12,7 @@
 #include "host/setting.h"
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/reading/csv.h"
+#include "nuvhost/reading/limits.h"
 #include "nuvhost/reading/source_text.h"
 
 namespace nuvhost {
@@ -64,6 +65,7 @@ struct ReportRow {
   StepResult value{};
   std::string unit;
   std::optional<int> decimals;
+  Limits limits;
 };
 
 struct Program {
@@ -78,6 +80,9 @@ struct Program {
   std::vector<DataUse> uses;
   std::vector<Step> steps;
   std::vector<ReportRow> report;
+
+  /// Whether a row of the report has limits, so that a part can be good or bad.
+  bool Judges() const;
 };
 
 /// Reads and checks a program. One with mistakes can be asked for its data, but not run.

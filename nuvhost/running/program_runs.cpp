@@ -40,7 +40,9 @@ RunOutcome RunOne(const Program& program, const RunPlan& plan, std::size_t index
 
 int ExitCode(State state) {
   switch (state) {
-    case State::kSucceeded: break;
+    case State::kSucceeded:
+    case State::kGood: break;
+    case State::kBad:
     case State::kFailed: return kExitFailed;
     case State::kUnreadable: return kExitWrongCall;
   }

@@ -4,8 +4,10 @@
 
 #include <algorithm>
 
+#include "nuvhost/running/lost_digits.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/text/utf8.h"
+#include "nuvhost/values/value_text.h"
 
 namespace nuvhost {
 namespace {
@@ -36,6 +38,19 @@ class SettingsInForce {
 
 using State = StepOutcome::State;
 
+/// 'numerator 1, denominator 0', of a call's first inputs.
+std::string InputsText(const DescriptorRecord& descriptor, const std::vector<CNuvObject>& inputs) {
+  constexpr std::size_t kShownInputs = 8;
+  std::string text;
+  for (std::size_t i = 0; i < inputs.size(); ++i) {
+    if (i == kShownInputs) return fmt::format("{} and {} more", text, inputs.size() - i);
+    const std::size_t declared = std::min(i, descriptor.inputs.Size() - 1);
+    text += fmt::format("{}{} {}", i == 0 ? "" : ", ",
+                        NameFromText(descriptor.inputs[declared].name), ValueText(inputs[i]));
+  }
+  return text;
+}
+
 /// Runs one step, whose earlier ones' outcomes are there.
 StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
                     const std::vector<StepOutcome>& earlier, Services& services) {
@@ -62,10 +77,22 @@ StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
   outcome.status = context.Execute(*step.instruction->prototype);
   outcome.duration = std::chrono::steady_clock::now() - begin;
   outcome.record = services.Take();
+  if (outcome.status != 0) {
+    outcome.inputs = InputsText(*step.instruction->descriptor, context.inputs);
+  } else if (const auto caution = LostDigits(*step.instruction->descriptor, context.inputs)) {
+    outcome.caution = *caution;
+  }
   outcome.state = outcome.status != 0 ? State::kFailed
                   : is_doubtful       ? State::kDoubtful
                                       : State::kSucceeded;
   return outcome;
+}
+
+/// The verdict on a part all of whose steps succeeded.
+RunOutcome::State Verdict(const Program& program, const RunOutcome& run) {
+  const bool is_bad = std::ranges::any_of(
+      program.report, [&](const ReportRow& row) { return !Judged(row, run).value_or(true); });
+  return is_bad ? RunOutcome::State::kBad : RunOutcome::State::kGood;
 }
 
 }  // namespace
@@ -87,6 +114,8 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
     if (!keep_going) break;
   }
   run.steps.resize(program.steps.size());
+  if (run.state == RunOutcome::State::kSucceeded && program.Judges())
+    run.state = Verdict(program, run);
   return run;
 }
 
@@ -99,10 +128,19 @@ std::string DescribeStep(const Program& program, std::size_t step) {
 const char* StateText(RunOutcome::State state) {
   switch (state) {
     case RunOutcome::State::kSucceeded: return "ok";
+    case RunOutcome::State::kGood: return "good";
+    case RunOutcome::State::kBad: return "bad";
     case RunOutcome::State::kFailed: return "failed";
     case RunOutcome::State::kUnreadable: return "unreadable";
   }
   return "";
+}
+
+std::optional<bool> Judged(const ReportRow& row, const RunOutcome& run) {
+  if (!row.limits.Judge() || run.steps.empty()) return std::nullopt;
+  const StepOutcome& step = run.steps[row.value.step];
+  if (step.state != State::kSucceeded && step.state != State::kDoubtful) return std::nullopt;
+  return Hold(row.limits, step.context->results[row.value.result]);
 }
 
 std::vector<std::string> FailureTexts(const StepOutcome& outcome) {
@@ -111,7 +149,10 @@ std::vector<std::string> FailureTexts(const StepOutcome& outcome) {
     if (message.severity == NUV_SEVERITY_WARNING) continue;
     texts.push_back(Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
   }
-  if (texts.empty()) texts.emplace_back("failed without a message");
+  if (texts.empty()) {
+    texts.push_back("failed without a message" +
+                    (outcome.inputs.empty() ? "" : "; its inputs were " + outcome.inputs));
+  }
   return texts;
 }
 

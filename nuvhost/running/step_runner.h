@@ -25,12 +25,20 @@ struct StepOutcome {
   std::int32_t status = 0;
   std::unique_ptr<CallContext> context;  ///< its results; null for a step that was not run
   Record record;                         ///< what it reported, drew and logged
+  std::string caution;                   ///< why its results cannot be relied on; empty if they can
+  std::string inputs;                    ///< of a step that failed, in short
   std::chrono::nanoseconds duration{0};  ///< of the instruction itself
 };
 
 /// What came of a run.
 struct RunOutcome {
-  enum class State { kSucceeded, kFailed, kUnreadable };
+  enum class State {
+    kSucceeded,   ///< every step, of a program that judges nothing
+    kGood,        ///< every step, and every row of the report holds
+    kBad,         ///< every step, and a row of the report does not hold
+    kFailed,      ///< a step failed
+    kUnreadable,  ///< the data could not be read
+  };
   std::string file;  ///< the data file it was run over, or else the program's
   State state = State::kSucceeded;
   std::vector<std::string> errors;  ///< as they were told on standard error
@@ -46,9 +54,11 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
 
 /// 'step "mean" ("MeanArr", number 2)'.
 std::string DescribeStep(const Program& program, std::size_t step);
-/// "ok", "failed" or "unreadable".
+/// "ok", "good", "bad", "failed" or "unreadable".
 const char* StateText(RunOutcome::State state);
-/// What went wrong in a failed step, in its own words: one text at least.
+/// What came of a report's row: nothing where it has no limits, or its step no result.
+std::optional<bool> Judged(const ReportRow& row, const RunOutcome& run);
+/// What went wrong in a failed step, in its own words or else by its inputs: one text at least.
 std::vector<std::string> FailureTexts(const StepOutcome& outcome);
 
 }  // namespace nuvhost

@@ -1,6 +1,7 @@
 #include "nuvhost/showing/report.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "nuvhost/error.h"
 #include "nuvhost/system/console.h"
@@ -14,6 +15,7 @@ namespace {
 using State = StepOutcome::State;
 
 constexpr const char* kDoubtfulNote = "\n  * computed from the result of a failed step\n";
+constexpr const char* kBadNote = "\n  ! not within its limits\n";
 
 /// A step's result, or why there is none.
 std::string ResultText(const StepOutcome& step, std::size_t result,
@@ -25,6 +27,16 @@ std::string ResultText(const StepOutcome& step, std::size_t result,
     case State::kSucceeded: break;
   }
   return ValueText(step.context->results[result], decimals);
+}
+
+/// A row's value in its decimals; in full where these would show a bad number as a good one.
+std::string RowText(const ReportRow& row, const RunOutcome& run) {
+  const StepOutcome& step = run.steps[row.value.step];
+  const std::string text = ResultText(step, row.value.result, row.decimals);
+  if (!row.decimals || Judged(row, run).value_or(true)) return text;
+  CNuvObject shown;
+  shown = std::strtod(text.c_str(), nullptr);
+  return Hold(row.limits, shown) ? ResultText(step, row.value.result) : text;
 }
 
 bool HasDoubtful(const RunOutcome& run) {
@@ -56,7 +68,7 @@ void AddStep(TextTable& table, std::size_t number, const Step& step, const StepO
 /// The report of one run, or without one a table of its steps.
 std::string RunText(const Program& program, const RunOutcome& run) {
   const bool has_report = !program.report.empty();
-  TextTable table(has_report ? "lrl" : "rllll");
+  TextTable table(has_report ? "lrlll" : "rllll");
   if (!has_report) {
     table.SetHeader({"", "Step", "Instruction", "Result", "Value"});
     for (std::size_t i = 0; i < program.steps.size(); ++i) {
@@ -64,8 +76,11 @@ std::string RunText(const Program& program, const RunOutcome& run) {
     }
   }
   for (const ReportRow& row : program.report) {
-    table.Add({row.label, ResultText(run.steps[row.value.step], row.value.result, row.decimals),
-               row.unit});
+    const std::optional<bool> good = Judged(row, run);
+    table.Add({row.label, RowText(row, run), row.unit, LimitsText(row.limits),
+               !good   ? ""
+               : *good ? "good"
+                       : "bad"});
   }
   return table.Text() + (HasDoubtful(run) ? kDoubtfulNote : "");
 }
@@ -99,6 +114,14 @@ class Reports final : public RunObserver {
   std::string text_;
 };
 
+/// "Bore (mm), 12.95 to 13.05" above a row's values.
+std::string HeadText(const ReportRow& row) {
+  std::string text = row.label;
+  if (!row.unit.empty()) text += " (" + row.unit + ")";
+  if (row.limits.Judge()) text += ", " + LimitsText(row.limits);
+  return text;
+}
+
 /// The reports of many runs, one row for each.
 class ReportTable final : public RunObserver {
  public:
@@ -106,7 +129,7 @@ class ReportTable final : public RunObserver {
       : program_(program), table_("l" + std::string(program.report.size(), 'r') + "l") {
     std::vector<std::string> head{"File"};
     for (const ReportRow& row : program.report) {
-      head.push_back(row.unit.empty() ? row.label : row.label + " (" + row.unit + ")");
+      head.push_back(HeadText(row));
     }
     head.emplace_back("Status");
     table_.SetHeader(std::move(head));
@@ -116,16 +139,21 @@ class ReportTable final : public RunObserver {
     has_doubtful_ = has_doubtful_ || HasDoubtful(outcome);
     std::vector<std::string> cells{outcome.file};
     for (const ReportRow& row : program_.report) {
-      cells.push_back(outcome.steps.empty() ? "-"
-                                            : ResultText(outcome.steps[row.value.step],
-                                                         row.value.result, row.decimals));
+      if (outcome.steps.empty()) {
+        cells.emplace_back("-");
+        continue;
+      }
+      const bool is_bad = !Judged(row, outcome).value_or(true);
+      has_bad_ = has_bad_ || is_bad;
+      cells.push_back((is_bad ? "! " : "") + RowText(row, outcome));
     }
     cells.emplace_back(StateText(outcome.state));
     table_.Add(std::move(cells));
   }
 
   int Finish() override {
-    Print(TitleText(program_) + table_.Text() + (has_doubtful_ ? kDoubtfulNote : ""));
+    Print(TitleText(program_) + table_.Text() + (has_doubtful_ ? kDoubtfulNote : "") +
+          (has_bad_ ? kBadNote : ""));
     return kExitSuccess;
   }
 
@@ -133,6 +161,38 @@ class ReportTable final : public RunObserver {
   const Program& program_;
   TextTable table_;
   bool has_doubtful_ = false;
+  bool has_bad_ = false;
+};
+
+/// How many parts came to what, in one line: "500 parts: 388 good, 110 bad, 2 failed". A program
+/// that judges nothing has it for several parts only.
+class VerdictLine final : public RunObserver {
+ public:
+  explicit VerdictLine(bool judges) : judges_(judges) {}
+
+  void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
+    ++counts_[static_cast<std::size_t>(outcome.state)];
+  }
+
+  int Finish() override {
+    std::size_t parts = 0;
+    for (const std::size_t count : counts_) parts += count;
+    if (!judges_ && parts < 2) return kExitSuccess;
+    std::string line = fmt::format("\n{} part{}:", parts, parts == 1 ? "" : "s");
+    const char* separator = " ";
+    for (std::size_t state = 0; state < std::size(counts_); ++state) {
+      if (counts_[state] == 0) continue;
+      line += fmt::format("{}{} {}", separator, counts_[state],
+                          StateText(static_cast<RunOutcome::State>(state)));
+      separator = ", ";
+    }
+    Print(line + '\n');
+    return kExitSuccess;
+  }
+
+ private:
+  bool judges_;
+  std::size_t counts_[static_cast<std::size_t>(RunOutcome::State::kUnreadable) + 1] = {};
 };
 
 }  // namespace
@@ -140,6 +200,10 @@ class ReportTable final : public RunObserver {
 std::unique_ptr<RunObserver> MakeReport(const Program& program, std::size_t runs) {
   if (runs > 1 && !program.report.empty()) return std::make_unique<ReportTable>(program);
   return std::make_unique<Reports>(program, runs);
+}
+
+std::unique_ptr<RunObserver> MakeVerdict(const Program& program) {
+  return std::make_unique<VerdictLine>(program.Judges());
 }
 
 }  // namespace nuvhost

@@ -9,4 +9,7 @@ namespace nuvhost {
 /// its steps; the reports of many runs as one table, a row for each. It refers to the program.
 std::unique_ptr<RunObserver> MakeReport(const Program& program, std::size_t runs);
 
+/// Prints, at the end, how many runs came to what, in one line.
+std::unique_ptr<RunObserver> MakeVerdict(const Program& program);
+
 }  // namespace nuvhost

@@ -76,6 +76,7 @@ Json StepToJson(const Step& step, const StepOutcome& outcome) {
   }
   answer.erase("out");
   json["results"] = std::move(results);
+  if (!outcome.caution.empty()) json["caution"] = outcome.caution;
   json.update(answer);
   return json;
 }
@@ -149,6 +150,10 @@ void ResultsFile::AddJson(const RunOutcome& run, bool is_first) {
     Json shown{{"label", row.label},
                {"value", has_results ? ToJson(step->context->results[row.value.result]) : Json()}};
     if (!row.unit.empty()) shown["unit"] = row.unit;
+    if (row.limits.least) shown["min"] = *row.limits.least;
+    if (row.limits.most) shown["max"] = *row.limits.most;
+    if (row.limits.expected) shown["expect"] = *row.limits.expected;
+    if (const auto good = Judged(row, run)) shown["good"] = *good;
     json["report"].push_back(std::move(shown));
   }
   file_.Write((is_first ? "\n" : ",\n") +

@@ -34,6 +34,7 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
     progress_.Complain(place + (is_warning ? "warning: " : "message: ") +
                        Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
   }
+  if (!outcome.caution.empty()) progress_.Complain(place + "warning: " + outcome.caution);
   if (failed) {
     for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
   }
@@ -42,7 +43,8 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
 
 void RunTrace::RunEnded(std::size_t run, const RunOutcome& outcome) {
   ++ended_;
-  if (outcome.state != RunOutcome::State::kSucceeded) ++not_good_;
+  const bool is_good = outcome.state <= RunOutcome::State::kGood;
+  if (!is_good) ++not_good_;
   if (outcome.state == RunOutcome::State::kUnreadable) {
     for (const std::string& error : outcome.errors) progress_.Complain(error);
   }
