@@ -41,6 +41,10 @@ struct RunOptions {
   std::string log = {};                 ///< a file for the log's entries, from the first step on
   std::string plugin = {};              ///< the library's file, which must not be written
   std::vector<std::string> parts = {};  ///< names, files and patterns of parts
+  bool resume = false;                  ///< go on behind what the results file holds
+  bool overwrite = false;               ///< write over it
+  std::size_t jobs = 1;                 ///< processes side by side; 0 for as many as processors
+  std::string serve = {};               ///< "full" or "short" to be one of them; else empty
   bool trace = false;                   ///< tell each step's inputs and results
   bool time = false;                    ///< tell how long the steps took
   std::string until = {};               ///< the last step to run; all if empty

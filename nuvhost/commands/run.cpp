@@ -3,6 +3,7 @@
 #include "nuvhost/commands/run.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "nuvhost/error.h"
 #include "nuvhost/library/catalogue.h"
@@ -38,6 +39,20 @@ bool HasOwnDataAlone(const Program& program, const RunOptions& options) {
          std::ranges::none_of(program.data, HoldsPart, &Datum::file);
 }
 
+/// How this program starts itself to carry out so many runs.
+WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::size_t runs) {
+  const std::size_t jobs =
+      options.jobs > 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
+  const bool in_full = options.results.ends_with(".json") || !options.overlay.empty() ||
+                       options.trace || program.report.empty();
+  WorkerWords words{std::min(jobs, runs), {"--plugin", options.plugin, "run", "--serve"}};
+  words.words.emplace_back(in_full ? "full" : "short");
+  if (options.keep_going) words.words.emplace_back("--keep-going");
+  if (!options.until.empty()) words.words.push_back("--until=" + options.until);
+  words.words.insert(words.words.end(), {"--", options.program});
+  return words;
+}
+
 }  // namespace
 
 int RunChecked(const Program& program, const RunOptions& options,
@@ -45,6 +60,8 @@ int RunChecked(const Program& program, const RunOptions& options,
   const RunPlan plan(program, {options.data, options.parts, options.part_column});
   if (!options.overlay.empty()) CheckPictureNames(options.overlay, plan);
   CheckFiles(options, plan);
+  EarlierRuns earlier;
+  if (options.resume) earlier = ReadEarlier(options.results, program, plan);
   UseLogFile(options.log);
 
   Progress progress;
@@ -56,12 +73,14 @@ int RunChecked(const Program& program, const RunOptions& options,
         std::make_unique<PictureFiles>(program, plan, image, options.overlay, progress));
   }
   if (!options.results.empty()) {
-    observers.push_back(std::make_unique<ResultsFile>(options.results, program));
+    observers.push_back(
+        MakeResults(program, plan, {options.results, options.resume, options.overwrite}, earlier));
   }
   observers.push_back(MakeReport(program, plan.Size()));
-  observers.push_back(MakeVerdict(program));
+  observers.push_back(MakeVerdict(program, earlier));
   if (options.time) observers.push_back(std::make_unique<StepTimes>(program, progress));
-  return RunAll(program, plan, options.keep_going, observers);
+  return RunAll(program, plan, options.keep_going, observers, earlier,
+                WorkersFor(program, options, plan.Size() - earlier.count));
 }
 
 int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
@@ -81,6 +100,10 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
     return kExitWrongCall;
   }
   if (!options.until.empty()) EndWith(program, options.until);
+  if (!options.serve.empty()) {
+    ServeRuns(program, options.keep_going, options.serve == "full");
+    return kExitSuccess;
+  }
   return RunChecked(program, options, image);
 }
 

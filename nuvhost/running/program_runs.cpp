@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <exception>
-#include <new>
-#include <stdexcept>
+#include <optional>
 
 #include "nuvhost/error.h"
 #include "nuvhost/reading/source_text.h"
@@ -15,28 +14,6 @@ namespace nuvhost {
 namespace {
 
 using State = RunOutcome::State;
-
-RunOutcome RunOne(const Program& program, const RunPlan& plan, std::size_t index, bool keep_going,
-                  Services& services, const StepListener& listener) {
-  Mistakes mistakes;
-  std::vector<CNuvObject> data;
-  try {
-    data = LoadData(program, plan.Files(index), mistakes);
-  } catch (const std::bad_alloc&) {
-    mistakes.Add(plan.Name(index), "too much data for the memory there is");
-  } catch (const std::length_error&) {
-    mistakes.Add(plan.Name(index), "more data than an array may hold");
-  }
-  RunOutcome run;
-  if (mistakes.Empty()) {
-    run = RunSteps(program, data, keep_going, services, listener);
-  } else {
-    run.state = State::kUnreadable;
-    run.errors = mistakes.Listing();
-  }
-  run.file = ValidUtf8(plan.Name(index));
-  return run;
-}
 
 int ExitCode(State state) {
   switch (state) {
@@ -66,18 +43,25 @@ int Finish(const RunObservers& observers) {
 }  // namespace
 
 int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
-           const RunObservers& observers) {
+           const RunObservers& observers, const EarlierRuns& earlier, const WorkerWords& words) {
   Services services;
   std::optional<InterruptWatch> watch;
   if (plan.Size() > 1) watch.emplace();
   int exit_code = kExitSuccess;
-  std::size_t run = 0;
+  for (std::size_t i = 0; i < earlier.states.size(); ++i) {
+    if (earlier.states[i] > 0) exit_code = std::max(exit_code, ExitCode(static_cast<State>(i)));
+  }
+  std::size_t run = earlier.count;
+  std::optional<Workers> workers;
+  if (words.jobs > 1) workers.emplace(program, plan, run, words, services);
   for (; run < plan.Size() && !(watch && watch->HasHappened()); ++run) {
     for (const auto& observer : observers) observer->RunBegins(run);
     const auto listener = [&](std::size_t step, const StepOutcome& outcome) {
       for (const auto& observer : observers) observer->StepRan(run, step, outcome);
     };
-    const RunOutcome outcome = RunOne(program, plan, run, keep_going, services, listener);
+    const RunOutcome outcome =
+        workers ? workers->Next(listener)
+                : RunOver(program, plan.Name(run), plan.Files(run), keep_going, services, listener);
     for (const auto& observer : observers) observer->RunEnded(run, outcome);
     if (plan.Size() == 1 && outcome.state == State::kUnreadable) return kExitWrongCall;
     exit_code = std::max(exit_code, ExitCode(outcome.state));

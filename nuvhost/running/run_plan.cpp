@@ -223,7 +223,8 @@ void RunPlan::VisitRead(const std::function<void(const NamedFile&)>& visit) cons
   };
   visit_own("the image", program_.image);
   for (const Datum& datum : program_.data) visit_own("the data file", datum.file);
-  for (std::size_t run = 0; run < Size(); ++run) {
+  const bool has_one_file = rows_ && program_.data.size() == 1;
+  for (std::size_t run = 0; run < (has_one_file ? 1 : Size()); ++run) {
     if (HasImages()) visit({"the image", Image(run)});
     for (const auto& [datum, file] : Files(run)) visit({"the data file", file.name});
   }

@@ -27,6 +27,8 @@ class RunPlan {
   RunPlan(const Program& program, const RunWords& words);
 
   std::size_t Size() const { return names_.size(); }
+  /// Whether the runs are over parts or several data files.
+  bool IsBatch() const { return is_of_parts_ || Size() > 1; }
   /// The name under which a run is reported: the part's, or the data file's.
   const std::string& Name(std::size_t run) const { return names_[run]; }
   /// The name's last part, without an ending that only data files have: fit for a file's name.

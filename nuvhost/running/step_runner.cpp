@@ -125,6 +125,18 @@ std::string DescribeStep(const Program& program, std::size_t step) {
                      NameFromText(descriptor.name), step + 1);
 }
 
+std::optional<RunOutcome::State> StateOf(std::string_view text) {
+  for (std::size_t i = 0; i < RunOutcome::kStates; ++i) {
+    const auto state = static_cast<RunOutcome::State>(i);
+    if (StateText(state) == text) return state;
+  }
+  return std::nullopt;
+}
+
+bool HasResults(const StepOutcome& step) {
+  return step.state == State::kSucceeded || step.state == State::kDoubtful;
+}
+
 const char* StateText(RunOutcome::State state) {
   switch (state) {
     case RunOutcome::State::kSucceeded: return "ok";
@@ -139,7 +151,7 @@ const char* StateText(RunOutcome::State state) {
 std::optional<bool> Judged(const ReportRow& row, const RunOutcome& run) {
   if (!row.limits.Judge() || run.steps.empty()) return std::nullopt;
   const StepOutcome& step = run.steps[row.value.step];
-  if (step.state != State::kSucceeded && step.state != State::kDoubtful) return std::nullopt;
+  if (!HasResults(step)) return std::nullopt;
   return Hold(row.limits, step.context->results[row.value.result]);
 }
 

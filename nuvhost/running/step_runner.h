@@ -30,6 +30,9 @@ struct StepOutcome {
   std::chrono::nanoseconds duration{0};  ///< of the instruction itself
 };
 
+/// Whether a step ran and did not fail.
+bool HasResults(const StepOutcome& step);
+
 /// What came of a run.
 struct RunOutcome {
   enum class State {
@@ -39,6 +42,8 @@ struct RunOutcome {
     kFailed,      ///< a step failed
     kUnreadable,  ///< the data could not be read
   };
+  static constexpr std::size_t kStates = 5;
+
   std::string file;  ///< the data file it was run over, or else the program's
   State state = State::kSucceeded;
   std::vector<std::string> errors;  ///< as they were told on standard error
@@ -56,6 +61,8 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
 std::string DescribeStep(const Program& program, std::size_t step);
 /// "ok", "good", "bad", "failed" or "unreadable".
 const char* StateText(RunOutcome::State state);
+/// The state of that text; nothing for another text.
+std::optional<RunOutcome::State> StateOf(std::string_view text);
 /// What came of a report's row: nothing where it has no limits, or its step no result.
 std::optional<bool> Judged(const ReportRow& row, const RunOutcome& run);
 /// What went wrong in a failed step, in its own words or else by its inputs: one text at least.

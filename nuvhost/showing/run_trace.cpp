@@ -45,7 +45,8 @@ void RunTrace::RunEnded(std::size_t run, const RunOutcome& outcome) {
   ++ended_;
   const bool is_good = outcome.state <= RunOutcome::State::kGood;
   if (!is_good) ++not_good_;
-  if (outcome.state == RunOutcome::State::kUnreadable) {
+  const bool ran = !outcome.steps.empty() && outcome.steps[0].state != StepOutcome::State::kNotRun;
+  if (!ran) {
     for (const std::string& error : outcome.errors) progress_.Complain(error);
   }
   if (plan_.Size() > 1) ShowProgress(run, program_.steps.size());

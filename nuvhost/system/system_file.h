@@ -46,6 +46,9 @@ Existing Look(const std::filesystem::path& path);
 /// Creates a file where nothing is, with the owner and the mode of the one that it shall replace;
 /// null where that cannot be.
 std::FILE* Create(const std::filesystem::path& path, const Existing& replaced);
+/// Opens a file for writing at its end, and creates it where nothing is; null, and errno tells why,
+/// where that cannot be.
+std::FILE* Append(const std::filesystem::path& path);
 /// Puts all that was written on the disk; false, and errno tells why, where that cannot be.
 bool ReachesDisk(std::FILE* file);
 /// Moves a closed file to where another may be; false where that cannot be.

@@ -101,6 +101,10 @@ std::FILE* Create(const fs::path& path, const Existing& replaced) {
   return file;
 }
 
+std::FILE* Append(const fs::path& path) {
+  return std::fopen(path.c_str(), "abe");
+}
+
 bool ReachesDisk(std::FILE* file) {
   return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
 }

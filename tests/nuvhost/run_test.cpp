@@ -155,7 +155,7 @@ TEST_F(Run, ShowsWhatInstructionsReport) {
 
   answer = Captured([&] { return RunChecked(program, {"p.json", {}, "o.csv", false}); });
   EXPECT_EQ(Read("o.csv"),
-            "file,status,it.text,it.line.a,it.line.d\n"
+            "part,status,it.text,it.line.a,it.line.d\n"
             "p.json,ok,\"a \"\"b\"\",\n\xC3\xA9\",0.5,-0.0\n");
 
   noisy.status_ = Status::kFailure;
