@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "platform/clock.h"
+#include "platform/environment_lock.h"
 #include "platform/picture.h"
 
 namespace platform {
@@ -33,7 +34,8 @@ class UserLocale {
   locale_t locale_;
 };
 
-CalendarNames UserNames() {
+CalendarNames ReadUserNames() {
+  const auto lock = LockEnvironment();
   const UserLocale locale;
   CalendarNames names;
   for (int i = 0; i < 7; ++i) {
@@ -49,10 +51,17 @@ CalendarNames UserNames() {
   return names;
 }
 
+/// The names as the environment had them when they were first asked for.
+const CalendarNames& UserNames() {
+  static const CalendarNames names = ReadUserNames();
+  return names;
+}
+
 }  // namespace
 
 LocalTime Now() noexcept {
   const std::time_t seconds = std::time(nullptr);
+  const auto lock = LockEnvironment();  // the time zone is the environment's
   std::tm parts{};
   localtime_r(&seconds, &parts);
   return {.year = parts.tm_year + 1900,

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -107,27 +109,69 @@ int MakeFolder(std::string_view name) {
   return mkdir(path.c_str(), 0777) == 0 ? 0 : errno;
 }
 
-bool IsRoot(const Folder& folder) {
-  struct stat root;
+/// What a folder is, whatever it is called.
+struct Identity {
+  dev_t device;
+  ino_t number;
+  bool operator==(const Identity&) const = default;
+};
+
+std::optional<Identity> IdentityOf(const Folder& folder) {
   struct stat status;
-  return stat("/", &root) != 0 || fstat(folder.Descriptor(), &status) != 0 ||
-         (root.st_dev == status.st_dev && root.st_ino == status.st_ino);
+  if (fstat(folder.Descriptor(), &status) != 0) return std::nullopt;
+  return Identity{status.st_dev, status.st_ino};
 }
 
-/// Deletes what a folder holds under a name, a folder with all that is in it. Each folder is
-/// entered by a descriptor that no link leads to, so that none leads out of the tree.
-bool RemoveAt(int folder, const char* name) {
-  if (unlinkat(folder, name, 0) == 0) return true;
-  if (errno != EISDIR && errno != EPERM) return false;
-  {
-    const Folder inner(openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    std::vector<std::string> names;  // all of them, before one is deleted
-    if (!inner.IsOpen() || IsRoot(inner) || !inner.ReadNames(names)) return false;
-    for (const std::string& entry : names) {
-      if (!RemoveAt(inner.Descriptor(), entry.c_str())) return false;
+bool IsRoot(const Identity& folder) {
+  struct stat root;
+  return stat("/", &root) != 0 || folder == Identity{root.st_dev, root.st_ino};
+}
+
+/// Opens a folder within another, by a descriptor that no link leads to.
+std::unique_ptr<Folder> OpenWithin(int folder, const char* name) {
+  return std::make_unique<Folder>(
+      openat(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+}
+
+/// A folder on the way down, and what is still to be deleted in it.
+struct Level {
+  Identity identity;
+  std::vector<std::string> names;
+};
+
+/// Deletes all that a folder holds. It goes down and up the tree by names and "..", with two folders
+/// open at a time, so that neither depth nor descriptors run out; and it goes up only into the
+/// folder that it came from.
+bool Empty(std::unique_ptr<Folder> folder) {
+  std::unique_ptr<Folder> above;  // the folder that this one was entered from, as long as it is open
+  std::vector<Level> way;
+  const auto enter = [&] {
+    const auto identity = folder->IsOpen() ? IdentityOf(*folder) : std::nullopt;
+    if (!identity || IsRoot(*identity)) return false;
+    way.push_back({*identity, {}});
+    return folder->ReadNames(way.back().names);  // all of them, before one is deleted
+  };
+  if (!enter()) return false;
+  while (true) {
+    std::vector<std::string>& names = way.back().names;
+    if (names.empty()) {
+      way.pop_back();
+      if (way.empty()) return true;
+      folder = above != nullptr ? std::move(above) : OpenWithin(folder->Descriptor(), "..");
+      if (!folder->IsOpen() || IdentityOf(*folder) != way.back().identity) return false;
+      if (unlinkat(folder->Descriptor(), way.back().names.back().c_str(), AT_REMOVEDIR) != 0) {
+        return false;
+      }
+      way.back().names.pop_back();
+    } else if (unlinkat(folder->Descriptor(), names.back().c_str(), 0) == 0) {
+      names.pop_back();
+    } else {
+      if (errno != EISDIR && errno != EPERM) return false;
+      above = std::move(folder);
+      folder = OpenWithin(above->Descriptor(), names.back().c_str());
+      if (!enter()) return false;
     }
   }
-  return unlinkat(folder, name, AT_REMOVEDIR) == 0;
 }
 
 }  // namespace
@@ -157,7 +201,9 @@ bool RemoveFolder(const char* name) {
   const std::string path(Trimmed(name));
   const std::string_view last = std::string_view(path).substr(path.rfind('/') + 1);
   if (last.empty() || last == "." || last == "..") return false;
-  return RemoveAt(AT_FDCWD, path.c_str());
+  if (unlink(path.c_str()) == 0) return true;
+  if (errno != EISDIR && errno != EPERM) return false;
+  return Empty(OpenWithin(AT_FDCWD, path.c_str())) && rmdir(path.c_str()) == 0;
 }
 
 std::optional<DiskSpace> FindDiskSpace(const char* path) noexcept {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,8 @@ int Random() noexcept;
 
 /// All entries "NAME=value", in the runtime's order.
 std::vector<std::string> Environment();
-/// The value of a variable; null where there is none.
-const char* FindVariable(const char* name) noexcept;
+/// The value of a variable; none where there is no such variable.
+std::optional<std::string> FindVariable(const char* name);
 /// Carries out "NAME=value", parted at the first "="; an empty value removes the variable. False
 /// where there is no "=" or no name before it.
 bool AssignVariable(const std::string& assignment);

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "platform/environment_lock.h"
 #include "platform/runtime.h"
 
 namespace platform {
@@ -21,6 +22,7 @@ int Random() noexcept {
 }
 
 std::vector<std::string> Environment() {
+  const auto lock = LockEnvironment();
   std::vector<std::string> entries;
   for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
     entries.emplace_back(*entry);
@@ -28,8 +30,10 @@ std::vector<std::string> Environment() {
   return entries;
 }
 
-const char* FindVariable(const char* name) noexcept {
-  return std::getenv(name);
+std::optional<std::string> FindVariable(const char* name) {
+  const auto lock = LockEnvironment();
+  const char* const value = std::getenv(name);
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 
 bool AssignVariable(const std::string& assignment) {
@@ -37,6 +41,7 @@ bool AssignVariable(const std::string& assignment) {
   if (equals == 0 || equals == std::string::npos) return false;
   const std::string name = assignment.substr(0, equals);
   const char* value = assignment.c_str() + equals + 1;
+  const auto lock = LockEnvironment();
   return (*value == '\0' ? unsetenv(name.c_str()) : setenv(name.c_str(), value, 1)) == 0;
 }
 

@@ -1,5 +1,6 @@
 #include <cstdlib>
 
+#include "platform/environment_lock.h"
 #include "platform/runtime.h"
 
 namespace platform {
@@ -13,6 +14,7 @@ int Random() noexcept {
 }
 
 std::vector<std::string> Environment() {
+  const auto lock = LockEnvironment();
   std::vector<std::string> entries;
   // In a program that began with wide characters, the first look-up makes the narrow table.
   static_cast<void>(std::getenv("PATH"));
@@ -22,11 +24,14 @@ std::vector<std::string> Environment() {
   return entries;
 }
 
-const char* FindVariable(const char* name) noexcept {
-  return std::getenv(name);
+std::optional<std::string> FindVariable(const char* name) {
+  const auto lock = LockEnvironment();
+  const char* const value = std::getenv(name);
+  return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 
 bool AssignVariable(const std::string& assignment) {
+  const auto lock = LockEnvironment();
   return _putenv(assignment.c_str()) == 0;
 }
 

@@ -64,9 +64,8 @@ struct CGetEnv final : Instruction<CGetEnv> {
       .results = {Text("env var value")},
   };
   static Status Run(Call& call, const char* name) {
-    const char* value = platform::FindVariable(name);
-    const bool found = value != nullptr && *value != '\0';
-    return call.Set(0, found ? value : "Not found");
+    const std::optional<std::string> value = platform::FindVariable(name);
+    return call.Set(0, value && !value->empty() ? *value : "Not found");
   }
 };
 

@@ -1,8 +1,11 @@
 // Stopwatches, whose start times live in the host's named data.
 
+#include <atomic>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <new>
+#include <optional>
 
 #include "host/os.h"
 #include "plugin/instruction.h"
@@ -23,6 +26,8 @@ struct FreeMemory {
 double* Table(Call& call) {
   IXNamedDataStore* store = call.NamedData();
   if (store == nullptr) return nullptr;
+  static std::mutex first_use;
+  const std::lock_guard lock(first_use);
   if (void* found = store->LookUp(kTableName)) return static_cast<double*>(found);
   std::unique_ptr<double, FreeMemory> table(
       static_cast<double*>(std::calloc(kStopwatches, sizeof(double))));
@@ -31,12 +36,16 @@ double* Table(Call& call) {
   return table.release();
 }
 
-/// The start time of the stopwatch that the constant names; null where there is none.
-double* StartTime(Call& call) {
+/// A start time, which several threads may read and write.
+using StartTime = std::atomic_ref<double>;
+
+/// That of the stopwatch that the constant names; none where there is no such stopwatch.
+std::optional<StartTime> FindStartTime(Call& call) {
   const auto index = static_cast<std::uint32_t>(call.ConstantInteger(0));
-  if (index >= kStopwatches) return nullptr;
+  if (index >= kStopwatches) return std::nullopt;
   double* const table = Table(call);
-  return table == nullptr ? nullptr : table + index;
+  if (table == nullptr) return std::nullopt;
+  return StartTime(table[index]);
 }
 
 constexpr Constant kIndex{
@@ -56,9 +65,9 @@ struct CSystemStopwatchStart final : Instruction<CSystemStopwatchStart> {
       .constants = {kIndex},
   };
   static Status Run(Call& call) {
-    double* start = StartTime(call);
-    if (start == nullptr) return Status::kFailure;
-    *start = CNuvOs::GetMSecTime();
+    const std::optional<StartTime> start = FindStartTime(call);
+    if (!start) return Status::kFailure;
+    start->store(CNuvOs::GetMSecTime());
     return Status::kSuccess;
   }
 };
@@ -75,11 +84,10 @@ struct CSystemStopwatchStop final : Instruction<CSystemStopwatchStop> {
       .results = {Number("elapsed ms")},
   };
   static Status Run(Call& call) {
-    double* start = StartTime(call);
-    if (start == nullptr) return Status::kFailure;
-    call.Set(0, *start == 0.0 ? 0.0 : CNuvOs::GetMSecTime() - *start);
-    *start = 0.0;
-    return Status::kSuccess;
+    const std::optional<StartTime> start = FindStartTime(call);
+    if (!start) return Status::kFailure;
+    const double started = start->exchange(0.0);
+    return call.Set(0, started == 0.0 ? 0.0 : CNuvOs::GetMSecTime() - started);
   }
 };
 

@@ -10,10 +10,21 @@
 
 namespace nuvhost {
 
-/// The catalogue: position, category, name, identifier. An empty category lists all.
-int List(const Catalogue& catalogue, const std::string& category, bool as_json);
+/// How wide text for people is, in characters; words and values that are longer stand out.
+inline constexpr std::size_t kTextWidth = 100;
 
-/// One descriptor in full, or all of them as JSON.
+/// What is to be listed.
+struct ListOptions {
+  std::vector<std::string> words;  ///< that all occur, best first; all in their order if empty
+  std::string category;            ///< the one category; all if empty
+  bool identifiers = false;        ///< in place of summaries
+  bool as_json = false;
+};
+
+/// The catalogue: position, category, name, summary; as JSON the identifier in place of it.
+int List(const Catalogue& catalogue, const ListOptions& options);
+
+/// One descriptor in full with its entry of the reference, or all of them as JSON.
 int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_json);
 int DescribeAll(const Catalogue& catalogue);
 
@@ -49,6 +60,7 @@ struct RunOptions {
   bool time = false;                    ///< tell how long the steps took
   std::string until = {};               ///< the last step to run; all if empty
   std::string part_column = {};         ///< the column of a file's parts; none if empty
+  std::string report = {};              ///< a file for the report page, .html; none if empty
 };
 
 /// Runs an inspection program, once or over many data files.

@@ -3,9 +3,13 @@
 #include "nuvhost/commands/commands.h"
 #include "nuvhost/error.h"
 #include "nuvhost/library/catalogue.h"
+#include "nuvhost/reference/entries.h"
+#include "nuvhost/reference/plain_text.h"
 #include "nuvhost/system/console.h"
+#include "nuvhost/text/names.h"
 #include "nuvhost/text/text_table.h"
 #include "nuvhost/text/utf8.h"
+#include "nuvhost/text/words.h"
 #include "nuvhost/values/json_value.h"
 
 namespace nuvhost {
@@ -51,6 +55,7 @@ Json ListToJson(const TStdVector<Record>& records, ToJsonRow to_json) {
 
 Json DescriptorToJson(const CatalogueEntry& instruction) {
   const DescriptorRecord& descriptor = *instruction.descriptor;
+  const Entry* entry = FindEntry(TextOrEmpty(descriptor.identifier));
   return {{"index", instruction.index},
           {"name", TextToJson(descriptor.name)},
           {"category", TextToJson(descriptor.category)},
@@ -61,7 +66,9 @@ Json DescriptorToJson(const CatalogueEntry& instruction) {
           {"format", descriptor.format},
           {"constants", ListToJson(descriptor.constants, ConstantToJson)},
           {"inputs", ListToJson(descriptor.inputs, InputToJson)},
-          {"results", ListToJson(descriptor.results, ResultToJson)}};
+          {"results", ListToJson(descriptor.results, ResultToJson)},
+          {"summary", entry == nullptr ? Json() : Json(entry->Summary())},
+          {"helpFile", entry == nullptr ? Json() : Json(entry->HelpFile())}};
 }
 
 /// One parameter of the printed page: name, type, and what more there is to say.
@@ -112,8 +119,9 @@ void PrintRows(const char* title, const TStdVector<Record>& records, MakeRow mak
   }
   Print(std::string("\n  ") + title + '\n');
   for (const Row& row : rows) {
-    Print("    " + Padded(row.name, name_width) + "  " + Padded(row.type, type_width) + "  " +
-          row.rest + '\n');
+    std::string line = "    " + Padded(row.name, name_width) + "  " + Padded(row.type, type_width);
+    if (!row.rest.empty()) line += "  " + row.rest;
+    Print(std::string(WithoutTrailingBlanks(line)) + '\n');
   }
 }
 
@@ -127,13 +135,20 @@ int DescribeOne(const Catalogue& catalogue, const std::string& name, bool as_jso
   }
   const DescriptorRecord& descriptor = *instruction.descriptor;
   Print(Utf8FromText(descriptor.name) + "  (" + Utf8FromText(descriptor.category) + ")\n");
-  if (descriptor.description != nullptr) Print("  " + Utf8FromText(descriptor.description) + '\n');
+  if (descriptor.description != nullptr) {
+    for (const std::string& line : Wrapped(Utf8FromText(descriptor.description), kTextWidth - 2)) {
+      Print("  " + line + '\n');
+    }
+  }
   Print(fmt::format("\n  identifier  {}\n  position    {}\n  help        {}\n",
                     Utf8FromText(descriptor.identifier), instruction.index, descriptor.help));
   PrintRows("constant parameters", descriptor.constants, ConstantRow);
   PrintRows(descriptor.repeatable != 0 ? "inputs (the last one may be repeated)" : "inputs",
             descriptor.inputs, InputRow);
   PrintRows("results", descriptor.results, ResultRow);
+  if (const Entry* entry = FindEntry(TextOrEmpty(descriptor.identifier))) {
+    Print('\n' + PlainText(entry->markdown, kTextWidth));
+  }
   return kExitSuccess;
 }
 

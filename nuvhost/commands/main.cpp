@@ -27,7 +27,7 @@ namespace {
 struct Arguments {
   std::string plugin;
   std::string log;
-  std::string category;
+  ListOptions list;
   std::string name;
   std::vector<std::string> values;
   std::vector<std::string> constants;
@@ -143,11 +143,14 @@ class CommandLine {
   }
 
   void AddList() {
-    CLI::App* list = Add("list", "List the instructions", [](const Arguments& a) {
-      return List(Catalogue(Plugin(a)), a.category, a.json);
-    });
-    list->add_option("--category", arguments_.category, "only those of one category");
-    list->add_flag("--json", arguments_.json, "as JSON");
+    CLI::App* list = Add("list", "List the instructions, or find some",
+                         [](const Arguments& a) { return List(Catalogue(Plugin(a)), a.list); });
+    list->add_option("words", arguments_.list.words,
+                     "only those whose names, identifiers, parameters, descriptions or help have "
+                     "all these words, best first");
+    list->add_option("--category", arguments_.list.category, "only those of one category");
+    list->add_flag("--identifiers", arguments_.list.identifiers, "identifiers, no summaries");
+    list->add_flag("--json", arguments_.list.as_json, "as JSON");
   }
 
   void AddDescribe() {
@@ -212,6 +215,10 @@ class CommandLine {
     run->add_option("--overlay", arguments_.run.overlay,
                     "draw the annotations over the program's image into OUT.svg; of several runs "
                     "each into OUT-NAME.svg")
+        ->type_name("OUT");
+    run->add_option("--report", arguments_.run.report,
+                    "write a page to look at into OUT.html: the verdict, the parts that are not "
+                    "good, charts and statistics")
         ->type_name("OUT");
     run->add_flag("--keep-going", arguments_.run.keep_going, "go on after a step that fails");
     run->add_option("--jobs", arguments_.run.jobs,

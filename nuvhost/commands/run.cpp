@@ -9,6 +9,7 @@
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/reading/source_text.h"
 #include "nuvhost/running/program_runs.h"
+#include "nuvhost/showing/page_file.h"
 #include "nuvhost/showing/picture_files.h"
 #include "nuvhost/showing/report.h"
 #include "nuvhost/showing/results_file.h"
@@ -16,6 +17,7 @@
 #include "nuvhost/showing/step_times.h"
 #include "nuvhost/showing/step_trace.h"
 #include "nuvhost/system/console.h"
+#include "nuvhost/system/input_file.h"
 #include "nuvhost/system/output_file.h"
 
 namespace nuvhost {
@@ -26,6 +28,7 @@ void CheckFiles(const RunOptions& options, const RunPlan& plan) {
   WrittenFiles written;
   written.Add({"--log", options.log});
   written.Add({"--results", options.results});
+  written.Add({"--report", options.report});
   for (std::size_t run = 0; !options.overlay.empty() && run < plan.Size(); ++run) {
     written.Add({"--overlay", PictureName(options.overlay, plan, run)});
   }
@@ -44,7 +47,15 @@ WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::s
   const std::size_t jobs =
       options.jobs > 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
   const bool in_full = options.results.ends_with(".json") || !options.overlay.empty() ||
-                       options.trace || program.report.empty();
+                       !options.report.empty() || options.trace || program.report.empty();
+  const auto is_standard_input = [](const std::string& word) {
+    return word == kStandardInput || word.ends_with(std::string("=") + kStandardInput);
+  };
+  if (std::min(jobs, runs) > 1 &&
+      (std::ranges::any_of(options.data, is_standard_input) ||
+       std::ranges::any_of(program.data, is_standard_input, &Datum::file))) {
+    throw UserError("--jobs {}: data from standard input can be read by one process alone", jobs);
+  }
   WorkerWords words{std::min(jobs, runs), {"--plugin", options.plugin, "run", "--serve"}};
   words.words.emplace_back(in_full ? "full" : "short");
   if (options.keep_going) words.words.emplace_back("--keep-going");
@@ -55,7 +66,7 @@ WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::s
 
 }  // namespace
 
-int RunChecked(const Program& program, const RunOptions& options,
+int RunChecked(const Catalogue& catalogue, const Program& program, const RunOptions& options,
                const std::optional<Image>& image) {
   const RunPlan plan(program, {options.data, options.parts, options.part_column});
   if (!options.overlay.empty()) CheckPictureNames(options.overlay, plan);
@@ -76,6 +87,9 @@ int RunChecked(const Program& program, const RunOptions& options,
     observers.push_back(
         MakeResults(program, plan, {options.results, options.resume, options.overwrite}, earlier));
   }
+  if (!options.report.empty()) {
+    observers.push_back(std::make_unique<PageFile>(options.report, program, catalogue, image));
+  }
   observers.push_back(MakeReport(program, plan.Size()));
   observers.push_back(MakeVerdict(program, earlier));
   if (options.time) observers.push_back(std::make_unique<StepTimes>(program, progress));
@@ -90,7 +104,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   Mistakes mistakes;
   Program program = ReadProgram(catalogue, std::move(*source), mistakes);
   std::optional<Image> image;
-  if (!options.overlay.empty()) image = LoadImage(program, mistakes);
+  if (!options.overlay.empty() || !options.report.empty()) image = LoadImage(program, mistakes);
   if (!mistakes.Empty()) {
     if (HasOwnDataAlone(program, options))
       LoadData(program, {}, mistakes);  // what is wrong with these, too
@@ -104,7 +118,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
     ServeRuns(program, options.keep_going, options.serve == "full");
     return kExitSuccess;
   }
-  return RunChecked(program, options, image);
+  return RunChecked(catalogue, program, options, image);
 }
 
 }  // namespace nuvhost

@@ -8,9 +8,10 @@
 namespace nuvhost {
 
 /// Runs a program without mistakes over its data, shows what came of it and writes the results and
-/// what was drawn, over the image; the exit code. Throws UserError for options that do not fit the
+/// what was drawn, over the image, and the report page, whose statistics the catalogue's
+/// instructions compute; the exit code. Throws UserError for options that do not fit the
 /// program.
-int RunChecked(const Program& program, const RunOptions& options,
+int RunChecked(const Catalogue& catalogue, const Program& program, const RunOptions& options,
                const std::optional<Image>& image = std::nullopt);
 
 }  // namespace nuvhost

@@ -28,6 +28,21 @@ std::string XmlText(std::string_view bytes) {
   return text;
 }
 
+std::string XmlEscaped(std::string_view utf8) {
+  std::string text;
+  for (const char c : utf8) {
+    switch (c) {
+      case '&': text += "&amp;"; break;
+      case '<': text += "&lt;"; break;
+      case '>': text += "&gt;"; break;
+      case '"': text += "&quot;"; break;
+      case '\'': text += "&apos;"; break;
+      default: text += c;
+    }
+  }
+  return text;
+}
+
 SvgWriter& SvgWriter::Begin(const char* element) {
   if (in_tag_) svg_ += ">\n";
   (svg_ += '<') += element;
@@ -38,7 +53,7 @@ SvgWriter& SvgWriter::Begin(const char* element) {
 
 SvgWriter& SvgWriter::Set(const char* attribute, std::string_view utf8) {
   ((svg_ += ' ') += attribute) += "=\"";
-  Escape(utf8);
+  svg_ += XmlEscaped(utf8);
   svg_ += '"';
   return *this;
 }
@@ -46,7 +61,7 @@ SvgWriter& SvgWriter::Set(const char* attribute, std::string_view utf8) {
 SvgWriter& SvgWriter::Text(std::string_view utf8) {
   if (in_tag_) svg_ += '>';
   in_tag_ = false;
-  Escape(utf8);
+  svg_ += XmlEscaped(utf8);
   return *this;
 }
 
@@ -72,19 +87,6 @@ std::string SvgWriter::Number(double number) const {
     if (text.back() == '.') text.pop_back();
   }
   return text == "-0" ? "0" : text;
-}
-
-void SvgWriter::Escape(std::string_view utf8) {
-  for (const char c : utf8) {
-    switch (c) {
-      case '&': svg_ += "&amp;"; break;
-      case '<': svg_ += "&lt;"; break;
-      case '>': svg_ += "&gt;"; break;
-      case '"': svg_ += "&quot;"; break;
-      case '\'': svg_ += "&apos;"; break;
-      default: svg_ += c;
-    }
-  }
 }
 
 }  // namespace nuvhost

@@ -10,6 +10,8 @@ namespace nuvhost {
 /// A text of 8-bit characters as UTF-8 that XML can hold: UTF-8 stays as it is, anything else is
 /// taken as Latin-1. Control characters but tabs and line ends become U+FFFD.
 std::string XmlText(std::string_view bytes);
+/// A text with what XML and HTML read as their own written as entities.
+std::string XmlEscaped(std::string_view utf8);
 
 /// Elements are begun and ended in turn; attributes follow the begin. Names are the caller's to
 /// choose well, values are escaped. Numbers have a fixed count of decimals, less the zeros at the
@@ -31,8 +33,6 @@ class SvgWriter {
   const std::string& Svg() const { return svg_; }
 
  private:
-  void Escape(std::string_view utf8);
-
   int decimals_;
   std::string svg_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
   std::vector<const char*> open_;

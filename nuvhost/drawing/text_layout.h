@@ -15,7 +15,8 @@ struct TextLayout {
   std::string family;              ///< empty for the default
   double size;                     ///< of the font, in the picture's units
 
-  /// How much room the text takes; the width is a guess, since fonts differ.
+  /// How much room the text takes; the width is a guess on the broad side, since
+  /// fonts differ.
   double Width() const;
   double Height() const { return LineHeight() * static_cast<double>(lines.size()); }
   double LineHeight() const { return 1.2 * size; }

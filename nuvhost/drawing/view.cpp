@@ -13,8 +13,11 @@ namespace {
 constexpr double kFarthest = 1e9;
 constexpr Box kEmptyView{0, 0, 640, 480};
 constexpr double kDisplay = 800;
-constexpr double kMargin = 0.1;     // of the figures' larger side
-constexpr double kLoneMargin = 50;  // around a single point
+constexpr double kMargin = 0.1;        // of the figures' larger side
+constexpr double kLoneMargin = 50;     // around a single point
+constexpr double kFinest = 1e-12;      // margin, of the largest coordinate
+constexpr double kSmallest = 1e-300;   // margin, whatever the coordinates are
+constexpr double kLongestText = 8000;  // that the picture grows for, in pixels
 
 /// The box around all that it is given.
 class Extent {
@@ -92,12 +95,32 @@ CNuvPoint Foot(const CNuvLine& line, const CNuvPoint& point) {
   return {point.x + distance * direction.y, point.y - distance * direction.x};
 }
 
+/// Of the points start + t * step with t between two bounds, those within a box. Liang and Barsky's
+/// way: each side of the box takes away those behind it.
+std::optional<SegmentFigure> ClippedPart(const CNuvPoint& start, const CNuvPoint& step, double from,
+                                         double to, const Box& box) {
+  const auto cut = [&](double position, double along, double low, double high) {
+    if (along == 0) return low <= position && position <= high;
+    const double enter = ((along > 0 ? low : high) - position) / along;
+    const double leave = ((along > 0 ? high : low) - position) / along;
+    from = std::max(from, enter);
+    to = std::min(to, leave);
+    return from <= to;
+  };
+  if (!cut(start.x, step.x, box.left, box.right)) return std::nullopt;
+  if (!cut(start.y, step.y, box.top, box.bottom)) return std::nullopt;
+  const auto point = [&](double t) {
+    return CNuvPoint(start.x + t * step.x, start.y + t * step.y);
+  };
+  return SegmentFigure{point(from), point(to)};
+}
+
 }  // namespace
 
 View ViewOf(const Image& image) {
-  constexpr double kSmallest = 0.5;
+  constexpr double kSmallestPixel = 0.5;
   const Box box{0, 0, static_cast<double>(image.width), static_cast<double>(image.height)};
-  return {box, std::max(kSmallest, std::max(box.right, box.bottom) / kDisplay)};
+  return {box, std::max(kSmallestPixel, std::max(box.right, box.bottom) / kDisplay)};
 }
 
 View ViewAround(const Annotations& annotations) {
@@ -115,18 +138,24 @@ View ViewAround(const Annotations& annotations) {
   }
   if (extent.Empty()) return {kEmptyView, 1};
 
-  const double size = std::max(extent.Get().Width(), extent.Get().Height());
-  const double margin = size > 0 ? kMargin * size : kLoneMargin;
+  const Box& figures = extent.Get();
+  const double size = std::max(figures.Width(), figures.Height());
+  const double farthest = std::max({-figures.left, -figures.top, figures.right, figures.bottom});
+  const double margin =
+      size > 0 ? std::max({kMargin * size, kFinest * farthest, kSmallest}) : kLoneMargin;
   const View without_texts{Widened(extent.Get(), margin), (size + 2 * margin) / kDisplay};
   extent.Include(without_texts.box);
   for (const Annotation* annotation : annotations) {
     const auto* text = std::get_if<TextFigure>(&annotation->figure);
     if (text == nullptr || !IsDrawable(text->location)) continue;
     const TextLayout layout = LayOutText(annotation->label, text->font, without_texts);
+    if (layout.lines.empty()) continue;
     const CNuvPoint& begin = text->location;
-    extent.Include(Box{begin.x, begin.y, begin.x + layout.Width(), begin.y + layout.Height()});
+    const double longest = kLongestText * without_texts.pixel;
+    extent.Include(Box{begin.x, begin.y, begin.x + std::min(layout.Width(), longest),
+                       begin.y + std::min(layout.Height(), longest)});
   }
-  return {extent.Get(), without_texts.pixel};
+  return {extent.Get(), without_texts.pixel, without_texts.pixel};
 }
 
 bool IsDrawable(const CNuvPoint& point) {
@@ -153,29 +182,17 @@ Box PixelAt(const CNuvPoint& point) {
   return {x, y, x + 1, y + 1};
 }
 
-// Liang and Barsky's way: of the line's points, foot + t * direction, each side of the box takes
-// away those behind it.
 std::optional<SegmentFigure> Clipped(const CNuvLine& line, const Box& box) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   const CNuvPoint foot =
       Foot(line, CNuvPoint((box.left + box.right) / 2, (box.top + box.bottom) / 2));
-  const CNuvPoint direction = Direction(line.a);
   if (!IsDrawable(foot)) return std::nullopt;
-  double from = -std::numeric_limits<double>::infinity();
-  double to = std::numeric_limits<double>::infinity();
-  const auto cut = [&](double position, double step, double low, double high) {
-    if (step == 0) return low <= position && position <= high;
-    const double enter = ((step > 0 ? low : high) - position) / step;
-    const double leave = ((step > 0 ? high : low) - position) / step;
-    from = std::max(from, enter);
-    to = std::min(to, leave);
-    return from <= to;
-  };
-  if (!cut(foot.x, direction.x, box.left, box.right)) return std::nullopt;
-  if (!cut(foot.y, direction.y, box.top, box.bottom)) return std::nullopt;
-  const auto point = [&](double t) {
-    return CNuvPoint(foot.x + t * direction.x, foot.y + t * direction.y);
-  };
-  return SegmentFigure{point(from), point(to)};
+  return ClippedPart(foot, Direction(line.a), -kInfinity, kInfinity, box);
+}
+
+std::optional<SegmentFigure> Clipped(const SegmentFigure& segment, const Box& box) {
+  const CNuvPoint step(segment.end.x - segment.start.x, segment.end.y - segment.start.y);
+  return ClippedPart(segment.start, step, 0, 1, box);
 }
 
 }  // namespace nuvhost

@@ -28,7 +28,8 @@ struct Box {
 
 struct View {
   Box box;
-  double pixel;  ///< of the display that lines and texts are made for
+  double pixel;     ///< of the display that lines and texts are made for
+  double unit = 1;  ///< of the picture's own coordinates, which begin at the box's corner
 
   double LineWidth() const { return 1.6 * pixel; }
   double TextSize() const { return 18 * pixel; }
@@ -38,7 +39,9 @@ struct View {
 /// display or more; a small image reads well from twice its own size.
 View ViewOf(const Image& image);
 /// The picture that holds all figures, with a margin, for the same display. Lines without end are
-/// cut off by it, and count only where there is nothing else.
+/// cut off by it, and count only where there is nothing else. Its own coordinates count pixels of
+/// the display, since viewers reckon with 24 binary digits; figures that lie closer together than
+/// double precision can tell at their place coincide in it.
 View ViewAround(const Annotations& annotations);
 
 /// Whether something at a point can be shown: its coordinates are finite, and no larger than 1e9,
@@ -50,7 +53,9 @@ bool IsDrawable(const CNuvCircle& circle);
 std::array<CNuvPoint, 4> Corners(const CNuvRect& rect);
 /// The square of the pixel that a point lies in.
 Box PixelAt(const CNuvPoint& point);
-/// The part of a line that lies within a box; nothing where it passes by.
+/// The part of a line, or of a segment with drawable ends, that lies within a box; nothing where
+/// it passes by.
 std::optional<SegmentFigure> Clipped(const CNuvLine& line, const Box& box);
+std::optional<SegmentFigure> Clipped(const SegmentFigure& segment, const Box& box);
 
 }  // namespace nuvhost

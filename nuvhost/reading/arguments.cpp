@@ -4,6 +4,7 @@
 
 #include "nuvhost/error.h"
 #include "nuvhost/library/catalogue.h"
+#include "nuvhost/reading/literals.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/text/utf8.h"
 #include "nuvhost/values/json_value.h"
@@ -15,12 +16,6 @@ std::string NameOf(const char* name) {
   return Quoted(NameFromText(name));
 }
 
-/// "a number", "an array of points".
-std::string WithArticle(std::uint32_t type) {
-  const std::string text = Describe(type);
-  return (std::string_view("aeiou").find(text[0]) == std::string_view::npos ? "a " : "an ") + text;
-}
-
 std::string Plural(std::size_t count, const std::string& what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
@@ -30,16 +25,15 @@ std::uint32_t ValueKind(std::uint32_t type) {
   return type == NUV_PARAM_INTEGER || type == NUV_PARAM_CHOICE ? NUV_PARAM_NUMBER : type;
 }
 
-bool IsArray(std::uint32_t type) {
-  return type >= NUV_PARAM_BOOLEAN_ARRAY;
-}
-
-std::uint32_t ElementType(std::uint32_t array_type) {
-  return array_type - NUV_PARAM_BOOLEAN_ARRAY + NUV_PARAM_BOOLEAN;
-}
-
-bool IsReference(const Json& json) {
-  return json.is_object() && (json.contains("step") || json.contains("data"));
+/// Whether an instruction builds arrays by adding to one, which then often begins without
+/// elements.
+bool AddsToArray(const DescriptorRecord& descriptor) {
+  constexpr std::string_view kEnds[] = {"ArrInsert_",   "ArrInsertRep_", "ArrInsertArray_",
+                                        "ArrAppend_",   "ArrAppendRep_", "ArrResize_",
+                                        "ArrConcatArr_"};
+  const std::string_view identifier = TextOrEmpty(descriptor.identifier);
+  return std::ranges::any_of(kEnds,
+                             [&](std::string_view end) { return identifier.ends_with(end); });
 }
 
 /// The key of a choice given by its label or key; throws ValueError.
@@ -80,9 +74,8 @@ CNuvObject ConstantFromJson(const Json& json, const ConstantRecord& record) {
 
 void ArgumentReader::Read(const Located& json, std::size_t step) {
   step_ = step;
-  Step& read = program_.steps[step];
-  if (const auto constants = json.Find("const")) ReadConstants(*constants, read);
-  if (const auto inputs = json.Find("in")) ReadInputs(*inputs, read);
+  if (const auto constants = json.Find("const")) ReadConstants(*constants, program_.steps[step]);
+  ReadInputs(json, step);
 }
 
 template <class Finder>
@@ -130,26 +123,45 @@ void ArgumentReader::ReadConstant(const Located& json, const ConstantRecord& rec
   }
 }
 
-void ArgumentReader::ReadInputs(const Located& json, Step& step) {
-  const DescriptorRecord& descriptor = *step.instruction->descriptor;
-  for (const ParameterRecord& input : descriptor.inputs)
-    step.inputs.emplace_back(input.default_value);
-  if (json->is_object()) {
-    ReadInputsByName(json, step);
-  } else if (json->is_array()) {
-    ReadInputsByPosition(json, step);
-  } else {
+void ArgumentReader::ReadInputs(const Located& json, std::size_t step) {
+  const TStdVector<ParameterRecord>& declared = Descriptor().inputs;
+  std::vector<Argument> inputs;
+  for (const ParameterRecord& input : declared) inputs.emplace_back(input.default_value);
+  std::vector<bool> given(declared.Size());
+  const std::optional<Located> in = json.Find("in");
+  if (in && (*in)->is_object()) {
+    ReadInputsByName(*in, inputs, given);
+  } else if (in && (*in)->is_array()) {
+    ReadInputsByPosition(*in, inputs, given);
+  } else if (in) {
     checker_.Complain(
-        json, "\"in\" is an object by name or a list by position, found " + DescribeKind(*json));
+        *in, "\"in\" is an object by name or a list by position, found " + DescribeKind(**in));
+    return;
+  }
+  CheckGiven(in ? *in : json, given);
+  program_.steps[step].inputs = std::move(inputs);  // not before: expressions add steps
+}
+
+/// An array that is left out would be one without elements, of which no result tells anything.
+void ArgumentReader::CheckGiven(const Located& json, const std::vector<bool>& given) {
+  const DescriptorRecord& descriptor = Descriptor();
+  if (AddsToArray(descriptor)) return;
+  for (std::size_t i = 0; i < given.size(); ++i) {
+    const ParameterRecord& input = descriptor.inputs[i];
+    if (given[i] || !IsArray(input.type)) continue;
+    checker_.Complain(json, "{} needs {} for its input {}", NameOf(descriptor.name),
+                      WithArticle(input.type), NameOf(input.name));
   }
 }
 
-void ArgumentReader::ReadInputsByName(const Located& json, Step& step) {
-  const DescriptorRecord& descriptor = *step.instruction->descriptor;
+void ArgumentReader::ReadInputsByName(const Located& json, std::vector<Argument>& inputs,
+                                      std::vector<bool>& given) {
+  const DescriptorRecord& descriptor = Descriptor();
   const std::size_t declared = descriptor.inputs.Size();
-  std::vector<bool> given(declared);
+  bool all_known = true;
   for (const auto& [name, value] : json.Members()) {
     const auto position = Find(FindInput, descriptor, name, value.NameOffset());
+    all_known = all_known && position.has_value();
     if (!position) continue;
     if (given[*position]) checker_.Complain(value.NameOffset(), Quoted(name) + " is given twice");
     given[*position] = true;
@@ -163,47 +175,52 @@ void ArgumentReader::ReadInputsByName(const Located& json, Step& step) {
                                    "is used");
       continue;
     }
-    step.inputs.resize(declared + values.size() - 1);
+    inputs.resize(std::max(inputs.size(), *position + values.size()));
     for (std::size_t i = 0; i < values.size(); ++i) {
-      step.inputs[*position + i] = ReadInput(values[i], descriptor, *position);
+      inputs[*position + i] = ReadInput(values[i], *position);
     }
   }
+  if (!all_known) given.assign(declared, true);  // whichever was meant, one mistake is enough
 }
 
-void ArgumentReader::ReadInputsByPosition(const Located& json, Step& step) {
-  const DescriptorRecord& descriptor = *step.instruction->descriptor;
+void ArgumentReader::ReadInputsByPosition(const Located& json, std::vector<Argument>& inputs,
+                                          std::vector<bool>& given) {
+  const DescriptorRecord& descriptor = Descriptor();
   const std::size_t declared = descriptor.inputs.Size();
   const std::vector<Located> values = json.Elements();
+  std::fill_n(given.begin(), std::min(values.size(), declared), true);
   if (values.size() > declared && descriptor.repeatable == 0) {
     checker_.Complain(values[declared], "{} takes {}, {} given", NameOf(descriptor.name),
                       Plural(declared, "input"), values.size());
     return;
   }
-  step.inputs.resize(std::max(declared, values.size()));
+  inputs.resize(std::max(declared, values.size()));
   for (std::size_t i = 0; i < values.size(); ++i) {
-    step.inputs[i] = ReadInput(values[i], descriptor, std::min(i, declared - 1));
+    inputs[i] = ReadInput(values[i], std::min(i, declared - 1));
   }
 }
 
-Argument ArgumentReader::ReadInput(const Located& json, const DescriptorRecord& descriptor,
-                                   std::size_t input) {
+Argument ArgumentReader::ReadInput(const Located& json, std::size_t input) {
+  const DescriptorRecord& descriptor = Descriptor();
   const ParameterRecord& record = descriptor.inputs[input];
   const std::string what =
       fmt::format("input {} of {}", NameOf(record.name), NameOf(descriptor.name));
   if (json->is_object() && json->contains("step")) return FromStep(json, record.type, what);
-  if (json->is_object() && json->contains("data")) return FromData(json, record.type, what);
+  if (json->is_object() && json->contains("data")) return data_.Read(json, record.type, what);
+  if (json->is_object() && json->contains("expr")) return FromExpression(json, record.type, what);
   for (const auto& [name, member] : json.Members()) {
-    const std::string near = DidYouMean(name, {"step", "data"});
+    if (IsWrapped(*json)) break;
+    const std::string near = DidYouMean(name, {"step", "data", "expr", "value"});
     if (near.empty()) continue;
     checker_.Complain(member.NameOffset(), "a reference has no member \"{}\"{}", name, near);
     return CNuvObject();
   }
-  return Literal(json, record.type, what);
+  return ReadLiteral(checker_, program_.settings, json, record.type, what, AddsToArray(descriptor));
 }
 
 Argument ArgumentReader::FromStep(const Located& json, std::uint32_t type,
                                   const std::string& input) {
-  const std::optional<StepResult> found = Reference(json, step_);
+  const std::optional<StepResult> found = Reference(json);
   if (!found) return CNuvObject();
   const Step& step = program_.steps[found->step];
   const ResultRecord& result = step.instruction->descriptor->results[found->result];
@@ -214,33 +231,42 @@ Argument ArgumentReader::FromStep(const Located& json, std::uint32_t type,
   return *found;
 }
 
-std::optional<StepResult> ArgumentReader::Reference(const Located& json, std::size_t steps) {
+std::size_t ArgumentReader::FindStep(const std::string& name) const {
+  const std::vector<Step>& all = program_.steps;
+  const auto step = std::ranges::find(all, name, &Step::name);
+  const auto index = static_cast<std::size_t>(step - all.begin());
+  if (index < step_) return index;
+  if (index == step_ && step != all.end()) {
+    throw ValueError("step \"{}\" uses its own result", name);
+  }
+  if (step != all.end()) {
+    throw ValueError("step \"{}\" runs later; a step uses results of earlier steps only", name);
+  }
+  std::vector<std::string_view> names;
+  for (std::size_t i = 0; i < step_; ++i) names.push_back(all[i].name);
+  throw ValueError("no step " + Quoted(name) + Suggestion(name, names));
+}
+
+std::uint32_t ArgumentReader::TypeOf(const StepResult& result) const {
+  return program_.steps[result.step].instruction->descriptor->results[result.result].type;
+}
+
+std::optional<StepResult> ArgumentReader::Reference(const Located& json) {
   if (!checker_.IsObject(json, "a reference to a step", {"step", "result"}, {"step"})) {
     return std::nullopt;
   }
   const std::optional<std::string> name = checker_.Name(json, "step");
   if (!name) return std::nullopt;
-  const std::vector<Step>& all = program_.steps;
-  const auto step = std::ranges::find(all, *name, &Step::name);
-  const auto index = static_cast<std::size_t>(step - all.begin());
-  if (index >= steps) {
-    std::string text = "no step " + Quoted(*name);
-    if (step == all.end()) {
-      std::vector<std::string_view> names;
-      for (std::size_t i = 0; i < steps; ++i) names.push_back(all[i].name);
-      text += Suggestion(*name, names);
-    } else if (index == steps) {
-      text = fmt::format("step \"{}\" uses its own result", *name);
-    } else {
-      text =
-          fmt::format("step \"{}\" runs later; a step uses results of earlier steps only", *name);
-    }
-    checker_.Complain(*json.Find("step"), text);
+  std::size_t step = 0;
+  try {
+    step = FindStep(*name);
+  } catch (const ValueError& error) {
+    checker_.Complain(*json.Find("step"), error.what());
     return std::nullopt;
   }
-  if (step->instruction == nullptr) return std::nullopt;  // a mistake of its own
+  if (program_.steps[step].instruction == nullptr) return std::nullopt;  // a mistake of its own
 
-  const DescriptorRecord& descriptor = *step->instruction->descriptor;
+  const DescriptorRecord& descriptor = *program_.steps[step].instruction->descriptor;
   const std::optional<Located> result = json.Find("result");
   std::string wanted = "0";
   if (result && (*result)->is_string()) {
@@ -255,100 +281,94 @@ std::optional<StepResult> ArgumentReader::Reference(const Located& json, std::si
   }
   const auto position = Find(FindResult, descriptor, wanted, (result ? *result : json).Offset());
   if (!position) return std::nullopt;
-  return StepResult{index, *position};
+  return StepResult{step, *position};
 }
 
-Argument ArgumentReader::FromData(const Located& json, std::uint32_t type,
-                                  const std::string& input) {
-  checker_.IsObject(json, "a reference to data", {"data", "column", "columns"}, {});
-  const std::optional<std::string> name = checker_.Name(json, "data");
-  if (!name) return CNuvObject();
-  const std::string data = "data " + Quoted(*name);
-  const std::vector<ColumnName> columns = Columns(json);
-
-  if (const auto value = values_.find(*name); value != values_.end()) {
-    if (!columns.empty()) {
-      checker_.Complain(json, data + " stands in the program and has no columns");
-    }
-    return Literal(value->second, type, fmt::format("{}, from {}", input, data));
+Argument ArgumentReader::FromExpression(const Located& json, std::uint32_t type,
+                                        const std::string& input) {
+  const std::string place = fmt::format("step \"{}\"", program_.steps[step_].name);
+  const std::optional<Operand> operand = ReadOperand(json, {step_, place});
+  if (!operand) return CNuvObject();
+  if (ValueKind(operand->type) != ValueKind(type)) {
+    checker_.Complain(*json.Find("expr"), "{} takes {}; the expression gives {}", input,
+                      WithArticle(type), WithArticle(operand->type));
   }
-  const auto datum = std::ranges::find(program_.data, *name, &Datum::name);
-  if (datum == program_.data.end()) {
-    std::vector<std::string_view> names;
-    for (const Datum& known : program_.data) names.push_back(known.name);
-    for (const auto& [known, value] : values_) names.push_back(known);
-    checker_.Complain(*json.Find("data"), "no {}{}", data, Suggestion(*name, names));
-    return CNuvObject();
-  }
-  const bool fits = (type == NUV_PARAM_NUMBER_ARRAY && columns.size() <= 1) ||
-                    (type == NUV_PARAM_POINT_ARRAY && columns.size() != 1);
-  if (!fits) {
-    constexpr const char* kGives[] = {" comes from a file and is an array of numbers or points",
-                                      ", one column, is an array of numbers",
-                                      ", two columns, is an array of points"};
-    checker_.Complain(json, "{} takes {}; {}{}", input, WithArticle(type), data,
-                      kGives[columns.size()]);
-    return CNuvObject();
-  }
-  const DataUse use{static_cast<std::size_t>(datum - program_.data.begin()), columns, type, input,
-                    json.Offset()};
-  program_.uses.push_back(use);
-  return UseNumber{program_.uses.size() - 1};
+  return operand->argument;
 }
 
-/// None, one or two columns.
-std::vector<ColumnName> ArgumentReader::Columns(const Located& json) {
-  std::vector<Located> wanted;
-  if (const auto column = json.Find("column")) wanted.push_back(*column);
-  if (const auto columns = json.Find("columns")) {
-    if (!wanted.empty()) {
-      checker_.Complain(columns->NameOffset(), "\"column\" and \"columns\" exclude each other");
-      return {};
-    }
-    wanted = columns->Elements();
-    if (wanted.size() != 2) {
-      checker_.Complain(*columns, "\"columns\" is a list of two columns, for x and y");
-      return {};
-    }
+std::optional<StepResult> ArgumentReader::ReportValue(const Located& json,
+                                                      const std::string& label) {
+  const auto is_written = [](const Step& step) { return !step.generated; };
+  step_ = static_cast<std::size_t>(std::ranges::count_if(program_.steps, is_written));
+  if (!json->is_object() || !json->contains("expr")) return Reference(json);
+  Generated generated{step_, fmt::format("report row \"{}\"", label)};
+  const std::optional<Operand> operand = ReadOperand(json, generated);
+  if (!operand) return std::nullopt;
+  const auto* result = std::get_if<StepResult>(&operand->argument);
+  if (result == nullptr) {
+    program_.steps.push_back(ValueStep(*operand, catalogue_, generated));
+    program_.steps.back().generated->label = label;
+    return StepResult{program_.steps.size() - 1, 0};
   }
-  std::vector<ColumnName> names;
-  for (const Located& column : wanted) {
-    if (column->is_string()) {
-      names.emplace_back(column->get<std::string>());
-    } else if (column->is_number_unsigned()) {
-      names.emplace_back(column->get<std::size_t>());
-    } else {
-      checker_.Complain(
-          column, "a column is its header, or its position from 0; found " + DescribeKind(*column));
-      return {};
-    }
-  }
-  return names;
+  if (auto& made = program_.steps[result->step].generated) made->label = label;
+  return *result;
 }
 
-CNuvObject ArgumentReader::Literal(const Located& json, std::uint32_t type,
-                                   const std::string& what) {
-  const std::size_t limit = program_.settings.max_array_elements;
-  if (IsArray(type) && json->is_array() && limit != 0 && json->size() > limit) {
-    checker_.Complain(json, "{}: {} elements; \"maxArrayElements\" is {}", what, json->size(),
-                      limit);
-    return CNuvObject();
+std::optional<Operand> ArgumentReader::ReadOperand(const Located& json,
+                                                   const Generated& generated) {
+  checker_.IsObject(json, "an expression", {"expr"}, {"expr"});
+  const std::optional<std::string> text = checker_.Name(json, "expr");
+  if (!text) return std::nullopt;
+  const Located written = *json.Find("expr");
+  Generated of_operators = generated;
+  of_operators.origin += fmt::format(", expression \"{}\"", *text);
+  const auto resolve = [&](const ExpressionName& name) {
+    return Resolve(name, checker_.OffsetWithin(written, name.at), of_operators.origin);
+  };
+  const std::size_t steps = program_.steps.size();
+  try {
+    return ReadExpression(*text, catalogue_, resolve, of_operators, program_.steps);
+  } catch (const ExpressionError& error) {
+    program_.steps.resize(steps);
+    if (*error.what() != '\0') {
+      checker_.Complain(checker_.OffsetWithin(written, error.at), error.what());
+    }
+  }
+  return std::nullopt;
+}
+
+Operand ArgumentReader::Resolve(const ExpressionName& name, std::size_t offset,
+                                const std::string& place) {
+  const bool is_step =
+      std::ranges::find(program_.steps, name.name, &Step::name) != program_.steps.end();
+  if (data_.Has(name.name)) {
+    if (!is_step) return data_.InExpression(name, offset, place);
+    throw ExpressionError(name.at, "a step and data are both named " + Quoted(name.name) +
+                                       "; give one of them another name");
   }
   try {
-    return FromJson(*json, type);
+    const std::size_t step = FindStep(name.name);
+    const CatalogueEntry* instruction = program_.steps[step].instruction;
+    if (instruction == nullptr) throw ExpressionError(name.at, "");  // a mistake of its own
+    const StepResult result{
+        step, FindResult(*instruction->descriptor, name.part.empty() ? "0" : name.part)};
+    return {result, ValueKind(TypeOf(result))};
+  } catch (const ExpressionError&) {
+    throw;
   } catch (const ValueError& error) {
-    if (!IsArray(type) || !json->is_array()) checker_.Complain(json, what + ": " + error.what());
+    std::string text = error.what();
+    if (!is_step) text = "no step or data " + Quoted(name.name) + Suggestion(name.name, Names());
+    throw ExpressionError(name.at, text);
+  } catch (const UserError& error) {
+    throw ExpressionError(name.part_at, error.what());
   }
-  for (const Located& element : json.Elements()) {
-    try {
-      FromJson(*element, ElementType(type));
-    } catch (const ValueError& error) {
-      checker_.Complain(element, what + ": " +
-                                     (IsReference(*element) ? "a list holds values, no references"
-                                                            : error.what()));
-    }
-  }
-  return CNuvObject();
+}
+
+/// What an expression can name: the earlier steps and the data.
+std::vector<std::string_view> ArgumentReader::Names() const {
+  std::vector<std::string_view> names = data_.Names();
+  for (std::size_t i = 0; i < step_; ++i) names.push_back(program_.steps[i].name);
+  return names;
 }
 
 }  // namespace nuvhost

@@ -52,6 +52,36 @@ std::optional<std::string> Checker::Name(const Located& object, std::string_view
   return std::nullopt;
 }
 
+std::optional<bool> Checker::Boolean(const Located& object, std::string_view member) {
+  const std::optional<Located> value = object.Find(member);
+  if (!value) return std::nullopt;
+  if ((*value)->is_boolean()) return (*value)->get<bool>();
+  Complain(*value, "\"{}\": expected true or false, found {}", member, DescribeKind(**value));
+  return std::nullopt;
+}
+
+std::size_t Checker::OffsetWithin(const Located& text, std::size_t byte) const {
+  const std::string_view source = source_.Text();
+  std::size_t at = text.Offset() + 1;  // behind the quote
+  std::size_t decoded = 0;
+  while (decoded < byte) {
+    std::size_t length = 1;
+    if (source[at] == '\\') {
+      length = source[at + 1] == 'u' ? 6 : 2;
+      const bool is_pair = length == 6 && source.substr(at + 6).starts_with("\\u") &&
+                           (source[at + 2] == 'd' || source[at + 2] == 'D') &&
+                           std::string_view("89abAB").find(source[at + 3]) != source.npos;
+      if (is_pair) length = 12;
+    }
+    decoded += length < 6 ? 1
+                          : Json::parse('"' + std::string(source.substr(at, length)) + '"')
+                                .get_ref<const std::string&>()
+                                .size();
+    at += length;
+  }
+  return at;
+}
+
 std::optional<std::uint64_t> Checker::WholeNumber(const Located& object, std::string_view member,
                                                   std::uint64_t least, std::uint64_t most) {
   const std::optional<Located> value = object.Find(member);

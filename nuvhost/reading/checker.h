@@ -24,6 +24,8 @@ class Checker {
 
   void Complain(std::size_t offset, const std::string& text);
   void Complain(const Located& value, const std::string& text) { Complain(value.Offset(), text); }
+  /// Where a byte of a text's characters stands, whatever escapes are before it.
+  std::size_t OffsetWithin(const Located& text, std::size_t byte) const;
   /// A text whose places in braces are filled as fmt::format does.
   template <class Place, class First, class... Rest>
   void Complain(const Place& place, fmt::format_string<First, Rest...> text, First&& first,
@@ -40,6 +42,7 @@ class Checker {
   std::optional<std::string> Text(const Located& object, std::string_view member);
   /// As Text, where an empty text is a mistake too.
   std::optional<std::string> Name(const Located& object, std::string_view member);
+  std::optional<bool> Boolean(const Located& object, std::string_view member);
   /// The whole number of a member that is there, from `least` to `most`.
   std::optional<std::uint64_t> WholeNumber(const Located& object, std::string_view member,
                                            std::uint64_t least, std::uint64_t most);

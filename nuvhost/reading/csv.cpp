@@ -8,84 +8,166 @@
 #include <cstdlib>
 #include <limits>
 
+#include "host/records.h"
 #include "nuvhost/text/names.h"
 
 namespace nuvhost {
 namespace {
 
 std::string_view Trimmed(std::string_view text) {
+  const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
+  if (!text.empty() && !is_blank(text.front()) && !is_blank(text.back())) return text;
   const std::size_t begin = text.find_first_not_of(" \t");
   if (begin == std::string_view::npos) return "";
   return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
 }
 
-/// A number as CSV files have it; nothing for other texts. Beyond the range it is infinite.
-std::optional<double> ParseNumber(std::string_view text) {
-  text = Trimmed(text);
-  if (text == "NaN") return std::numeric_limits<double>::quiet_NaN();
-  if (text == "Infinity") return std::numeric_limits<double>::infinity();
-  if (text == "-Infinity") return -std::numeric_limits<double>::infinity();
-  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
-  // Digits only: none of the words for special numbers, of which there are many.
-  if (text.find_first_not_of("0123456789+-.eE") != std::string_view::npos) return std::nullopt;
+std::string Lowered(std::string_view text) {
+  std::string lowered(text);
+  for (char& c : lowered) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return lowered;
+}
+
+/// What has no digits as numbers have them, also as older C libraries print it: 1.#INF.
+std::optional<double> SpecialNumber(std::string_view text) {
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  std::string word = Lowered(text);
+  if (word.starts_with("1.#")) word = word.substr(3, word.find_last_not_of('0') - 2);
+  if (word == "inf" || word == "infinity") {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    return negative ? -kInfinity : kInfinity;
+  }
+  if (word == "nan" || word == "qnan" || word == "snan" || word == "ind") {
+    return std::numeric_limits<double>::quiet_NaN();
+  }
+  return std::nullopt;
+}
+
+/// A number with a decimal point; nothing for other texts. Beyond the range it is infinite.
+std::optional<double> ParseDecimal(std::string_view text) {
+  std::size_t first = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+  if (first == text.size()) return std::nullopt;
+  // Digits only: none of the words that from_chars knows.
+  if (text[first] != '.' && (text[first] < '0' || text[first] > '9')) return SpecialNumber(text);
+  if (text[0] == '+') text.remove_prefix(1);
   double number = 0.0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
-    return std::nullopt;
-  }
+  if (error == std::errc::invalid_argument) return std::nullopt;
+  if (end != text.data() + text.size()) return SpecialNumber(text);
   // Too large or too small, which only the C runtime tells apart.
   if (error == std::errc::result_out_of_range)
     return std::strtod(std::string(text).c_str(), nullptr);
   return number;
 }
 
-}  // namespace
+/// A number as data files have it. `text` has no blanks around it.
+std::optional<double> ParseNumber(std::string_view text, char decimal) {
+  if (decimal == '.') return ParseDecimal(text);
+  if (text.find('.') != std::string_view::npos) return SpecialNumber(text);
+  std::string point(text);
+  std::ranges::replace(point, decimal, '.');
+  return ParseDecimal(point);
+}
 
-char SeparatorOf(std::string_view first_line) {
+bool IsInfinite(std::optional<double> number, std::string_view text) {
+  return number && std::isinf(*number) && !SpecialNumber(text);
+}
+
+/// A line without what stands in quotes, and without blanks around it.
+std::string Outline(std::string_view line) {
   std::string bare;
   bool quoted = false;
-  for (const char c : first_line) {
+  for (const char c : line) {
     if (c == '"') quoted = !quoted;
-    if (!quoted) bare += c;
+    if (!quoted && c != '\r') bare += c;
   }
-  if (bare.find('\t') != std::string::npos) return '\t';
-  return bare.find(';') != std::string::npos ? ';' : ',';
+  const std::size_t begin = bare.find_first_not_of(' ');
+  if (begin == std::string::npos) return "";
+  return bare.substr(begin, bare.find_last_not_of(' ') + 1 - begin);
+}
+
+/// Whether all words of a text are numbers.
+bool AreNumbers(std::string_view text, char decimal) {
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    if (end > 0 && !ParseNumber(text.substr(0, end), decimal)) return false;
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return true;
+}
+
+}  // namespace
+
+/// Blanks separate where the first two lines have them and nothing else that does; of a single
+/// line, where it holds numbers. Else they stand within a header such as "outer diameter".
+char SeparatorOf(std::string_view text, char decimal) {
+  const std::size_t line_end = std::min(text.find('\n'), text.size());
+  const std::string first = Outline(text.substr(0, line_end));
+  if (first.find('\t') != std::string::npos) return '\t';
+  if (first.find(';') != std::string::npos) return ';';
+  if (decimal != ',' && first.find(',') != std::string::npos) return ',';
+  const char other = decimal == ',' ? ';' : ',';
+  if (first.find(' ') == std::string::npos) return other;
+  if (line_end == text.size()) return AreNumbers(first, decimal) ? ' ' : other;
+  text.remove_prefix(line_end + 1);
+  const std::string second = Outline(text.substr(0, text.find('\n')));
+  return second.find(' ') != std::string::npos ? ' ' : other;
 }
 
 /// Splits the text into rows of fields.
 class CsvTable::Reader {
  public:
-  Reader(const SourceText& source, Mistakes& mistakes)
+  Reader(const SourceText& source, char decimal, Mistakes& mistakes)
       : source_(source), text_(source.Text()), mistakes_(mistakes) {
-    while (!text_.empty() && std::string_view(" \r\n").find(text_.back()) != text_.npos) {
-      text_.remove_suffix(1);
-    }
-    separator_ = SeparatorOf(text_.substr(0, text_.find('\n')));
-    at_end_ = text_.empty();
+    const std::size_t end = text_.find_last_not_of(" \r\n");
+    text_ = text_.substr(0, end == std::string_view::npos ? 0 : end + 1);
+    separator_ = SeparatorOf(text_, decimal);
   }
 
-  bool AtEnd() const { return at_end_; }
+  bool AtEnd() const { return at_ > text_.size() || text_.empty(); }
   std::size_t Offset() const { return at_; }
 
-  /// The fields of the next line; nothing after a mistake.
-  std::optional<std::vector<Field>> Row() {
-    std::vector<Field> row;
+  /// Adds the fields of the next line; false after a mistake.
+  bool Row(std::vector<Field>& row) {
     while (true) {
-      const std::optional<Field> field = text_.substr(at_).starts_with('"') ? InQuotes() : Plain();
-      if (!field) return std::nullopt;
-      row.push_back(*field);
-      at_end_ = at_ == text_.size();
-      if (at_end_ || text_[at_++] == '\n') return row;
+      if (separator_ == ' ') {
+        while (at_ < text_.size() && text_[at_] == ' ') ++at_;
+        if (EndsLine()) return true;
+      }
+      if (at_ == text_.size() || text_[at_] != '"') {
+        row.push_back(Plain());
+      } else if (const std::optional<Field> field = InQuotes()) {
+        row.push_back(*field);
+      } else {
+        return false;
+      }
+      if (EndsLine()) return true;
+      ++at_;
     }
   }
 
  private:
+  /// Whether a line ends here; steps over its end.
+  bool EndsLine() {
+    if (at_ < text_.size() && text_[at_] == '\r' && text_.substr(at_ + 1, 1) == "\n") ++at_;
+    if (at_ < text_.size() && text_[at_] != '\n') return false;
+    ++at_;
+    return true;
+  }
+
   // Both leave off at a separator, a line end or the end of the text.
   Field Plain() {
     const std::size_t begin = at_;
-    while (at_ < text_.size() && text_[at_] != separator_ && text_[at_] != '\n') ++at_;
-    const bool carriage_return = at_ > begin && text_[at_ - 1] == '\r';
-    return {begin, carriage_return ? at_ - 1 : at_};
+    const char* const text = text_.data();
+    const std::size_t end = text_.size();
+    std::size_t at = at_;
+    while (at < end && text[at] != separator_ && text[at] != '\n') ++at;
+    at_ = at;
+    const bool carriage_return = at > begin && text[at - 1] == '\r';
+    return {begin, carriage_return ? at - 1 : at};
   }
 
   std::optional<Field> InQuotes() {
@@ -110,127 +192,112 @@ class CsvTable::Reader {
   std::string_view text_;
   Mistakes& mistakes_;
   char separator_;
-  std::size_t at_ = 0;
-  bool at_end_;
+  std::size_t at_ = 0;  ///< beyond the text's end once its last line is read
 };
 
-std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes) {
-  CsvTable table(std::move(source));
-  const SourceText& text = table.source_;
+std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, char decimal,
+                                       bool allow_empty) {
+  CsvTable table(std::move(source), decimal);
+  const SourceText& text = table.Source();
   if (!IsText(text, mistakes)) return std::nullopt;
-  Reader reader(text, mistakes);
+  Reader reader(text, decimal, mistakes);
   if (reader.AtEnd()) {
+    if (allow_empty) return table;
     mistakes.Add(text.Name(), "the file is empty");
     return std::nullopt;
   }
-  bool is_first = true;
-  bool all_good = true;
+  if (!reader.Row(table.fields_)) return std::nullopt;
+  table.columns_ = table.fields_.size();
+  table.TakeHeader();
+
+  std::string unequal;
+  std::size_t first = 0;
+  std::size_t more = 0;
   while (!reader.AtEnd()) {
     const std::size_t offset = reader.Offset();
-    const std::optional<std::vector<Field>> row = reader.Row();
-    if (!row) return std::nullopt;
-    if (is_first) {
-      table.columns_ = row->size();
-      for (const Field& field : *row) {
-        table.header_.emplace_back(Trimmed(table.Text(field)));
-      }
-      const auto is_number = [](const std::string& field) {
-        return ParseNumber(field).has_value();
-      };
-      if (std::ranges::all_of(table.header_, is_number)) table.header_.clear();
-    } else if (row->size() != table.columns_) {
-      mistakes.Add(text, offset,
-                   fmt::format("the line has {}{}, the first line has {}", row->size(),
-                               row->size() == 1 ? " field" : " fields", table.columns_));
-      all_good = false;
+    const std::size_t before = table.fields_.size();
+    if (!reader.Row(table.fields_)) return std::nullopt;
+    const std::size_t fields = table.fields_.size() - before;
+    if (fields == table.columns_) continue;
+    table.fields_.resize(before);
+    if (!unequal.empty()) {
+      ++more;
+      continue;
     }
-    const bool is_header = is_first && !table.header_.empty();
-    if (!is_header) table.fields_.insert(table.fields_.end(), row->begin(), row->end());
-    is_first = false;
+    first = offset;
+    unequal = fmt::format("the line has {}{}, the first line has {}", fields,
+                          fields == 1 ? " field" : " fields", table.columns_);
   }
-  if (!all_good) return std::nullopt;
-  return table;
-}
-
-std::optional<std::size_t> CsvTable::Find(const ColumnName& name, std::string& reason) const {
-  const std::string columns = fmt::format("\"{}\" has {}", Name(), DescribeColumns());
-  if (const auto* position = std::get_if<std::size_t>(&name)) {
-    if (*position < columns_) return *position;
-    reason = fmt::format("no column {}, counted from 0: {}", *position, columns);
-    return std::nullopt;
+  if (unequal.empty()) return table;
+  if (more > 0) {
+    unequal +=
+        fmt::format("; {} more line{} too few or too many", more, more == 1 ? " has" : "s have");
   }
-  const auto& wanted = std::get<std::string>(name);
-  const auto found = std::ranges::count(header_, wanted);
-  if (found == 1) return std::ranges::find(header_, wanted) - header_.begin();
-  if (header_.empty()) {
-    reason = fmt::format(
-        "no column \"{}\": \"{}\" has no header; name the column by its position, from 0 to {}",
-        wanted, Name(), columns_ - 1);
-  } else if (found > 1) {
-    reason = fmt::format("\"{}\" has more than one column \"{}\"; name it by its position, from 0",
-                         Name(), wanted);
-  } else {
-    const std::string near = DidYouMean(wanted, {header_.begin(), header_.end()});
-    reason = fmt::format("\"{}\" has no column \"{}\"{}", Name(), wanted,
-                         near.empty() ? "; it has " + DescribeColumns() : near);
-  }
+  mistakes.Add(text, first, unequal);
   return std::nullopt;
 }
 
-std::string CsvTable::DescribeColumns() const {
-  std::string text = std::to_string(columns_) + (columns_ == 1 ? " column" : " columns");
-  for (std::size_t i = 0; i < header_.size(); ++i)
-    text += (i == 0 ? ": " : ", ") + Quoted(header_[i]);
-  return text;
-}
-
-CNuvDoubleVector CsvTable::Numbers(std::size_t column, Mistakes& mistakes) const {
-  CNuvDoubleVector numbers;
-  numbers.Resize(Rows());
-  for (std::size_t row = 0; row < Rows(); ++row) numbers[row] = Number(row, column, mistakes);
-  return numbers;
-}
-
-CNuvPointVector CsvTable::Points(std::size_t x, std::size_t y, Mistakes& mistakes) const {
-  CNuvPointVector points;
-  points.Resize(Rows());
-  for (std::size_t row = 0; row < Rows(); ++row) {
-    points[row] = CNuvPoint(Number(row, x, mistakes), Number(row, y, mistakes));
+/// The first row is a header where one field is neither a number nor blank, or all are blank.
+void CsvTable::TakeHeader() {
+  bool has_number = false;
+  bool has_text = false;
+  for (const Field& field : fields_) {
+    header_.emplace_back(Trimmed(Unquoted(field)));
+    const bool is_number = ParseNumber(header_.back(), decimal_).has_value();
+    has_number = has_number || is_number;
+    has_text = has_text || !(is_number || header_.back().empty());
   }
-  return points;
-}
-
-std::string CsvTable::Text(const Field& field) const {
-  const std::string_view all = source_.Text();
-  std::string text(all.substr(field.begin, field.end - field.begin));
-  const bool quoted = field.begin > 0 && all[field.begin - 1] == '"';
-  for (std::size_t i = 0; quoted && (i = text.find("\"\"", i)) != std::string::npos; ++i) {
-    text.erase(i, 1);
-  }
-  return text;
-}
-
-double CsvTable::Number(std::size_t row, std::size_t column, Mistakes& mistakes) const {
-  const Field& field = fields_[row * columns_ + column];
-  const std::string text = Text(field);
-  const std::optional<double> number = ParseNumber(text);
-  if (number && (std::isfinite(*number) || text.find_first_of("0123456789") == std::string::npos)) {
-    return *number;
-  }
-  std::string decimal_point = text;
-  std::ranges::replace(decimal_point, ',', '.');
-  std::string what = Quoted(Trimmed(text));
-  if (number) {
-    what += " is beyond the range of numbers";
-  } else if (Trimmed(text).empty()) {
-    what = "an empty field, where a number belongs";
-  } else if (ParseNumber(decimal_point)) {
-    what += " is no number; write a decimal point";
+  if (has_number && !has_text) {
+    header_.clear();
   } else {
-    what += " is no number";
+    fields_.clear();
   }
-  mistakes.Add(source_, field.begin, what);
-  return 0.0;
+}
+
+std::string_view CsvTable::Bare(const Field& field) const {
+  return Trimmed(Source().Text().substr(field.begin, field.end - field.begin));
+}
+
+std::string CsvTable::Unquoted(const Field& field) const {
+  const std::string_view all = Source().Text();
+  if (field.begin == 0 || all[field.begin - 1] != '"') return std::string(Bare(field));
+  std::string text(all.substr(field.begin, field.end - field.begin));
+  for (std::size_t i = 0; (i = text.find("\"\"", i)) != std::string::npos; ++i) text.erase(i, 1);
+  return text;
+}
+
+bool CsvTable::IsBlank(std::size_t row, std::size_t column) const {
+  return Bare(At(row, column)).empty();
+}
+
+std::optional<double> CsvTable::Number(std::size_t row, std::size_t column) const {
+  const std::string_view text = Bare(At(row, column));
+  const std::optional<double> number = ParseNumber(text, decimal_);
+  if (number && std::isinf(*number) && IsInfinite(number, text)) return std::nullopt;
+  return number;
+}
+
+std::optional<bool> CsvTable::Boolean(std::size_t row, std::size_t column) const {
+  const std::string text = Lowered(Bare(At(row, column)));
+  if (text == "true" || text == "yes" || text == "1") return true;
+  if (text == "false" || text == "no" || text == "0") return false;
+  return std::nullopt;
+}
+
+std::string CsvTable::Fault(std::size_t row, std::size_t column, std::uint32_t type) const {
+  const std::string text(Trimmed(Unquoted(At(row, column))));
+  const std::string what = Quoted(text);
+  if (type == NUV_PARAM_STRING) return what + " is no text with one byte for each character";
+  if (text.empty()) return fmt::format("an empty field, where a {} belongs", Describe(type));
+  if (type == NUV_PARAM_BOOLEAN) return what + " is no boolean: true, false, yes, no, 1 or 0";
+  if (IsInfinite(ParseNumber(text, decimal_), text))
+    return what + " is beyond the range of numbers";
+  const bool is_comma = decimal_ == ',';
+  std::string other = text;
+  std::ranges::replace(other, is_comma ? '.' : ',', decimal_);
+  if (!ParseNumber(other, decimal_)) return what + " is no number";
+  return what + (is_comma ? R"( is no number, as the program says "decimal": ",")"
+                          : R"( is no number; write a decimal point, or say "decimal": ",")");
 }
 
 }  // namespace nuvhost

@@ -1,45 +1,39 @@
 // CsvTable: the rows and columns of a CSV file, by a header or by position.
 #pragma once
 
-#include <optional>
-#include <string>
-#include <variant>
-#include <vector>
-
-#include "host/vectors.h"
-#include "nuvhost/reading/source_text.h"
+#include "nuvhost/reading/data_table.h"
 
 namespace nuvhost {
 
-/// A column as a program names it: by its header, or by its position from 0.
-using ColumnName = std::variant<std::string, std::size_t>;
+/// What separates the fields of a text, whose first two lines tell it: a tab, a semicolon, a comma
+/// where that is no decimal sign, or a blank.
+char SeparatorOf(std::string_view text, char decimal);
 
-/// What separates the fields of a file with such a first line.
-char SeparatorOf(std::string_view first_line);
-
-/// A table of numbers. Fields are separated by tabs, semicolons or commas, whichever the first
-/// line has in this order; they may be quoted. The first row is a header unless all its fields
-/// are numbers. Blank lines at the end do not count. A field is read as a number only when its
-/// column is asked for.
-class CsvTable {
+/// A table of text. Fields are separated by tabs, semicolons or commas, whichever the first line
+/// has in this order, or by blanks where it has none of them; they may be quoted. The first row is
+/// a header unless all its fields are numbers or blank. Blank lines at the end do not count.
+class CsvTable final : public DataTable {
  public:
   /// Rows of unequal length, quotes left open and an empty file are mistakes that leave nothing.
-  static std::optional<CsvTable> Read(SourceText source, Mistakes& mistakes);
+  /// Where the decimal sign is a comma it separates no fields. An empty file may be allowed, and
+  /// is a table without columns.
+  static std::optional<CsvTable> Read(SourceText source, Mistakes& mistakes, char decimal = '.',
+                                      bool allow_empty = false);
 
-  const std::string& Name() const { return source_.Name(); }
-  std::size_t Columns() const { return columns_; }
-  std::size_t Rows() const { return fields_.size() / columns_; }
-  /// Empty where the file has none.
-  const std::vector<std::string>& Header() const { return header_; }
+  std::size_t Rows() const override { return columns_ == 0 ? 0 : fields_.size() / columns_; }
 
-  /// The position of a column; nothing, and the reason in words, where there is no such column.
-  std::optional<std::size_t> Find(const ColumnName& name, std::string& reason) const;
-  /// '2 columns: "a", "b"' for people.
-  std::string DescribeColumns() const;
-
-  /// A column's numbers; each field that is none is a mistake.
-  CNuvDoubleVector Numbers(std::size_t column, Mistakes& mistakes) const;
-  CNuvPointVector Points(std::size_t x, std::size_t y, Mistakes& mistakes) const;
+ protected:
+  bool IsBlank(std::size_t row, std::size_t column) const override;
+  std::optional<double> Number(std::size_t row, std::size_t column) const override;
+  /// true, false, yes, no, 1 and 0, in letters of either case.
+  std::optional<bool> Boolean(std::size_t row, std::size_t column) const override;
+  std::optional<std::string> Utf8(std::size_t row, std::size_t column) const override {
+    return Unquoted(At(row, column));
+  }
+  std::size_t Offset(std::size_t row, std::size_t column) const override {
+    return At(row, column).begin;
+  }
+  std::string Fault(std::size_t row, std::size_t column, std::uint32_t type) const override;
 
  private:
   /// A field's characters within the text; of a quoted field without its quotes.
@@ -49,13 +43,17 @@ class CsvTable {
   };
   class Reader;
 
-  explicit CsvTable(SourceText source) : source_(std::move(source)) {}
-  std::string Text(const Field& field) const;
-  double Number(std::size_t row, std::size_t column, Mistakes& mistakes) const;
+  CsvTable(SourceText source, char decimal) : DataTable(std::move(source)), decimal_(decimal) {}
+  const Field& At(std::size_t row, std::size_t column) const {
+    return fields_[row * columns_ + column];
+  }
+  /// A field's characters as they stand in the text, without blanks around them.
+  std::string_view Bare(const Field& field) const;
+  /// The text that a field stands for; only a quoted one has blanks around it.
+  std::string Unquoted(const Field& field) const;
+  void TakeHeader();
 
-  SourceText source_;
-  std::vector<std::string> header_;
-  std::size_t columns_ = 1;
+  char decimal_;
   std::vector<Field> fields_;  ///< row by row
 };
 

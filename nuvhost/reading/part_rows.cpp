@@ -131,17 +131,24 @@ class PartRows::Scanner {
   std::unordered_map<std::string, std::uint64_t> known_;
 };
 
-PartRows PartRows::Find(const std::string& file, const std::string& column) {
+PartRows PartRows::Find(const std::string& file, const std::string& column, char decimal) {
   std::string reason;
   if (!IsReadable(file, reason)) throw UserError("cannot read {}: {}", file, reason);
   std::ifstream stream(PathFromUtf8(file), std::ios::binary);
   const std::string first = FirstLine(stream);
+  const SourceText beginning(file, first + FirstLine(stream));
+  const char separator = SeparatorOf(beginning.Text(), decimal);
+  if (separator == ' ') {
+    throw UserError("--part-column {}: blanks separate the fields of {}; write commas", column,
+                    file);
+  }
+  stream.clear();
+  stream.seekg(static_cast<std::streamoff>(first.size()));
   Mistakes mistakes;
-  const auto table = CsvTable::Read(SourceText(file, first), mistakes);
+  const auto table = CsvTable::Read(SourceText(file, first), mistakes, decimal);
   if (!table) throw UserError(mistakes.Listing()[0]);
   PartRows parts;
-  Scanner scanner(parts, file, column, ColumnOf(*table, column),
-                  SeparatorOf(SourceText(file, first).Text()));
+  Scanner scanner(parts, file, column, ColumnOf(*table, column), separator);
   if (table->Header().empty()) {
     stream.clear();
     stream.seekg(0);

@@ -22,8 +22,8 @@ class PartRows {
   /// Finds the parts: a new one begins where the column's value changes. The file is read through
   /// once; only the parts' names and places are kept. Throws UserError for a file that cannot be
   /// read, a column that it does not have, rows without a value there, and a value that comes
-  /// again after another.
-  static PartRows Find(const std::string& file, const std::string& column);
+  /// again after another. Blanks cannot separate the fields.
+  static PartRows Find(const std::string& file, const std::string& column, char decimal);
 
   /// The parts' names in their order, which are not kept.
   std::vector<std::string> TakeNames() { return std::move(names_); }

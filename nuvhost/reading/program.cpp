@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <map>
+#include <numeric>
 
 #include "nuvhost/error.h"
 #include "nuvhost/reading/arguments.h"
@@ -23,7 +23,7 @@ class ProgramReader {
       : catalogue_(catalogue),
         program_(program),
         checker_(program.source, mistakes),
-        arguments_(checker_, program, values_) {}
+        arguments_(catalogue, checker_, program, values_) {}
 
   void Read(const Located& root) {
     if (!checker_.IsObject(
@@ -72,11 +72,8 @@ class ProgramReader {
     }
     for (const auto& [name, value] : json.Members()) {
       if (name.empty()) checker_.Complain(value.NameOffset(), "data needs a name");
-      if (value->is_object() && !IsPair(*value)) {
-        checker_.IsObject(value, "data from a file", {"file"}, {"file"});
-        const auto file = checker_.Name(value, "file");
-        const std::size_t offset = value.Find("file").value_or(value).Offset();
-        program_.data.push_back({std::string(name), file.value_or(""), offset});
+      if (value->is_object() && !IsPair(*value) && !value->contains("value")) {
+        ReadDatum(std::string(name), value);
       } else if (value->is_null()) {
         checker_.Complain(
             value, "data " + Quoted(name) + R"( is a value or {"file": "NAME.csv"}, found null)");
@@ -84,6 +81,20 @@ class ProgramReader {
         values_.emplace(name, value);
       }
     }
+  }
+
+  void ReadDatum(const std::string& name, const Located& json) {
+    checker_.IsObject(json, "data from a file", {"file", "decimal", "allowEmpty"}, {"file"});
+    Datum datum{name, checker_.Name(json, "file").value_or(""),
+                json.Find("file").value_or(json).Offset()};
+    if (const auto decimal = json.Find("decimal")) {
+      if (**decimal != "." && **decimal != ",") {
+        checker_.Complain(*decimal, R"("decimal": expected "." or ",", found )" + Dump(**decimal));
+      }
+      if (**decimal == ",") datum.decimal = ',';
+    }
+    datum.allow_empty = checker_.Boolean(json, "allowEmpty").value_or(false);
+    program_.data.push_back(std::move(datum));
   }
 
   /// A point or a line.
@@ -161,7 +172,7 @@ class ProgramReader {
     }
     const auto value = json.Find("value");
     if (!value) return;
-    const auto reference = arguments_.Reference(*value, program_.steps.size());
+    const auto reference = arguments_.ReportValue(*value, row.label);
     if (!reference) return;
     row.value = *reference;
     const std::uint32_t type =
@@ -180,11 +191,22 @@ class ProgramReader {
   const Catalogue& catalogue_;
   Program& program_;
   Checker checker_;
-  std::map<std::string, Located, std::less<>> values_;  ///< data in the program itself
+  LiteralData values_;
   ArgumentReader arguments_;
 };
 
 }  // namespace
+
+std::vector<std::size_t> RunOrder(const Program& program) {
+  const auto rank = [&](std::size_t step) {  // a generated step's is below that of its user
+    const std::optional<Generated>& generated = program.steps[step].generated;
+    return generated ? 2 * generated->before : 2 * step + 1;
+  };
+  std::vector<std::size_t> order(program.steps.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  std::ranges::stable_sort(order, {}, rank);
+  return order;
+}
 
 bool Program::Judges() const {
   return std::ranges::any_of(report, [](const ReportRow& row) { return row.limits.Judge(); });
@@ -206,17 +228,41 @@ void EndWith(Program& program, const std::string& step) {
     throw UserError("--until {}: {} has no step \"{}\"{}", step, program.source.Name(), step,
                     DidYouMean(step, known));
   }
-  program.steps.erase(last + 1, program.steps.end());
-  std::size_t uses = 0;  // which stand in the order of the steps
-  for (const Step& one : program.steps) {
-    for (const Argument& input : one.inputs) {
-      if (const auto* number = std::get_if<UseNumber>(&input))
-        uses = std::max(uses, number->use + 1);
+  const auto end = static_cast<std::size_t>(last - program.steps.begin()) + 1;
+  const auto written = static_cast<std::size_t>(
+      std::ranges::count_if(program.steps, [](const Step& one) { return !one.generated; }));
+  std::vector<std::optional<std::size_t>> places(program.steps.size());
+  std::size_t kept = 0;
+  const auto is_kept = [&](const Argument& input) {
+    const auto* result = std::get_if<StepResult>(&input);
+    return result == nullptr || places[result->step].has_value();
+  };
+  for (std::size_t i = 0; i < program.steps.size(); ++i) {
+    const Step& one = program.steps[i];
+    const std::size_t before = one.generated ? one.generated->before : i;
+    const bool is_of_report = one.generated && before == written;
+    if (before < end || (is_of_report && std::ranges::all_of(one.inputs, is_kept))) {
+      places[i] = kept++;
     }
   }
-  program.uses.resize(uses);
-  std::erase_if(program.report,
-                [&](const ReportRow& row) { return row.value.step >= program.steps.size(); });
+  std::vector<Step> steps;
+  std::vector<DataUse> uses;
+  for (std::size_t i = 0; i < program.steps.size(); ++i) {
+    if (!places[i]) continue;
+    Step& one = steps.emplace_back(std::move(program.steps[i]));
+    if (one.generated) one.generated->before = std::min(one.generated->before, end);
+    for (Argument& input : one.inputs) {
+      if (auto* result = std::get_if<StepResult>(&input)) result->step = *places[result->step];
+      if (auto* number = std::get_if<UseNumber>(&input)) {
+        uses.push_back(program.uses[number->use]);
+        number->use = uses.size() - 1;
+      }
+    }
+  }
+  program.steps = std::move(steps);
+  program.uses = std::move(uses);
+  std::erase_if(program.report, [&](const ReportRow& row) { return !places[row.value.step]; });
+  for (ReportRow& row : program.report) row.value.step = *places[row.value.step];
 }
 
 }  // namespace nuvhost

@@ -11,7 +11,7 @@
 
 #include "host/setting.h"
 #include "nuvhost/library/catalogue.h"
-#include "nuvhost/reading/csv.h"
+#include "nuvhost/reading/data_table.h"
 #include "nuvhost/reading/limits.h"
 #include "nuvhost/reading/source_text.h"
 
@@ -24,21 +24,26 @@ struct Settings {
   std::size_t max_array_elements = 0;  ///< 0 for the host's own limit
 };
 
-/// Named data: a CSV file, or a value in the program itself.
+/// Named data from a file.
 struct Datum {
   std::string name;
-  std::string file;         ///< as the program names it; empty for a value
-  std::size_t file_offset;  ///< where it does
+  std::string file;             ///< as the program names it; empty after a mistake
+  std::size_t file_offset = 0;  ///< where it does
+  char decimal = '.';           ///< the decimal sign of its numbers
+  bool allow_empty = false;     ///< whether it may have no rows
 };
 
-/// An array that an input takes from a datum's file: one column's numbers, or two columns'
-/// points. Without names the file has just these columns.
+/// What an input takes from a datum's file: an array from one column, points from two, or the one
+/// value in a row. Without names the file has just these columns.
 struct DataUse {
   std::size_t datum;
   std::vector<ColumnName> columns;
   std::uint32_t type;
   std::string input;   ///< 'input "numbers" of "MeanArr"'
   std::size_t offset;  ///< where the program refers to it
+  /// What the fields of some columns hold in the rows that count: a number, text or boolean.
+  std::vector<std::pair<std::string, Json>> where{};
+  std::optional<std::size_t> row{};  ///< which of these rows; the only one unless given
 };
 
 struct StepResult {
@@ -53,11 +58,19 @@ struct UseNumber {
 };
 using Argument = std::variant<CNuvObject, UseNumber, StepResult>;
 
+/// What is known of a step that an operator in an expression stands for.
+struct Generated {
+  std::size_t before;   ///< the written step that it runs before; their number for the report's
+  std::string origin;   ///< 'step "ratio", expression "a / b", operator "/"'
+  std::string label{};  ///< the report row whose value it gives; empty for a part of a value
+};
+
 struct Step {
-  std::string name;
+  std::string name;  ///< empty for a generated step
   const CatalogueEntry* instruction = nullptr;
-  std::vector<CNuvObject> constants;
-  std::vector<Argument> inputs;  ///< fewer than declared where defaults fill up
+  std::vector<CNuvObject> constants{};
+  std::vector<Argument> inputs{};  ///< fewer than declared where defaults fill up
+  std::optional<Generated> generated{};
 };
 
 struct ReportRow {
@@ -78,12 +91,15 @@ struct Program {
   std::size_t image_offset = 0;  ///< where it does
   std::vector<Datum> data;
   std::vector<DataUse> uses;
-  std::vector<Step> steps;
+  std::vector<Step> steps;  ///< the written ones in their order, then the generated ones
   std::vector<ReportRow> report;
 
   /// Whether a row of the report has limits, so that a part can be good or bad.
   bool Judges() const;
 };
+
+/// The program's steps in the order in which they run.
+std::vector<std::size_t> RunOrder(const Program& program);
 
 /// Reads and checks a program. One with mistakes can be asked for its data, but not run.
 Program ReadProgram(const Catalogue& catalogue, SourceText source, Mistakes& mistakes);

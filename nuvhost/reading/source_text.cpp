@@ -20,8 +20,8 @@ constexpr std::size_t kMostShown = 100;
 SourceText::SourceText(std::string name, std::string text)
     : name_(std::move(name)), text_(std::move(text)), lines_{0} {
   if (text_.starts_with(kByteOrderMark)) text_.erase(0, kByteOrderMark.size());
-  for (std::size_t i = 0; i < text_.size(); ++i) {
-    if (text_[i] == '\n') lines_.push_back(i + 1);
+  for (std::size_t end = 0; (end = text_.find('\n', end)) != std::string::npos;) {
+    lines_.push_back(++end);
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include "nuvhost/error.h"
 #include "nuvhost/system/file_pattern.h"
+#include "nuvhost/system/input_file.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/text/names.h"
 
@@ -176,7 +177,7 @@ void RunPlan::PlanPartRows(const RunWords& words) {
       fixed != fixed_.end() ? fixed->second.name
                             : BesideProgram(program_.source.Name(), program_.data[divided_].file);
   fixed_[divided_] = {file};
-  rows_ = PartRows::Find(file, words.part_column);
+  rows_ = PartRows::Find(file, words.part_column, program_.data[divided_].decimal);
   is_of_parts_ = true;
   names_ = rows_->TakeNames();
 }
@@ -219,14 +220,16 @@ void RunPlan::VisitRead(const std::function<void(const NamedFile&)>& visit) cons
   const std::string& name = program_.source.Name();
   visit({"the program", name});
   const auto visit_own = [&](const char* role, const std::string& file) {
-    if (!file.empty()) visit({role, BesideProgram(name, file)});
+    if (!file.empty() && file != kStandardInput) visit({role, BesideProgram(name, file)});
   };
   visit_own("the image", program_.image);
   for (const Datum& datum : program_.data) visit_own("the data file", datum.file);
   const bool has_one_file = rows_ && program_.data.size() == 1;
   for (std::size_t run = 0; run < (has_one_file ? 1 : Size()); ++run) {
     if (HasImages()) visit({"the image", Image(run)});
-    for (const auto& [datum, file] : Files(run)) visit({"the data file", file.name});
+    for (const auto& [datum, file] : Files(run)) {
+      if (file.name != kStandardInput) visit({"the data file", file.name});
+    }
   }
 }
 

@@ -45,8 +45,9 @@ std::string InputsText(const DescriptorRecord& descriptor, const std::vector<CNu
   for (std::size_t i = 0; i < inputs.size(); ++i) {
     if (i == kShownInputs) return fmt::format("{} and {} more", text, inputs.size() - i);
     const std::size_t declared = std::min(i, descriptor.inputs.Size() - 1);
-    text += fmt::format("{}{} {}", i == 0 ? "" : ", ",
-                        NameFromText(descriptor.inputs[declared].name), ValueText(inputs[i]));
+    text +=
+        fmt::format("{}{} {}", i == 0 ? "" : ", ", NameFromText(descriptor.inputs[declared].name),
+                    ValueText(inputs[i], std::nullopt, CNuvSetting::Inst().GetAngleUnit()));
   }
   return text;
 }
@@ -102,24 +103,25 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
   const SettingsInForce settings(program.settings);
   services.Take();
   RunOutcome run;
-  for (std::size_t i = 0; i < program.steps.size(); ++i) {
-    run.steps.push_back(RunStep(program.steps[i], data, run.steps, services));
-    listener(i, run.steps.back());
-    run.steps.back().context->inputs.clear();  // nobody asks for them, and they may be large
-    if (run.steps.back().state != State::kFailed) continue;
+  run.steps.resize(program.steps.size());
+  for (const std::size_t i : RunOrder(program)) {
+    run.steps[i] = RunStep(program.steps[i], data, run.steps, services);
+    listener(i, run.steps[i]);
+    run.steps[i].context->inputs.clear();  // nobody asks for them, and they may be large
+    if (run.steps[i].state != State::kFailed) continue;
     run.state = RunOutcome::State::kFailed;
-    for (const std::string& text : FailureTexts(run.steps.back())) {
+    for (const std::string& text : FailureTexts(run.steps[i])) {
       run.errors.push_back(DescribeStep(program, i) + ": " + text);
     }
     if (!keep_going) break;
   }
-  run.steps.resize(program.steps.size());
   if (run.state == RunOutcome::State::kSucceeded && program.Judges())
     run.state = Verdict(program, run);
   return run;
 }
 
 std::string DescribeStep(const Program& program, std::size_t step) {
+  if (const auto& generated = program.steps[step].generated) return generated->origin;
   const DescriptorRecord& descriptor = *program.steps[step].instruction->descriptor;
   return fmt::format("step \"{}\" (\"{}\", number {})", program.steps[step].name,
                      NameFromText(descriptor.name), step + 1);

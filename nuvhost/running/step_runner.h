@@ -57,7 +57,7 @@ using StepListener = std::function<void(std::size_t step, const StepOutcome& out
 RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data, bool keep_going,
                     Services& services, const StepListener& listener);
 
-/// 'step "mean" ("MeanArr", number 2)'.
+/// 'step "mean" ("MeanArr", number 2)', 'step "half", expression "a / b", operator "/"'.
 std::string DescribeStep(const Program& program, std::size_t step);
 /// "ok", "good", "bad", "failed" or "unreadable".
 const char* StateText(RunOutcome::State state);

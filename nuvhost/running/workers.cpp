@@ -164,8 +164,9 @@ RunOutcome Workers::Next(const StepListener& listener) {
   RunOutcome run;
   if (line) {
     run = OutcomeOf(program_, ParseJson(*line), services_);
-    for (const StepOutcome& step : run.steps) {
-      for (const LogEntry& entry : step.record.log) {
+    for (const std::size_t i : RunOrder(program_)) {
+      if (run.steps.empty()) break;
+      for (const LogEntry& entry : run.steps[i].record.log) {
         CNuvLog::Instance().Log(entry.level, entry.text.c_str());
       }
     }
@@ -177,8 +178,8 @@ RunOutcome Workers::Next(const StepListener& listener) {
   }
   run.file = ValidUtf8(plan_.Name(run_number));
   Ask(worker);
-  for (std::size_t i = 0; i < run.steps.size(); ++i) {
-    if (run.steps[i].context != nullptr) listener(i, run.steps[i]);
+  for (const std::size_t i : RunOrder(program_)) {
+    if (!run.steps.empty() && run.steps[i].context != nullptr) listener(i, run.steps[i]);
   }
   return run;
 }

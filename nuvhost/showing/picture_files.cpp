@@ -14,7 +14,8 @@ namespace {
 constexpr const char* kPicture = "the picture";
 constexpr std::string_view kEnding = ".svg";
 
-/// All that the steps of a run drew.
+}  // namespace
+
 Annotations AnnotationsOf(const RunOutcome& run) {
   Annotations annotations;
   for (const StepOutcome& step : run.steps) {
@@ -22,6 +23,8 @@ Annotations AnnotationsOf(const RunOutcome& run) {
   }
   return annotations;
 }
+
+namespace {
 
 std::optional<Image> ImageFrom(const std::string& name, std::string& reason) {
   std::optional<std::string> bytes = ReadBytes(name, reason);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "nuvhost/drawing/image.h"
+#include "nuvhost/drawing/view.h"
 #include "nuvhost/error.h"
 #include "nuvhost/reading/source_text.h"
 #include "nuvhost/running/run_observer.h"
@@ -12,6 +13,9 @@
 #include "nuvhost/system/progress.h"
 
 namespace nuvhost {
+
+/// All that the steps of a run drew.
+Annotations AnnotationsOf(const RunOutcome& run);
 
 /// The program's image; nothing where it names none or one for each part, and after a mistake.
 std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes);

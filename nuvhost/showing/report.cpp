@@ -18,25 +18,26 @@ constexpr const char* kDoubtfulNote = "\n  * computed from the result of a faile
 constexpr const char* kBadNote = "\n  ! not within its limits\n";
 
 /// A step's result, or why there is none.
-std::string ResultText(const StepOutcome& step, std::size_t result,
+std::string ResultText(const Program& program, const StepOutcome& step, std::size_t result,
                        std::optional<int> decimals = std::nullopt) {
+  const NuvAngleUnit unit = program.settings.angle_unit;
   switch (step.state) {
     case State::kNotRun: return "not run";
     case State::kFailed: return "failed";
-    case State::kDoubtful: return "* " + ValueText(step.context->results[result], decimals);
+    case State::kDoubtful: return "* " + ValueText(step.context->results[result], decimals, unit);
     case State::kSucceeded: break;
   }
-  return ValueText(step.context->results[result], decimals);
+  return ValueText(step.context->results[result], decimals, unit);
 }
 
 /// A row's value in its decimals; in full where these would show a bad number as a good one.
-std::string RowText(const ReportRow& row, const RunOutcome& run) {
+std::string RowText(const Program& program, const ReportRow& row, const RunOutcome& run) {
   const StepOutcome& step = run.steps[row.value.step];
-  const std::string text = ResultText(step, row.value.result, row.decimals);
+  const std::string text = ResultText(program, step, row.value.result, row.decimals);
   if (!row.decimals || Judged(row, run).value_or(true)) return text;
   CNuvObject shown;
   shown = std::strtod(text.c_str(), nullptr);
-  return Hold(row.limits, shown) ? ResultText(step, row.value.result) : text;
+  return Hold(row.limits, shown) ? ResultText(program, step, row.value.result) : text;
 }
 
 bool HasDoubtful(const RunOutcome& run) {
@@ -44,18 +45,20 @@ bool HasDoubtful(const RunOutcome& run) {
 }
 
 /// Adds a step's results, the first beside its name.
-void AddStep(TextTable& table, std::size_t number, const Step& step, const StepOutcome& outcome) {
+void AddStep(TextTable& table, const Program& program, std::size_t number,
+             const StepOutcome& outcome) {
+  const Step& step = program.steps[number - 1];
   const DescriptorRecord& descriptor = *step.instruction->descriptor;
   std::vector<std::vector<std::string>> results;
   for (const ResultRecord& result : descriptor.results) {
-    results.push_back({NameFromText(result.name), ResultText(outcome, results.size())});
+    results.push_back({NameFromText(result.name), ResultText(program, outcome, results.size())});
   }
   if (const std::size_t drawn = outcome.record.annotations.size(); drawn > 0) {
     results.push_back({"", std::to_string(drawn) + (drawn == 1 ? " annotation" : " annotations")});
   }
   if (results.empty()) {
     const bool ran = outcome.state == State::kSucceeded || outcome.state == State::kDoubtful;
-    results.push_back({"", ran ? "done" : ResultText(outcome, 0)});
+    results.push_back({"", ran ? "done" : ResultText(program, outcome, 0)});
   }
   std::vector<std::string> head{std::to_string(number), step.name, NameFromText(descriptor.name)};
   for (const std::vector<std::string>& result : results) {
@@ -72,12 +75,12 @@ std::string RunText(const Program& program, const RunOutcome& run) {
   if (!has_report) {
     table.SetHeader({"", "Step", "Instruction", "Result", "Value"});
     for (std::size_t i = 0; i < program.steps.size(); ++i) {
-      AddStep(table, i + 1, program.steps[i], run.steps[i]);
+      if (!program.steps[i].generated) AddStep(table, program, i + 1, run.steps[i]);
     }
   }
   for (const ReportRow& row : program.report) {
     const std::optional<bool> good = Judged(row, run);
-    table.Add({row.label, RowText(row, run), row.unit, LimitsText(row.limits),
+    table.Add({row.label, RowText(program, row, run), row.unit, LimitsText(row.limits),
                !good   ? ""
                : *good ? "good"
                        : "bad"});
@@ -193,7 +196,7 @@ class ReportTable final : public RunObserver {
       }
       const bool is_bad = !Judged(row, outcome).value_or(true);
       has_bad_ = has_bad_ || is_bad;
-      cells.push_back((is_bad ? "! " : "") + RowText(row, outcome));
+      cells.push_back((is_bad ? "! " : "") + RowText(program_, row, outcome));
     }
     cells.emplace_back(StateText(outcome.state));
     shown_.Add(std::move(cells));

@@ -98,6 +98,7 @@ std::vector<std::string> ResultColumns(const Program& program) {
     for (const char* end : ColumnsOf(TypeOf(program, row.value))) add(HeadOf(row) + end);
   }
   for (const Step& step : program.steps) {
+    if (step.generated) continue;  // its value is a row of the report, or a part of one
     for (const ResultRecord& result : step.instruction->descriptor->results) {
       for (const char* end : ColumnsOf(result.type)) {
         add(step.name + '.' + NameFromText(result.name) + end);
@@ -111,6 +112,7 @@ std::vector<ResultCell> ResultCells(const Program& program, const RunOutcome& ru
   std::vector<ResultCell> cells{run.file, std::string(StateText(run.state))};
   for (const ReportRow& row : program.report) AddCells(program, run, row.value, cells);
   for (std::size_t i = 0; i < program.steps.size(); ++i) {
+    if (program.steps[i].generated) continue;
     const std::size_t results = program.steps[i].instruction->descriptor->results.Size();
     for (std::size_t j = 0; j < results; ++j) AddCells(program, run, {i, j}, cells);
   }

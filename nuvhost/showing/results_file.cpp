@@ -60,6 +60,7 @@ Json RunToJson(const Program& program, const RunOutcome& run) {
   json["report"] = Json::array();
   json["steps"] = Json::array();
   for (std::size_t i = 0; i < run.steps.size(); ++i) {
+    if (program.steps[i].generated) continue;
     json["steps"].push_back(StepToJson(program.steps[i], run.steps[i]));
   }
   for (const ReportRow& row : program.report) {

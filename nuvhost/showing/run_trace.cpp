@@ -1,5 +1,6 @@
 #include "nuvhost/showing/run_trace.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "nuvhost/error.h"
@@ -38,14 +39,15 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
   if (failed) {
     for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
   }
-  if (plan_.Size() == 1) ShowProgress(run, step + 1);
+  if (plan_.Size() == 1) ShowProgress(run, ++steps_);
 }
 
 void RunTrace::RunEnded(std::size_t run, const RunOutcome& outcome) {
   ++ended_;
   const bool is_good = outcome.state <= RunOutcome::State::kGood;
   if (!is_good) ++not_good_;
-  const bool ran = !outcome.steps.empty() && outcome.steps[0].state != StepOutcome::State::kNotRun;
+  const bool ran = std::ranges::any_of(
+      outcome.steps, [](const StepOutcome& step) { return step.context != nullptr; });
   if (!ran) {
     for (const std::string& error : outcome.errors) progress_.Complain(error);
   }

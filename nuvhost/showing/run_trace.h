@@ -28,6 +28,7 @@ class RunTrace final : public RunObserver {
   const Program& program_;
   const RunPlan& plan_;
   Progress& progress_;
+  std::size_t steps_ = 0;  ///< that have run
   Clock::time_point begin_ = Clock::now();
   std::size_t ended_ = 0;
   std::size_t not_good_ = 0;

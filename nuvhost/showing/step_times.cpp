@@ -52,8 +52,10 @@ int StepTimes::Finish() {
   for (std::size_t i = 0; i < steps_.size(); ++i) {
     const double share =
         all.count() == 0 ? 0.0 : 100.0 * Milliseconds(steps_[i].Total()) / Milliseconds(all);
+    const auto& generated = program_.steps[i].generated;
     table.Add(
-        {program_.steps[i].name, NameFromText(program_.steps[i].instruction->descriptor->name),
+        {generated ? generated->origin : program_.steps[i].name,
+         NameFromText(program_.steps[i].instruction->descriptor->name),
          std::to_string(steps_[i].Count()), fmt::format("{:.3f}", Milliseconds(steps_[i].Total())),
          fmt::format("{:.4f}", Milliseconds(steps_[i].Median())), fmt::format("{:.1f} %", share)});
   }

@@ -1,11 +1,16 @@
 #include "nuvhost/system/input_file.h"
 
+#include <cstdio>
 #include <fstream>
-#include <iterator>
 
 #include "nuvhost/system/paths.h"
 
 namespace nuvhost {
+namespace {
+
+constexpr std::size_t kBlock = std::size_t{1} << 18;
+
+}  // namespace
 
 bool IsReadable(const std::string& name, std::string& reason) {
   const std::filesystem::path path = PathFromUtf8(name);
@@ -24,10 +29,38 @@ bool IsReadable(const std::string& name, std::string& reason) {
 
 std::optional<std::string> ReadBytes(const std::string& name, std::string& reason) {
   if (!IsReadable(name, reason)) return std::nullopt;
-  std::ifstream file(PathFromUtf8(name), std::ios::binary);
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  const std::filesystem::path path = PathFromUtf8(name);
+  std::ifstream file(path, std::ios::binary);
+  std::string text;
+  std::error_code ignored;
+  const std::uintmax_t expected = std::filesystem::file_size(path, ignored);
+  if (!ignored) text.reserve(static_cast<std::size_t>(expected) + kBlock);
+  for (std::size_t size = 0; file; text.resize(size)) {
+    text.resize(size + kBlock);
+    file.read(text.data() + size, kBlock);
+    size += static_cast<std::size_t>(file.gcount());
+  }
   if (!file.bad()) return text;
   reason = "it cannot be read to its end";
+  return std::nullopt;
+}
+
+std::optional<std::string> ReadStandardInput(std::string& reason) {
+  static bool was_read = false;
+  if (was_read) {
+    reason = "standard input can be read once, and was";
+    return std::nullopt;
+  }
+  was_read = true;
+  std::string text;
+  std::size_t got = kBlock;
+  for (std::size_t size = 0; got > 0; text.resize(size)) {
+    text.resize(size + kBlock);
+    got = std::fread(text.data() + size, 1, kBlock, stdin);
+    size += got;
+  }
+  if (std::ferror(stdin) == 0) return text;
+  reason = "standard input cannot be read to its end";
   return std::nullopt;
 }
 

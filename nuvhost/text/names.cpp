@@ -3,23 +3,22 @@
 #include <algorithm>
 
 #include "nuvhost/text/utf8.h"
+#include "nuvhost/text/words.h"
 
 namespace nuvhost {
 namespace {
 
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 /// Edits from one text to another, with letters of either case alike (Levenshtein, 1966).
-std::size_t EditDistance(std::string_view a, std::string_view b) {
+std::size_t EditDistance(std::string_view one, std::string_view other) {
+  const std::string a = LowerCase(one);
+  const std::string b = LowerCase(other);
   std::vector<std::size_t> row(b.size() + 1);
   for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
   for (std::size_t i = 1; i <= a.size(); ++i) {
     std::size_t diagonal = row[0];
     row[0] = i;
     for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t replaced = diagonal + (Lower(a[i - 1]) == Lower(b[j - 1]) ? 0 : 1);
+      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
       diagonal = row[j];
       row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
     }

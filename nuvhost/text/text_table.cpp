@@ -3,34 +3,9 @@
 #include <algorithm>
 
 #include "nuvhost/text/utf8.h"
+#include "nuvhost/text/words.h"
 
 namespace nuvhost {
-namespace {
-
-/// A title's words in lines that are as wide as the column below, or as the longest word.
-std::vector<std::string> Wrapped(const std::string& title, std::size_t width) {
-  std::vector<std::string> words{""};
-  for (const char c : title) {
-    if (c == ' ') {
-      words.emplace_back();
-    } else {
-      words.back() += c;
-    }
-  }
-  for (const std::string& word : words) width = std::max(width, Width(word));
-  std::vector<std::string> lines{words[0]};
-  for (std::size_t i = 1; i < words.size(); ++i) {
-    if (Width(lines.back()) + 1 + Width(words[i]) <= width) {
-      lines.back() += ' ' + words[i];
-    } else {
-      lines.push_back(words[i]);
-    }
-  }
-  return lines;
-}
-
-}  // namespace
-
 std::string Padded(std::string text, std::size_t width) {
   const std::size_t shown = Width(text);
   if (shown < width) text.append(width - shown, ' ');

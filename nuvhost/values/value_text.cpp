@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
+#include <numbers>
 
 #include "nuvhost/text/utf8.h"
 #include "nuvhost/values/json_value.h"
@@ -19,6 +21,13 @@ std::string PlainText(std::string_view bytes) {
   const bool has_control = std::ranges::any_of(
       bytes, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
   return text.empty() || has_control ? Dump(Json(text)) : text;
+}
+
+/// An angle in degrees, to 15 digits: the next ones are those of pi's own error, and 30 degrees
+/// shall read 30.
+double Degrees(double radians) {
+  const double degrees = radians * 180.0 / std::numbers::pi;
+  return std::strtod(fmt::format("{:.15g}", degrees).c_str(), nullptr);
 }
 
 template <class Vector, class ElementText>
@@ -44,12 +53,15 @@ std::string NumberText(double number, std::optional<int> decimals) {
   return {std::begin(digits), end};
 }
 
-std::string ValueText(const CNuvObject& value, std::optional<int> decimals) {
+std::string ValueText(const CNuvObject& value, std::optional<int> decimals, NuvAngleUnit unit) {
   const auto number = [&](double n) { return NumberText(n, decimals); };
   const auto point = [&](const CNuvPoint& p) {
     return "(" + number(p.x) + ", " + number(p.y) + ")";
   };
-  const auto line = [&](const CNuvLine& l) { return "a " + number(l.a) + ", d " + number(l.d); };
+  const auto line = [&](const CNuvLine& l) {
+    return "a " + number(unit == NuvAngleUnit::kDegrees ? Degrees(l.a) : l.a) + ", d " +
+           number(l.d);
+  };
   const auto boolean = [](bool b) { return std::string(b ? "yes" : "no"); };
   switch (value.GetType()) {
     case NUV_OBJ_BOOL: return boolean(static_cast<bool>(value));

@@ -4,8 +4,10 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <numbers>
 
 #include "reference_host/geometry/circle_rays.h"
+#include "reference_host/geometry/direction.h"
 #include "reference_host/geometry/frame.h"
 #include "reference_host/geometry/line_fit.h"
 #include "reference_host/geometry/two.h"
@@ -123,6 +125,42 @@ bool Solve(const Landscape& land, double bend, double damping, double* step_x, d
   *step_x = (xy * land.slope_y - yy * land.slope_x) / determinant;
   *step_y = (xy * land.slope_x - xx * land.slope_y) / determinant;
   return true;
+}
+
+/// Whether one of few points is the circle's centre. Of many, one does not matter.
+bool StandsOnPoint(const CircleFigure& circle, const double* px, const double* py,
+                   std::size_t count) {
+  constexpr std::size_t kFew = 64;
+  const double near = 1e-9 * circle.radius;
+  for (std::size_t i = 0; count <= kFew && i < count; ++i) {
+    if (std::fabs(px[i] - circle.x) < near && std::fabs(py[i] - circle.y) < near) return true;
+  }
+  return false;
+}
+
+/// Moves the centre of a circle a little to where the sum of squares is least, if that is less than
+/// where it is: off a saddle, or off a point that it lies on, where all slopes are 0 without being
+/// those of a minimum.
+bool LeaveSaddle(CircleFigure* circle, Landscape* land, const double* px, const double* py,
+                 std::size_t count) {
+  constexpr int kDirections = 16;
+  constexpr double kStride = 0.01;  // of the radius
+  constexpr double kGain = 1e-6;
+  const CircleFigure from = *circle;
+  double least = land->squares * (1.0 - kGain);
+  bool is_left = false;
+  for (int i = 0; i < kDirections; ++i) {
+    const auto way = DirectionOf(2.0 * std::numbers::pi * i / kDirections);
+    const CircleFigure next{from.x + kStride * from.radius * way.cosine,
+                            from.y + kStride * from.radius * way.sine, from.radius};
+    const Landscape there = Survey(next, px, py, count);
+    if (!(there.squares < least)) continue;
+    least = there.squares;
+    *circle = next;
+    *land = there;
+    is_left = true;
+  }
+  return is_left;
 }
 
 /// Sums for Taubin's fit, of points about their mean, with z = x^2 + y^2.
@@ -302,7 +340,11 @@ bool CircleFigure::Refine(const double* px, const double* py, std::size_t count,
           y += step_y;
           radius += land.radius_x * step_x + land.radius_y * step_y;
         }
-        return true;
+        const bool is_minimum = is_newton && !StandsOnPoint(*this, px, py, count);
+        if (is_minimum || !LeaveSaddle(this, &land, px, py, count)) return true;
+        is_newton = true;
+        damping = 0.0;
+        continue;
       }
       const CircleFigure next{x + step_x, y + step_y,
                               radius + land.radius_x * step_x + land.radius_y * step_y};

@@ -129,6 +129,28 @@ TEST(Fit, CentresOfCirclesDoNotRunAway) {
   }
 }
 
+/// Small whole coordinates often lie symmetric about their mean, where all slopes are 0.
+TEST(Fit, NoCircleStandsOnASaddle) {
+  Random random(6);
+  for (int round = RandomRounds(20'000); round > 0; --round) {
+    Points points(static_cast<std::size_t>(3 + random.Below(7)));
+    for (CNuvPoint& p : points) p = {1.0 * random.Below(7), 0.001 * random.Below(3) - 0.001};
+    if (round % 2 == 0) {
+      for (CNuvPoint& p : points) p.y = random.Below(4);
+    }
+    const Result circle = FitCircle(points, 0);
+    if (circle.status != 0) continue;
+    const long double least = CircleSquares(points, circle.center.x, circle.center.y);
+    for (int way = 0; way < 16; ++way) {
+      const double turn = way * std::numbers::pi / 8.0;
+      const double x = circle.center.x + 0.005 * circle.diameter * std::cos(turn);
+      const double y = circle.center.y + 0.005 * circle.diameter * std::sin(turn);
+      EXPECT_GE(CircleSquares(points, x, y), least * (1.0L - 1e-5L) - 1e-24L)
+          << round << ": " << circle.center.x << " " << circle.center.y << " " << circle.diameter;
+    }
+  }
+}
+
 TEST(Fit, NoCircleNearbyIsBetter) {
   Random random(4);
   for (int round = RandomRounds(200); round > 0; --round) {

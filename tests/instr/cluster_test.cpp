@@ -14,27 +14,6 @@
 
 namespace {
 
-TEST(Points, Rows) {
-  const InstructionRow rows[] = {
-      {"_Nuv_Array_CPArrExtrema_", R"([[[3 -1],["NaN" 7],[-2 0]]])", "[-2,3,-1,7]"},
-      {"_Nuv_Array_CPArrExtrema_", "[[]]",
-       "[1.7976931348623157e+308,-1.7976931348623157e+308,1.7976931348623157e+308,"
-       "-1.7976931348623157e+308]"},
-      {"_Nuv_Array_CPArrExtrema_", R"([[["Infinity" "-Infinity"]]])",
-       R"([1.7976931348623157e+308,"Infinity","-Infinity",-1.7976931348623157e+308])"},
-      {"_Nuv_Array_CPArrCluster1D_", "[[[0 0],[1 0],[2 0],[3 0],[10 0]],0.5]",
-       "[[[0 0],[1 0],[2 0]],[[3 0],[10 0]],60]"},
-      {"_Nuv_Array_CPArrCluster1D_", "[[[0 0],[1 0],[2 0],[3 0],[10 0]],0]",
-       "[[[0 0]],[[1 0],[2 0],[3 0],[10 0]],20]"},
-      {"_Nuv_Array_CPArrCluster1D_", "[[[0 0],[1 0],[10 0]],100]", "[[[0 0],[1 0],[10 0]],[],100]"},
-      {"_Nuv_Array_CPArrCluster1D_",  // two clusters of two: the first wins, 2 of 4
-       "[[[0 0],[1 0],[9 0],[17 0]]]", "[[[1 0],[9 0],[17 0]],[[0 0]],75]"},
-      {"_Nuv_Array_CPArrCluster1D_", R"([[[0 0],[1 0],[9 0]],"NaN"])",
-       "[[[0 0]],[[1 0],[9 0]],33]"},
-  };
-  CheckRows(rows);
-}
-
 // A failure empties the results; only the tolerance has a message.
 TEST(Points, ClusteringFails) {
   const TranscriptRow rows[] = {

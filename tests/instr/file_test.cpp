@@ -16,6 +16,7 @@
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 #endif
@@ -231,6 +232,27 @@ TEST_F(Files, FolderDeletionNeverFollowsALink) {
   EXPECT_EQ(Do("FolderDelete", {Path("link") + "/"}), "true");  // the link alone
   EXPECT_FALSE(fs::is_symlink(folder_ / "link"));
   EXPECT_EQ(Read("outside/inner/kept"), "kept");
+}
+
+TEST_F(Files, FolderDeletionNeedsNoDescriptorsForDepth) {
+  constexpr int kDepth = 300;
+  const fs::path elsewhere = fs::current_path();
+  fs::create_directory(folder_ / "tree");
+  fs::current_path(folder_ / "tree");
+  for (int i = 0; i < kDepth; ++i) {
+    ASSERT_EQ(mkdir("d", 0700), 0);
+    ASSERT_EQ(mkdir("beside", 0400), 0);  // which nobody may enter
+    ASSERT_EQ(chdir("d"), 0);
+  }
+  fs::current_path(elsewhere);
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit few{.rlim_cur = 64, .rlim_max = before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+  const std::string answer = Do("FolderDelete", {Path("tree")});
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(answer, "true");
+  EXPECT_FALSE(Exists("tree"));
 }
 
 /// From here on the process dies before it deletes anything.

@@ -46,17 +46,6 @@ TEST(Format, NumToString) {
       longest.starts_with("+1000000000000000052504760255204420248704468581108159154915854"));
   const char* name = "_Nuv_String_CNumberToString_";
   const FormatRow rows[] = {
-      {name, R"("in":[3.14159])", "3.142"},
-      {name, R"("in":[-0.0])", "-0.000"},
-      {name, R"("in":[2],"const":[true])", "+2.000"},
-      {name, R"("in":[2],"const":[true,8,1])", "+002.000"},
-      {name, R"("in":[3.5],"const":[false,8,1,2])", "00003.50"},
-      {name, R"("in":[3.5],"const":[false,8,2,2])", "    3.50"},
-      {name, R"("in":[5],"const":[false,1,2,0])", " 5"},
-      {name, R"("in":[5],"const":[true,1,2,0])", "+5"},
-      {name, R"("in":[5],"const":[false,1,0,0])", "5"},
-      {name, R"("in":["-Infinity"],"const":[false,8,1,3])", "    -inf"},
-      {name, R"("in":["NaN"],"const":[true,8,0,3])", "+nan"},
       {name, R"("in":[1e300],"const":[true,1000,1,1000])", longest.c_str()},
   };
   CheckFormats("NumToString", rows);
@@ -65,47 +54,36 @@ TEST(Format, NumToString) {
 TEST(Format, PrintfNum) {
   const char* name = "_Nuv_String_CPrintfNum_";
   const FormatRow rows[] = {
-      {name, R"("in":["Value=%6.2f", 3.14159])", "Value=  3.14"},
-      {name, R"("in":[])", "***Empty***"},
-      {name, R"("in":["", 1])", ""},
-      {name, R"("in":["100%%", 1])", "100%"},
-      {name, R"("in":["\u00e9\n%g", 1])", "\u00e9\n1"},
-      {name, R"("in":["%e|%%f", 1e100])", "1.000000e+100|%f"},
-      {name, R"("in":["%#.3g", 999.9])", "1.00e+03"},
-      {name, R"("in":["%#.0f %f", 2])", "2. %f", R"(Invalid conversion "%f" in format;)"},
-      {name, R"("in":["%s %d %n %f", 1])", "%s %d %n 1.000000",
-       R"(Invalid conversion "%s" in format;Invalid conversion "%d" in format;)"
-       R"(Invalid conversion "%n" in format;)"},
       {name, R"("in":["%*f %.*fx %1$f %.-1f", 1])", "%*f %.*fx %1$f %.-1f",
        R"(Invalid conversion "%*f" in format;Invalid conversion "%.*f" in format;)"
        R"(Invalid conversion "%1$f" in format;Invalid conversion "%.-1f" in format;)"},
-      {name, R"("in":["%-+10.3lgx", 1])", "+1        x"},
       {name, R"("in":["%llf%Lf%lf", 1])", "%llf%Lf1.000000",
        R"(Invalid conversion "%llf" in format;Invalid conversion "%Lf" in format;)"},
-      {name, R"("in":["5 % %g", 1])", "5 % 1", R"(Invalid conversion "% " in format;)"},
       {name, R"("in":["5%5%", 1])", "5%5%",
        R"(Invalid conversion "%5" in format;Invalid conversion "%" in format;)"},
-      {name, R"("in":["%%%", 1])", "%%", R"(Invalid conversion "%" in format;)"},
       {name, R"("in":["%99999999999999999999f", 1])", "%99999999999999999999f",
        R"(Invalid conversion "%99999999999999999999f" in format;)"},
   };
   CheckFormats("PrintfNum", rows);
+
+  // Beyond a hundred, invalid conversions are counted.
+  std::string format;
+  std::string messages;
+  for (int i = 1; i <= 103; ++i) {
+    format += "%d";
+    if (i <= 100) messages += R"(Invalid conversion "%d" in format;)";
+    if (i != 100 && i != 103) continue;
+    if (i > 100) messages += "3 more invalid conversions in format;";
+    const std::string members = R"("in":[")" + format + R"("])";
+    const FormatRow row[] = {{name, members.c_str(), format.c_str(), messages.c_str()}};
+    CheckFormats("PrintfNum", row);
+  }
 }
 
-TEST(Format, PrintfNumInf) {
+TEST(Format, PrintfNumInfWithACountBelowItsInputs) {
   const char* name = "_Nuv_String_CPrintfNumInf_";
-  const std::string seventeen = "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17";
-  const std::string all = R"("in":["%g%g%g%g%g%g%g%g%g%g%g%g%g%g%g%g%g%g",)" + seventeen + "]";
-  const std::string too_many = R"("in":["%g",)" + seventeen + ",18]";
-  const FormatRow rows[] = {
-      {name, R"("in":["%g-%g", 1, 2])", "1-2"},
-      {name, R"("in":["%g-%g", 1])", "1-0"},
-      {name, R"("in":["%g-%g", 1, 2],"count":1)", "0-0"},
-      {name, R"("in":["%g-%g", 1, 2],"count":0)", "0-0"},
-      {name, R"("in":["%d%g", 1, 2])", "%d1", R"(Invalid conversion "%d" in format;)"},
-      {name, all.c_str(), "1234567891011121314151617%g", R"(Invalid conversion "%g" in format;)"},
-      {name, too_many.c_str(), "0", "Too many number arguments;"},
-  };
+  const FormatRow rows[] = {{name, R"("in":["%g-%g", 1, 2],"count":1)", "0-0"},
+                            {name, R"("in":["%g-%g", 1, 2],"count":0)", "0-0"}};
   CheckFormats("PrintfNumInf", rows);
 }
 

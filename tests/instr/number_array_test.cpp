@@ -16,57 +16,6 @@ namespace {
 
 using formula::Extreme;
 
-TEST(NumberArrays, Rows) {
-  const InstructionRow rows[] = {
-      {"_Nuv_Array_CNArrMathAbsolute_", R"([[-0.0, -2, 3, "-Infinity"]])",
-       R"([[0,2,3,"Infinity"]])"},
-      {"_Nuv_Array_CNArrMathSubtract_", "[[1, 2], [5, 5, 5]]", "[[-4,-3]]"},
-      {"_Nuv_Array_CNArrMathAdd_", "[[1, 2, 3, 4, 5], [1, 1, 1]]", "[[2,3,4]]"},
-      {"_Nuv_Array_CNArrMathAdd_", "[[1, 2], []]", "[[]]"},
-      {"_Nuv_Array_CNArrMathMultiply_", R"([[-1, 1e200, 0], [0, 1e200, "Infinity"]])",
-       R"([[-0.0,"Infinity","NaN"]])"},
-      {"_Nuv_Array_CNArrMathMaximum_", "[[2, 5, 5]]", "[5,1]"},
-      {"_Nuv_Array_CNArrMathMaximum_", R"([["NaN", 5]])", R"(["NaN",0])"},
-      {"_Nuv_Array_CNArrMathMaximum_", "[[-0.0, 0]]", "[-0.0,0]"},
-      {"_Nuv_Array_CNArrMathMinimum_", "[[3, 1, 1]]", "[1,1]"},
-      {"_Nuv_Array_CNArrMathMinimum_", "[[]]", "[0,0]"},
-      {"_Nuv_Array_CNArrMathExtrema_", "[[2, 7, 1, 7, 1]]", "[7,1,1,2]"},
-      {"_Nuv_Array_CNArrMathExtrema_", "[[]]", "[0,0,0,0]"},
-      {"_Nuv_Array_CNMeanAndVar_", "[[1, 2, 3, 4]]", "[2.5,1.25,1.118033988749895,4]"},
-      {"_Nuv_Array_CNMeanAndVar_", "[[]]", "[0,0,0,0]"},
-      {"_Nuv_Array_CNMeanAndVar_", "[[0.1, 0.1, 0.1]]",  // not clamped
-       R"([0.10000000000000002,-1.734723475976807e-18,"NaN",3])"},
-      {"_Nuv_Array_CNArrMathThreshold_", R"([[1, 0.9, "NaN", "Infinity"], 1, 8, 9])",
-       "[[8,9,9,8]]"},
-      {"_Nuv_Array_CNArrMathThresholdBand_", R"([[2, 1, 0, -1, "NaN"]])", "[[1,1,0.5,0,0.5]]"},
-      {"_Nuv_Array_CNArrMathThresholdBand_", "[[2, 1, 0.5, 0], 0, 1, 7, 8, 9]", "[[7,7,9,9]]"},
-      {"_Nuv_Array_CNArrMathClipLow_", R"([[-1, -0.0, 3, "NaN"], 0, 9])", R"([[9,-0.0,3,"NaN"]])"},
-      {"_Nuv_Array_CNArrMathClipHigh_", R"([[-1, -0.0, 3, "NaN"], 0, 9])", R"([[-1,9,9,"NaN"]])"},
-      {"_Nuv_Array_CNArrReverse_", "[[1, 2, 3]]", "[[3,2,1]]"},
-      {"_Nuv_Array_CNArrSort_", "[[3, -1, 2, -1]]", "[[-1,-1,2,3]]"},
-      {"_Nuv_Array_CNArrSort_", R"([["NaN", 3, "-Infinity", 2], true])",
-       R"([["NaN",3,2,"-Infinity"]])"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3, 4, 5], 3, 4, 9]", "[[1,2,3,9,9]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3, 4, 5], 3, 4, 9, true]", "[[9,9,3,9,9]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 1.9, 1.9, 9]", "[[1,9,3]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 0, 0, 9]", "[[1,2,3]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], -1, 2, 9, true]", "[[1,2,3]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 2, 2147483647, 9]", "[[1,2,9]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 2147483647, 3, 9, true]", "[[9,9,9]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 2147483647, 2, 9, true]", "[[9,9,3]]"},
-      {"_Nuv_Array_CNArrSetRange_", "[[1, 2, 3], 7, 2, 9]", "[[1,2,3]]"},
-      {"_CNArrCopyArray_", "[[1, 2, 3], 1]", "[[2,3]]"},
-      {"_CNArrCopyArray_", "[[1, 2, 3], 1, -5]", "[[2,3]]"},
-      {"_CNArrCopyArray_", "[[1, 2, 3], 1, 0]", "[[]]"},
-      {"_CNArrCopyArray_", "[[1, 2, 3], 3]", "[[]]"},
-      {"_CNArrCopyArray_", "[[1, 2, 3], -1]", "[[]]"},
-      {"_CNArrInsertArray_", "[[8, 9], [1, 2, 3], 1]", "[[1,8,9,2,3]]"},
-      {"_CNArrInsertArray_", "[[8, 9], [1, 2], -3]", "[[8,9,1,2]]"},
-      {"_CNArrInsertArray_", "[[8, 9], [1, 2], 2147483647]", "[[1,2,8,9]]"},
-  };
-  CheckRows(rows);
-}
-
 // From 16 elements on the constants 0 and 1 take their own ways.
 TEST(NumberArrays, ConstMulAddBySize) {
   const struct {

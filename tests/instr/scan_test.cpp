@@ -1,4 +1,4 @@
-// The number scanner, and "StringToNum", which works by it.
+// The number scanner against the C library's.
 #include <cmath>
 #include <optional>
 
@@ -10,45 +10,6 @@ namespace {
 
 using formula::ScanHexadecimal;
 using formula::ScanNumber;
-
-TEST(Scan, StringToNum) {
-  const char* name = "_Nuv_Number_CStringToNumber_";
-  const InstructionRow rows[] = {
-      {name, R"([])", "[0,false]"},
-      {name, R"(["12.5abc"])", "[12.5,true]"},
-      {name, R"(["abc"])", "[0,false]"},
-      {name, R"(["1e3"])", "[1000,true]"},
-      {name, R"(["1e+x"])", "[1,true]"},
-      {name, R"(["\t\n\u000b\f\r -.5."])", "[-0.5,true]"},
-      {name, R"(["\u00a01"])", "[0,false]"},
-      {name, R"(["."])", "[0,false]"},
-      {name, R"(["1,5"])", "[1,true]"},
-      {name, R"(["-0"])", "[-0.0,true]"},
-      {name, R"(["1e400"])", R"(["Infinity",true])"},
-      {name, R"(["-1e-400"])", "[-0.0,true]"},
-      {name, R"(["-infinity"])", R"(["-Infinity",true])"},
-      {name, R"(["INF."])", R"(["Infinity",true])"},
-      {name, R"(["infin"])", "[0,false]"},
-      {name, R"j(["nan(12)"])j", R"(["NaN",true])"},
-      // "0x" anywhere: hexadecimal digits from the start
-      {name, R"(["0x1A"])", "[26,true]"},
-      {name, R"([" 0X10"])", "[16,true]"},
-      {name, R"(["-0x10"])", "[-16,true]"},
-      {name, R"(["10x"])", "[16,true]"},
-      {name, R"(["abc0x1"])", "[43968,true]"},
-      {name, R"(["0x"])", "[0,true]"},
-      {name, R"(["0xFFFFFFFF"])", "[-1,true]"},
-      {name, R"(["0x80000000"])", "[-2147483648,true]"},
-      {name, R"(["0x123456789"])", "[591751049,true]"},
-      {name, R"(["0x10000000000000000"])", "[-1,true]"},
-      {name, R"(["0x1.8p1"])", "[1,true]"},
-      // ... and a number of the other kind where there are none
-      {name, R"(["-.5 0x1"])", "[-0.5,true]"},
-      {name, R"(["inf0x1"])", R"(["Infinity",true])"},
-      {name, R"(["x0x1"])", "[0,false]"},
-  };
-  CheckRows(rows);
-}
 
 TEST(Scan, HexadecimalNumbers) {
   EXPECT_EQ(ScanNumber("0x1.8p1"), 3.0);

@@ -12,38 +12,6 @@ namespace {
 
 using nuvhost::Json;
 
-TEST(Signals, Rows) {
-  const InstructionRow rows[] = {
-      {"_Nuv_Array_CNArrMathSmooth_", "[[0, 0, 4, 0, 0]]", "[[0,1,2,1,0]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[8, 0, 0, 4], 2.9]", "[[8,3.25,2,4]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[4, 0, 0, 0], 1, true]", "[[2,1,0,1]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[4, 0, 0, 8], 1, false, true]", "[[1,1,2,2]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[4, 0, 0, 8], 1, true, true]", "[[1,1,2,2]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[1, 5], 3, false, true]", "[[1,5]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[1, 2, 3], 0, true, true]", "[[1,2,3,0,0]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[1, 2, 4], 0.9, false, true]", "[[1,2,4]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", R"([[1, 2, 4], "NaN"])", "[[1,2,4]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[7], 1, true]", "[[7,0,0]]"},
-      {"_Nuv_Array_CNArrMathSmooth_", "[[], 1, true]", "[[0,0]]"},
-      {"_Nuv_Array_CNArrMathCorrelate_", "[[0, 2, 0, 2], [5, 9, 5, 9, 7]]", "[1,0,4]"},
-      {"_Nuv_Array_CNArrMathCorrelate_", "[[0, 2, 0, 2], [7, 6, 4, 6, 4], 1.9]", "[-1,0,4]"},
-      {"_Nuv_Array_CNArrMathCorrelate_", "[[9, 9, 0, 2, 0, 2], [5, 9, 5, 9], -2]", "[1,0,4]"},
-      {"_Nuv_Array_CNArrMathCorrelate_", R"([["NaN", 2], [1, 2]])", R"(["NaN",0,2])"},
-      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[0, 0, 2, 2], [2, 0, 0, 2]]",
-       "[[0,1,0,-1],4,0]"},
-      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[2, 0, 0, 2], [0, 0, 2, 2], true]",
-       "[[0,1,0,-1],4,0]"},
-      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[3, 3], [1, 2, 3], true]", "[[0,0,0],2,3]"},
-      {"_Nuv_Array_CNArrMathCorrelateCircular_", "[[1, 2], [5]]", "[[0,0],1,2]"},
-      {"_Nuv_Array_CNArrMathIndexArray_", "[[3, 1, 2]]", "[[0,2,1]]"},
-      {"_Nuv_Array_CNArrMathIndexArray_", R"([[-0.0, "NaN", 0, "Infinity", -1, 0]])",
-       "[[1,3,0,2,5,4]]"},
-      {"_Nuv_Array_CNArrMathIndexArray_", "[[5]]", "[[0]]"},
-      {"_Nuv_Array_CNArrMathIndexArray_", "[[]]", "[[]]"},
-  };
-  CheckRows(rows);
-}
-
 // Neither correlation fails; both tell the user, and one leaves its results as they were.
 TEST(Signals, CorrelationsWarn) {
   const struct {
@@ -197,19 +165,6 @@ TEST(Signals, CorrelateCircularIsThePlainOne) {
     EXPECT_EQ(static_cast<double>(call.results[2]), static_cast<double>(invalid));
     if (testing::Test::HasFailure()) return;
   }
-}
-
-// Unless the method is one of the two orders, the elements keep theirs.
-TEST(Signals, IndexMethods) {
-  const TranscriptRow rows[] = {
-      {R"({"instr":"_Nuv_Array_CNArrMathIndexArray_","in":[[3,"NaN",-1,3]],"const":[2]})",
-       R"({"status":0,"out":[[2,0,3,1]]})"},
-      {R"({"instr":"_Nuv_Array_CNArrMathIndexArray_","in":[[3,"NaN",-1,3]],"const":[0]})",
-       R"({"status":0,"out":[[0,1,2,3]]})"},
-      {R"({"instr":"_Nuv_Array_CNArrMathIndexArray_","in":[[3,"NaN",-1,3]],"const":[3]})",
-       R"({"status":0,"out":[[0,1,2,3]]})"},
-  };
-  CheckTranscript(rows);
 }
 
 // Few of the highest bits differ, and those that do differ far below: all keys meet in one bucket.

@@ -10,37 +10,6 @@ namespace {
 
 using nuvhost::Json;
 
-TEST(Statistics, Rows) {
-  const InstructionRow rows[] = {
-      {"_Nuv_Numeric_CMin_", "[3, 1, 1]", "[1,1]"},
-      {"_Nuv_Numeric_CMin_", R"([1, "NaN", -1])", "[-1,2]"},
-      {"_Nuv_Numeric_CMin_", R"(["NaN", 1, 2])", R"(["NaN",0])"},
-      {"_Nuv_Numeric_CMin_", "[0, -0.0]", "[0,0]"},
-      {"_Nuv_Numeric_CMax_", "[1, 3, 3]", "[3,1]"},
-      {"_Nuv_Numeric_CVariance_", "[1, 2, 3, 4]", "[1.25]"},
-      Fails("_Nuv_Numeric_CVariance_", "[1]"),
-      {"_Nuv_Numeric_CSumArr_", "[[]]", "[0]"},
-      Fails("_Nuv_Numeric_CMinArr_", "[[]]"),
-      Fails("_Nuv_Numeric_CMaxArr_", "[[]]"),
-      Fails("_Nuv_Numeric_CMeanArr_", "[[]]"),
-      {"_Nuv_Numeric_CVarianceArr_", "[[1, 2, 3, 4]]", "[1.6666666666666667]"},
-      Fails("_Nuv_Numeric_CVarianceArr_", "[[1]]"),
-      {"_Nuv_Numeric-Stat_CCp_", "[10, 0, 5, 5, 5]", "[999]"},
-      {"_Nuv_Numeric-Stat_CCp_", "[10, 0, 4, 6]", "[1.178511301977579]"},
-      Fails("_Nuv_Numeric-Stat_CCp_", "[10, 0, 4]"),
-      {"_Nuv_Numeric-Stat_CCpk_", "[10, 0, 7, 9]", "[0.4714045207910316]"},
-      {"_Nuv_Numeric-Stat_CCpk_", "[10, 0, 17, 19]", "[-1.8856180831641265]"},  // not clamped
-      Fails("_Nuv_Numeric-Stat_CCpk_", "[]"),
-      // The cap goes by the variance: 8e-8 is below 1e-7, 1.25e-7 above.
-      {"_Nuv_Default_CCpArr_", "[6, 0, [0, 0.0004]]", "[999]"},
-      {"_Nuv_Default_CCpArr_", "[6, 0, [0, 0.0005]]", "[2828.42712474619]"},
-      Fails("_Nuv_Default_CCpArr_", "[10, 0, [5]]"),
-      Fails("_Nuv_Number-Stat_CCpkArr_", "[10, 0, []]"),
-      {"_Nuv_Number-Stat_CCpkArr_", R"([10, 0, [1, "Infinity"]])", R"(["NaN"])"},
-  };
-  CheckRows(rows);
-}
-
 TEST(Statistics, CountBelowTheDeclaredInputsFails) {
   nuvhost::ExecSession session(BuiltCatalogue());
   for (const char* call : {R"({"instr":"_Nuv_Numeric_CMean_","in":[1],"count":0})",

@@ -192,6 +192,33 @@ TEST_F(SystemCalls, EnvironmentIsTheProcesss) {
 }
 
 #if !defined(_WIN32)
+// The sanitizers tell whether a text was read after another thread had freed it.
+TEST_F(SystemCalls, ThreadsShareTheEnvironment) {
+  const auto read_and_write = [](int thread) {
+    nuvhost::ExecSession session(BuiltCatalogue());
+    const std::string own = "NUV_THREAD_" + std::to_string(thread);
+    const auto ask = [&](const char* identifier, const Values& inputs) {
+      return Exec(session, Json{{"instr", identifier}, {"in", inputs}}.dump())["status"] == 0;
+    };
+    bool good = true;
+    for (int i = 0; i < 300; ++i) {
+      const std::string value(static_cast<std::size_t>(1 + i * 37 % 500), 'v');
+      good = good && ask("_Nuv_System_CSetEnv_", {own, value}) &&
+             ask("_Nuv_System_CSetEnv_", {"NUV_SHARED", value}) &&
+             ask("_Nuv_System_CGetEnv_", {"NUV_SHARED"}) &&
+             ask("_Nuv_System_CGetEnvVars_", Values()) &&
+             ask("_Nuv_System_CGetEnvNames_", Values()) &&
+             ask("_Nuv_System_CGetDateFormat_", {"dddd"}) &&
+             ask("_Nuv_System_CGetTime_", Values()) && ask("_Nuv_System_CSetEnv_", {own, ""});
+    }
+    EXPECT_TRUE(good);
+  };
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) threads.emplace_back(read_and_write, i);
+  for (std::thread& thread : threads) thread.join();
+  Do("SetEnv", {"NUV_SHARED", ""});
+}
+
 TEST_F(SystemCalls, OddEnvironments) {
   char** const kept = environ;
   char entries[][8] = {"=C:=x", "A=B=C", "bare"};

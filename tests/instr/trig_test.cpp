@@ -35,26 +35,9 @@ void CheckTrig(const char* unit, std::span<const TrigRow> rows, std::int64_t mos
   Exec(session, R"({"set":{"angleUnit":"radians"}})");  // the unit belongs to the process
 }
 
-TEST(Trigonometry, QuadrantsInDegreesAreExact) {
-  const TrigRow rows[] = {
-      {"Sin", 0.0, 0.0},     {"Sin", -0.0, -0.0},       {"Sin", 90.0, 1.0},
-      {"Sin", -90.0, -1.0},  {"Sin", 270.0, -1.0},      {"Cos", 0.0, 1.0},
-      {"Cos", 180.0, -1.0},  {"Cos", 360.0, 1.0},       {"Tan", 0.0, 0.0},
-      {"ArcSin", 1.0, 90.0}, {"ArcSin", -1.0, -90.0},   {"ArcSin", -0.0, -0.0},
-      {"ArcCos", 1.0, 0.0},  {"ArcCos", 0.0, 90.0},     {"ArcCos", -1.0, 180.0},
-      {"ArcTan", 1.0, 45.0}, {"ArcTan", -1e300, -90.0}, {"ArcTan", -0.0, -0.0},
-  };
-  CheckTrig("degrees", rows, 0);
-}
-
 TEST(Trigonometry, Degrees) {
   const TrigRow rows[] = {
-      {"Sin", 30.0, 0.49999999999999994},
-      {"Sin", 180.0, 1.2246467991473532e-16},  // of the double nearest to pi
-      {"Cos", 90.0, 6.123233995736766e-17},
-      {"Tan", 45.0, 0.9999999999999999},
       {"Sin", 1e9, -0.9848077528142326},
-      {"ArcSin", 0.5, 30.000000000000004},
       {"ArcCos", 0.1, 84.26082952273322},
       {"ArcTan", 1e-9, 5.729577951308233e-08},
   };
@@ -75,27 +58,6 @@ TEST(Trigonometry, Radians) {
       {"ArcTan", -1.0, -0.7853981633974483},
   };
   CheckTrig("radians", rows, 2);
-}
-
-// Without a message, and whatever the preferred unit.
-TEST(Trigonometry, NoRangeIsChecked) {
-  nuvhost::ExecSession session(BuiltCatalogue());
-  const InstructionRow rows[] = {
-      {"_Nuv_Trigonometric_ArcCos_", "[1.5]", R"(["NaN"])"},
-      {"_Nuv_Trigonometric_ArcSin_", "[-2]", R"(["NaN"])"},
-      {"_Nuv_Trigonometric_Sin_", R"(["Infinity"])", R"(["NaN"])"},
-      {"_Nuv_Trigonometric_Tan_", R"(["NaN"])", R"(["NaN"])"},
-      {"_Nuv_Trigonometric_Deg2Rad_", "[-7.3]", "[-0.12740903539558604]"},
-      {"_Nuv_Trigonometric_Deg2Rad_", "[1e308]", R"(["Infinity"])"},  // the product overflows
-      {"_Nuv_Trigonometric_Rad2Deg_", "[-7.3]", "[-418.25919044550096]"},
-      {"_Nuv_Trigonometric_GetPi_", "[]", "[3.141592653589793]"},
-      {"_Nuv_Trigonometry_CGetPiDiv2_", "[]", "[1.5707963267948966]"},
-      {"_Nuv_Trigonometry_CGetPiDiv4_", "[]", "[0.7853981633974483]"},
-  };
-  for (const char* unit : {"degrees", "radians"}) {
-    Exec(session, std::string(R"({"set":{"angleUnit":")") + unit + R"("}})");
-    CheckRows(rows);
-  }
 }
 
 }  // namespace

@@ -5,23 +5,31 @@
 #include <cmath>
 #include <random>
 
+#include "host/records.h"
+#include "host/vectors.h"
 #include "nuvhost/reading/source_text.h"
 
 namespace nuvhost {
 namespace {
 
+CNuvObject Column(const CsvTable& table, std::size_t column, Mistakes& mistakes) {
+  const ChosenRows rows = table.WithoutBlankEnd(ChosenRows(table.Rows()), {column});
+  return table.Array(NUV_PARAM_NUMBER_ARRAY, {column}, rows, mistakes);
+}
+
 /// A table's columns as "header: 1 2 3; header: 4 5 6", or its mistakes.
-std::string Shown(const std::string& text) {
+std::string Shown(const std::string& text, char decimal = '.') {
   Mistakes mistakes;
-  const std::optional<CsvTable> table = CsvTable::Read(SourceText("f.csv", text), mistakes);
+  const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes, decimal);
   std::string shown;
   for (std::size_t column = 0; table && column < table->Columns(); ++column) {
     if (column > 0) shown += "; ";
     if (!table->Header().empty()) shown += table->Header()[column] + ": ";
-    const CNuvDoubleVector numbers = table->Numbers(column, mistakes);
-    for (std::size_t row = 0; row < numbers.Size(); ++row) {
+    const CNuvObject numbers = Column(*table, column, mistakes);
+    const auto& vector = static_cast<const CNuvDoubleVector&>(numbers);
+    for (std::size_t row = 0; row < vector.Size(); ++row) {
       char number[32];
-      std::snprintf(number, sizeof number, row == 0 ? "%g" : " %g", numbers[row]);
+      std::snprintf(number, sizeof number, row == 0 ? "%g" : " %g", vector[row]);
       shown += number;
     }
   }
@@ -46,15 +54,31 @@ TEST(Csv, ReadsWhatSpreadsheetsWrite) {
       {"\"two\nlines\",x\r\n\"1\",\"2\"\r\n", "two\nlines: 1; x: 2"},
       {" x , y\n 1 ,\t+2\n", "x: 1; y: 2"},
       {"NaN\nInfinity\n-Infinity\n1e-999\n", "nan inf -inf 0"},
+      {"nan\n+INF\n-inf\n1.#QNAN\n-1.#INF00\n-NaN\n", "nan inf -inf nan -inf nan"},
+      {"x y\n1 2\n 3  4 \r\n5 6", "x: 1 3 5; y: 2 4 6"},
+      {"1 -2\n", "1; -2"},
+      {"\"a b\" c\n1 \"2\" \n", "a b: 1; c: 2"},
+      {"outer diameter\n12.5\n", "outer diameter: 12.5"},
+      {"speed of light", "speed of light: "},
+      {"x,y\n1,2\n3,\n5, \n", "x: 1 3 5; y: 2"},
+      {"1,\n2,\n", "1 2; "},
+      {"x,y\n1,\n,2\n", "x: 1; y: 0 2| f.csv:2:3: an empty field, where a number belongs"},
       {"1,2\n3\n", "| f.csv:2:1: the line has 1 field, the first line has 2"},
+      {"1,2\n3\n4\n5,6,7\n",
+       "| f.csv:2:1: the line has 1 field, the first line has 2; 2 more lines have too few or too "
+       "many"},
+      {"a\nx\n1\ny\n",
+       "a: 0 1 0| f.csv:2:1: \"x\" is no number; 1 more field of the column is wrong"},
+      {"a\nx\ny\nz\n",
+       "a: 0 0 0| f.csv:2:1: \"x\" is no number; 2 more fields of the column are wrong"},
       {"a\n1\n\n2\n", "a: 1 0 2| f.csv:3:1: an empty field, where a number belongs"},
       {"a,b\n1,2x\n\xC3\xBC,3\n",
        "a: 1 0; b: 0 3| f.csv:2:3: \"2x\" is no number| f.csv:3:1: \"\xC3\xBC\" is no number"},
       {"\xC3\xBC;b\n\"\xC3\xBC\";1,5\n",
        "\xC3\xBC: 0; b: 0| f.csv:2:2: \"\xC3\xBC\" is no number"
-       "| f.csv:2:5: \"1,5\" is no number; write a decimal point"},
+       "| f.csv:2:5: \"1,5\" is no number; write a decimal point, or say \"decimal\": \",\""},
       {"a\n1e999\n", "a: 0| f.csv:2:1: \"1e999\" is beyond the range of numbers"},
-      {"a\ninf\n", "a: 0| f.csv:2:1: \"inf\" is no number"},
+      {"a\ninfinit\n", "a: 0| f.csv:2:1: \"infinit\" is no number"},
       {"a\n0x10\n", "a: 0| f.csv:2:1: \"0x10\" is no number"},
       {"a\n+-1\n", "a: 0| f.csv:2:1: \"+-1\" is no number"},
       {"a\n\"1\n", "| f.csv:2:1: a quoted field without its closing quote"},
@@ -68,6 +92,15 @@ TEST(Csv, ReadsWhatSpreadsheetsWrite) {
   for (const Row& row : kRows) EXPECT_EQ(Shown(row.text), row.shown) << row.text;
   EXPECT_EQ(Shown({"a\n\xC3\xBC\0", 5}),
             "| f.csv:2:2: a zero byte; the file must be text in UTF-8");
+
+  constexpr Row kCommas[] = {
+      {"x;y\n1,5;-,5e1\n", "x: 1.5; y: -5"},
+      {"1,5 2\n3 nan\n", "1.5 3; 2 nan"},
+      {"x,y\n1,5\n", "x,y: 1.5"},
+      {"a\n1.5\n", "a: 0| f.csv:2:1: \"1.5\" is no number, as the program says \"decimal\": \",\""},
+      {"a\n1.000,5\n", "a: 0| f.csv:2:1: \"1.000,5\" is no number"},
+  };
+  for (const Row& row : kCommas) EXPECT_EQ(Shown(row.text, ','), row.shown) << row.text;
 }
 
 TEST(Csv, FindsColumns) {
@@ -97,26 +130,38 @@ TEST(Csv, FindsColumns) {
 
 TEST(Csv, EveryNumberSurvivesAFile) {
   std::mt19937_64 random(11);
-  std::string text;
-  std::vector<double> written;
-  for (int i = 0; i < 2000; ++i) {
-    const double number =
-        std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 2000) - 1070);
-    char digits[32];
-    std::snprintf(digits, sizeof digits, "%.17g\n", number);
-    text += digits;
-    written.push_back(number);
+  for (const char* signs : {"\n.", ",.", ";,", "\t,", " ,"}) {  // separator, decimal sign
+    std::string text;
+    std::vector<double> written;
+    for (int i = 0; i < 1000; ++i) {
+      const double number =
+          std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 2000) - 1070);
+      char digits[32];
+      std::snprintf(digits, sizeof digits, "%.17g", number);
+      for (char& c : digits) c = c == '.' ? signs[1] : c;
+      text += digits + std::string(1, i % 2 == 0 ? signs[0] : '\n');
+      written.push_back(number);
+    }
+    Mistakes mistakes;
+    const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes, signs[1]);
+    ASSERT_TRUE(table);
+    const std::size_t columns = signs[0] == '\n' ? 1 : 2;
+    ASSERT_EQ(table->Columns(), columns);
+    for (std::size_t i = 0; i < written.size(); ++i) {
+      const CNuvObject column = i < columns ? Column(*table, i, mistakes) : CNuvObject();
+      const auto& numbers = static_cast<const CNuvDoubleVector&>(column);
+      for (std::size_t row = 0; row < numbers.Size(); ++row) {
+        ASSERT_EQ(numbers[row], written[row * columns + i]);
+      }
+      ASSERT_EQ(numbers.Size(), i < columns ? written.size() / columns : 0);
+    }
+    ASSERT_TRUE(mistakes.Empty()) << mistakes.Listing()[0];
   }
-  Mistakes mistakes;
-  const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes);
-  const CNuvDoubleVector read = table->Numbers(0, mistakes);
-  ASSERT_TRUE(mistakes.Empty()) << mistakes.Listing()[0];
-  for (std::size_t i = 0; i < written.size(); ++i) ASSERT_EQ(read[i], written[i]);
 }
 
 TEST(Csv, AnyBytesAreReadOrRefused) {
   std::mt19937 random(12);
-  constexpr std::string_view kBytes = "\"\",;\t\r\n1.-ea \xC3\xFF";
+  constexpr std::string_view kBytes = "\"\",;\t\r\n1.-ea  \xC3\xFF";
   for (int round = 0; round < 20000; ++round) {
     std::string text(random() % 24, ' ');
     for (char& c : text) c = kBytes[random() % kBytes.size()];
@@ -124,8 +169,11 @@ TEST(Csv, AnyBytesAreReadOrRefused) {
     const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes);
     ASSERT_NE(table.has_value(), !mistakes.Empty()) << text;
     if (!table) continue;
-    const std::size_t last = table->Columns() - 1;
-    EXPECT_EQ(table->Numbers(last, mistakes).Size(), table->Points(0, last, mistakes).Size());
+    const ChosenRows all(table->Rows());
+    const CNuvObject texts =
+        table->Array(NUV_PARAM_STRING_ARRAY, {table->Columns() - 1}, all, mistakes);
+    EXPECT_EQ(static_cast<const CNuvStringVector&>(texts).Size(), table->Rows());
+    EXPECT_LE(table->WithoutBlankEnd(all, {0}).Size(), table->Rows());
   }
 }
 

@@ -79,6 +79,8 @@ def refuses_to_write_what_it_reads():
         (["--overlay", "part.svg"], "--overlay part.svg would overwrite the image part.svg"),
         (["--results", "twin.csv", "--overlay", "twin.svg"],
          "--overlay twin.svg would overwrite --results twin.csv"),
+        (["--results", "twin.csv", "--report", "twin.svg"],
+         "--report twin.svg would overwrite --results twin.csv"),
         (["--results", "locked.csv"], "the file is read-only"),
         (["--log", "n.csv"], "--log n.csv would overwrite the data file n.csv"),
         (["--log", "hard.json"], "--log hard.json would overwrite the program p.json"),

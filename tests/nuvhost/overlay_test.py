@@ -12,12 +12,14 @@ import tempfile
 import xml.etree.ElementTree
 
 SVG = "{http://www.w3.org/2000/svg}"
+POSITIVE = r"(?!0+$)[0-9]{1,10}(\.[0-9]+)?"
 NUMBER = r"-?[0-9]+(\.[0-9]+)?"
 NUMBERS = {
     "d": rf"([MLhv]{NUMBER}( {NUMBER})?|Z)+",
     "viewBox": rf"{NUMBER}( {NUMBER}){{3}}",
-    **{name: NUMBER for name in ["x", "y", "width", "height", "cx", "cy", "r", "font-size",
-                                 "stroke-width", "stroke-opacity", "fill-opacity"]},
+    **{name: NUMBER for name in ["x", "y", "cx", "cy", "r"]},
+    **{name: POSITIVE for name in ["width", "height", "font-size", "stroke-width",
+                                   "stroke-opacity", "fill-opacity"]},
 }
 
 

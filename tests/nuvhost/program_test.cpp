@@ -131,11 +131,31 @@ TEST(Program, TellsEveryMistakeByItsPlace) {
       {With(R"("instr": "Sqrt", "in": [{"step": "low", "result": @-1}])"), "position from 0"},
       {With(R"("instr": "SumArr", "in": [{"data": @"w"}])"), R"(no data "w"; known: "r", "v")"},
       {With(R"("instr": "SumArr", "in": [@{"data": "v", "column": 0}])"), "has no columns"},
+      {With(R"("instr": "SumArr", "in": [@{"data": "v", "row": 0}])"), "has no columns or rows"},
       {With(R"("instr": "SumArr", "in": [{"data": "r", "columns": @["x"]}])"), "two columns"},
       {With(R"("instr": "SumArr", "in": [@{"data": "r", "columns": [0, 1]}])"),
-       "takes an array of numbers; data \"r\", two columns, is an array of points"},
+       "takes an array of numbers; data \"r\" is two columns, which give points"},
+      {With(R"("instr": "PtSet", "in": [@{"data": "r", "column": 0}])"), "a point comes from two"},
+      {With(R"("instr": "LnSet", "in": [@{"data": "r"}])"), "takes a line; data \"r\" comes from"},
+      {With(R"("instr": "SumArr", "in": [{"data": "r", @"row": 0}])"), "\"row\" is for one value"},
+      {With(R"("instr": "Sqrt", "in": [{"data": "r", "row": @-1}])"), "a whole number from 0"},
+      {With(R"("instr": "SumArr", "in": [{"data": "r", "where": @{}}])"), "such as {\"hole\""},
+      {With(R"("instr": "SumArr", "in": [{"data": "r", "where": {"a": @[1]}}])"), "found a list"},
+      {With(R"("instr": "SumArr", "in": [{"data": "r", @"were": {"a": 1}}])"), R"(mean "where"?)"},
+      {R"({"data": {"r": {"file": "x", "decimal": @";"}}, "steps": [{"name": "a", "instr": "SetNumber"}]})",
+       R"(expected "." or ",", found ";")"},
+      {R"({"data": {"r": {"file": "x", "allowEmpty": @1}}, "steps": [{"name": "a", "instr": "SetNumber"}]})",
+       "expected true or false"},
+      {R"({"data": {"e": @[]}, "steps": [{"name": "a", "instr": "SumArr", "in": [{"data": "e"}]}]})",
+       R"(from data "e": no elements; where that is meant, write {"value": [], "allowEmpty": true})"},
+      {With(R"("instr": "SumArr", "in": [@[]])"), "no elements"},
+      {With(R"("instr": "SumArr", "in": [{"value": @[]}])"), "no elements"},
+      {With(R"("instr": "SumArr", "in": [{"value": [1], @"alowEmpty": true}])"),
+       R"(did you mean "allowEmpty"?)"},
+      {With(R"("instr": "SumArr", "in": @{})"),
+       R"("SumArr" needs an array of numbers for its input "numbers")"},
+      {R"({"steps": [@{"name": "a", "instr": "PackStr"}]})", "needs an array of texts"},
       {With(R"("instr": "SumArr", "in": [{"data": "r", "column": @true}])"), "found a boolean"},
-      {With(R"("instr": "Sqrt", "in": [@{"data": "r"}])"), "takes a number; data \"r\" comes from"},
       {With(R"("instr": "SumArr", "in": [@[1, 2, 3, 4]])",
             R"(, "settings": {"maxArrayElements": 3})"),
        R"(4 elements; "maxArrayElements" is 3)"},
@@ -204,14 +224,30 @@ TEST(Program, ReadsConstantParameters) {
     program.steps.push_back({"sort", &instruction, std::vector<CNuvObject>(2), {}});
     const auto json = LocatedJson::Parse(program.source, mistakes);
     Checker checker(program.source, mistakes);
-    const std::map<std::string, Located, std::less<>> no_values;
-    ArgumentReader(checker, program, no_values).Read(json->Root(), 0);
+    const LiteralData no_values;
+    ArgumentReader(BuiltCatalogue(), checker, program, no_values).Read(json->Root(), 0);
     const std::vector<CNuvObject>& values = program.steps[0].constants;
     const std::string answer = mistakes.Empty()
                                    ? Dump(NumberToJson(static_cast<double>(values[0]))) + " " +
                                          Dump(NumberToJson(static_cast<double>(values[1])))
                                    : mistakes.Listing()[0];
     EXPECT_NE(answer.find(row.answer), std::string::npos) << row.constants << ": " << answer;
+  }
+}
+
+// An array without elements is no mistake where it is meant, or where instructions build arrays.
+TEST(Program, TakesEmptyArraysThatAreMeant) {
+  for (const char* step : {
+           R"("instr": "SumArr", "in": [{"value": [], "allowEmpty": true}])",
+           R"("instr": "Array: Number: Append", "in": {"val": [1, 2]})",
+           R"("instr": "Array: Point: Concatenate ", "in": [[], [{"x": 1, "y": 2}]])",
+           R"("instr": "InsertArray", "in": {"insert array": [1]})",
+           R"("instr": "Array: String: Resize")",
+           R"("instr": "Array: Line: InsertRep", "in": [[]])",
+           R"("instr": "Array: Boolean: AppendRep")",
+           R"("instr": "CreateStrInf")",
+       }) {
+    EXPECT_EQ(Complaints(With(step)), std::vector<std::string>{}) << step;
   }
 }
 

@@ -130,7 +130,9 @@ TEST_F(Run, ShowsWhatInstructionsReport) {
   Program program(SourceText("p.json", ""));
   program.settings.angle_unit = NuvAngleUnit::kDegrees;
   program.steps.push_back({"it", &instruction, {}, {}});
-  Answer answer = Captured([&] { return RunChecked(program, {"p.json", {}, "o.json", false}); });
+  Answer answer = Captured([&] {
+    return RunChecked(BuiltCatalogue(), program, {"p.json", {}, "o.json", false});
+  });
   EXPECT_EQ(answer.code, 0);
   EXPECT_TRUE(noisy.degrees_);
   EXPECT_EQ(CNuvSetting::Inst().GetAngleUnit(), NuvAngleUnit::kRadians);
@@ -143,7 +145,7 @@ TEST_F(Run, ShowsWhatInstructionsReport) {
             "  -  ----  -----------  ------  ---------------------------------------------------\n"
             "  1  it    Noisy        points  [(0, 0), (1, -1), (2, -2), (3, -3), ...] 6 elements\n"
             "                        text    \"a \\\"b\\\",\\n\xC3\xA9\"\n"
-            "                        line    a 0.5, d -0.0\n"
+            "                        line    a 28.6478897565412, d -0.0\n"
             "                                1 annotation\n");
   const Json step = Json::parse(Read("o.json"))["runs"][0]["steps"][0];
   EXPECT_EQ(step["results"][0]["value"].size(), 6u);
@@ -153,17 +155,21 @@ TEST_F(Run, ShowsWhatInstructionsReport) {
   EXPECT_EQ(step["messages"].size(), 2u);
   EXPECT_EQ(step["log"][0]["text"], "two\nlines");
 
-  answer = Captured([&] { return RunChecked(program, {"p.json", {}, "o.csv", false}); });
+  answer = Captured([&] {
+    return RunChecked(BuiltCatalogue(), program, {"p.json", {}, "o.csv", false});
+  });
   EXPECT_EQ(Read("o.csv"),
             "part,status,it.text,it.line.a,it.line.d\n"
             "p.json,ok,\"a \"\"b\"\",\n\xC3\xA9\",0.5,-0.0\n");
 
   noisy.status_ = Status::kFailure;
-  answer = Captured([&] { return RunChecked(program, {"p.json", {}, "", false}); });
+  answer = Captured([&] {
+    return RunChecked(BuiltCatalogue(), program, {"p.json", {}, "", false});
+  });
   EXPECT_EQ(answer.code, 1);
   EXPECT_EQ(answer.error, told + "Noisy: caf\xC3\xA9\n");
   EXPECT_EQ(Captured([&] {
-              return RunChecked(program, {"p.json", {}, "", false, "o.svg"});
+              return RunChecked(BuiltCatalogue(), program, {"p.json", {}, "", false, "o.svg"});
             }).code,
             1);
   EXPECT_NE(Read("o.svg").find("d=\"M"), std::string::npos) << "what a failed run drew";

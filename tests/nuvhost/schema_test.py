@@ -16,9 +16,12 @@ GOOD = {
     "steps": [
         {"name": "a", "instr": "_Nuv_Numeric_AddNumbers_", "in": [1, "NaN", {"data": "d", "columns": ["x", 1]}]},
         {"name": "b", "instr": "AND", "in": {"bool": [True, {"step": "a", "result": 0}]}},
+        {"name": "c", "instr": "SetNumber", "in": [{"data": "d", "column": "x", "row": 0, "where": {"y": 1}}]},
+        {"name": "e", "instr": "SumArr", "in": [{"value": [], "allowEmpty": True}]},
+        {"name": "f", "instr": "SetNumber", "in": [{"expr": "a + 1"}]},
     ],
     "image": "part.png",
-    "data": {"d": {"file": "d.csv"}, "p": [{"x": 1, "y": "Infinity"}]},
+    "data": {"d": {"file": "d.csv", "decimal": ",", "allowEmpty": True}, "e": {"value": []}, "p": [{"x": 1, "y": "Infinity"}]},
     "settings": {"angleUnit": "degrees", "defaultColor": 4294967295, "maxArrayElements": 1},
     "report": [{"label": "A", "value": {"step": "a"}, "decimals": 0}],
 }
@@ -39,6 +42,10 @@ BROKEN = [
     (["data", "d"], NULL),
     (["data", "d", "file"], ""),
     (["data", "d", "files"], "x"),
+    (["data", "d", "decimal"], ";"),
+    (["data", "d", "allowEmpty"], 1),
+    (["data", "e", "value"], None),
+    (["data", "e", "value"], {"value": []}),
     (["data", ""], 1),
     (["data", "p", 0, "z"], 1),
     (["data", "p", 0, "x"], "inf"),
@@ -52,6 +59,13 @@ BROKEN = [
     (["steps", 0, "in", 2, "column"], "x"),
     (["steps", 1, "in", "bool", 1, "result"], -1),
     (["steps", 1, "const"], [[1]]),
+    (["steps", 2, "in", 0, "row"], -1),
+    (["steps", 2, "in", 0, "where"], {}),
+    (["steps", 2, "in", 0, "where", "y"], [1]),
+    (["steps", 3, "in", 0, "allowEmpty"], "yes"),
+    (["steps", 4, "in", 0, "expr"], 3),
+    (["steps", 4, "in", 0, "result"], "sum"),
+    (["report", 0, "value"], {"expr": ""}),
     (["report", 0, "value"], None),
     (["report", 0, "value"], 3),
     (["report", 0, "decimals"], 18),
@@ -77,7 +91,8 @@ def main():
     failures = []
 
     programs = {str(path): path.read_text(encoding="utf-8")
-                for path in sorted(ROOT.glob("examples/*/program.json"))}
+                for pattern in ("examples/*/program.json", "docs/instructions/pictures/*.json")
+                for path in sorted(ROOT.glob(pattern))}
     if not programs:
         failures.append("no example has a program")
     for page in ["README.md", "docs/programs.md"]:

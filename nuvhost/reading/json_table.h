@@ -1,0 +1,50 @@
+// JsonTable: the data in a JSON file, as one value or as rows and columns.
+#pragma once
+
+#include <memory>
+
+#include "nuvhost/reading/data_table.h"
+#include "nuvhost/reading/located_json.h"
+
+namespace nuvhost {
+
+/// An object whose members are lists has columns of these names; a list of objects has a row for
+/// each, and a column for each name in them. Anything else is one value. What is missing in a
+/// column, and null, is blank.
+class JsonTable final : public DataTable {
+ public:
+  /// Broken JSON is a mistake that leaves nothing.
+  static std::unique_ptr<JsonTable> Read(SourceText source, Mistakes& mistakes);
+
+  /// The value as a whole.
+  Located Root() const { return json_->Root(); }
+  /// Whether it has rows and columns.
+  bool IsTable() const { return is_table_; }
+  const SourceText& Source() const { return DataTable::Source(); }
+
+  std::size_t Rows() const override { return rows_; }
+
+ protected:
+  bool IsBlank(std::size_t row, std::size_t column) const override;
+  std::optional<double> Number(std::size_t row, std::size_t column) const override;
+  std::optional<bool> Boolean(std::size_t row, std::size_t column) const override;
+  std::optional<std::string> Utf8(std::size_t row, std::size_t column) const override;
+  std::size_t Offset(std::size_t row, std::size_t column) const override;
+  std::string Fault(std::size_t row, std::size_t column, std::uint32_t type) const override;
+
+ private:
+  using Column = std::vector<std::optional<Located>>;
+
+  explicit JsonTable(SourceText source) : DataTable(std::move(source)) {}
+  void TakeColumns();
+  void TakeRows();
+  Column& ColumnNamed(std::string_view name);
+  const Json& At(std::size_t row, std::size_t column) const;
+
+  std::optional<LocatedJson> json_;
+  bool is_table_ = false;
+  std::size_t rows_ = 0;
+  std::vector<Column> cells_;
+};
+
+}  // namespace nuvhost
