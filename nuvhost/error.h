@@ -10,6 +10,7 @@ namespace nuvhost {
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailed = 1;  ///< what was asked to be run or judged failed
 inline constexpr int kExitWrongCall = 2;
+inline constexpr int kExitInterrupted = 130;  ///< by Ctrl-C, as shells have it
 
 /// An error in words, whose places in braces are filled as fmt::format does.
 struct ErrorText : std::runtime_error {

@@ -5,10 +5,10 @@
 #include <random>
 
 #include "host/setting.h"
-#include "nuvhost/checking/child_process.h"
 #include "nuvhost/checking/law.h"
 #include "nuvhost/commands/commands.h"
 #include "nuvhost/error.h"
+#include "nuvhost/system/child_process.h"
 #include "nuvhost/system/console.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/system/progress.h"
@@ -67,10 +67,10 @@ class LawOnTrial {
 Verdict JudgeInChild(const Law& law, const std::filesystem::path& library, int seconds,
                      const RecordFolder& folder) {
   const std::filesystem::path record = folder.File(law);
-  const check::ChildEnd end = check::RunChild(
-      ProgramPath(),
-      {"check", "--law", law.name, "--record", ToUtf8(record), "--", ToUtf8(library)},
-      std::chrono::seconds(seconds));
+  const ChildEnd end =
+      RunChild(ProgramPath(),
+               {"check", "--law", law.name, "--record", ToUtf8(record), "--", ToUtf8(library)},
+               std::chrono::seconds(seconds));
   const std::string ending =
       end.in_time ? "crashed" : fmt::format("no answer within {} s", seconds);
   Verdict verdict = check::ReadVerdict(record, ending);
@@ -159,7 +159,7 @@ int Check(const std::filesystem::path& library, int seconds, bool as_json) {
 
 int CheckLaw(const std::filesystem::path& library, const std::string& law,
              const std::filesystem::path& record) {
-  check::ExpectTheWorst();
+  ExpectTheWorst();
   CNuvSetting::Inst().SetVectorLimit(kMaxElements);
   for (const Law* known : check::AllLaws()) {
     if (known->name != law) continue;

@@ -45,13 +45,22 @@ int CheckLaw(const std::filesystem::path& library, const std::string& law,
 /// How a program is to be run.
 struct RunOptions {
   std::string program;
-  std::vector<std::string> data;  ///< FILE or NAME=FILE, in place of the program's own data
-  std::string results;            ///< a file for all results, .csv or .json; none if empty
-  bool keep_going = false;        ///< past steps that fail
-  std::string overlay = {};       ///< a file for what is drawn, .svg; none if empty
-  std::string report = {};        ///< a file for the report page, .html; none if empty
-  std::string log = {};           ///< a file for the log's entries, from the first step on
-  std::string plugin = {};        ///< the library's file, which must not be written
+  std::vector<std::string> data = {};   ///< FILE or NAME=FILE, in place of the program's own data
+  std::string results = {};             ///< a file for all results, .csv or .json; none if empty
+  bool keep_going = false;              ///< past steps that fail
+  std::string overlay = {};             ///< a file for what is drawn, .svg; none if empty
+  std::string log = {};                 ///< a file for the log's entries, from the first step on
+  std::string plugin = {};              ///< the library's file, which must not be written
+  std::vector<std::string> parts = {};  ///< names, files and patterns of parts
+  bool resume = false;                  ///< go on behind what the results file holds
+  bool overwrite = false;               ///< write over it
+  std::size_t jobs = 1;                 ///< processes side by side; 0 for as many as processors
+  std::string serve = {};               ///< "full" or "short" to be one of them; else empty
+  bool trace = false;                   ///< tell each step's inputs and results
+  bool time = false;                    ///< tell how long the steps took
+  std::string until = {};               ///< the last step to run; all if empty
+  std::string part_column = {};         ///< the column of a file's parts; none if empty
+  std::string report = {};              ///< a file for the report page, .html; none if empty
 };
 
 /// Runs an inspection program, once or over many data files.

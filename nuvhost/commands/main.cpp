@@ -116,8 +116,10 @@ class CommandLine {
   void UseFiles() {
     arguments_.run.log = arguments_.log;
     arguments_.run.plugin = ToUtf8(Plugin(arguments_));
-    CheckWritten({{"--log", arguments_.log}}, {{"the plug-in library", arguments_.run.plugin},
-                                               {"the library", arguments_.library}});
+    WrittenFiles written;
+    written.Add({"--log", arguments_.log});
+    written.CheckRead({"the plug-in library", arguments_.run.plugin});
+    written.CheckRead({"the library", arguments_.library});
     if (!app_.got_subcommand("run")) UseLogFile(arguments_.log);
   }
 
@@ -191,18 +193,46 @@ class CommandLine {
                     "data files in place of the program's own, one run each; NAME=FILE for a "
                     "program with several")
         ->type_name("FILE");
-    run->add_option("--results", arguments_.run.results,
-                    "write all results to OUT.csv, a row for each run, or to OUT.json, in full")
+    run->add_option("--parts", arguments_.run.parts,
+                    "the parts, one run each: names, files or folders that take the place of "
+                    "{part} in the program's file names; '*' and '?' are wildcards")
+        ->type_name("PART");
+    run->add_option("--part-column", arguments_.run.part_column,
+                    "the column that tells apart the parts of one data file, one run each")
+        ->type_name("COLUMN");
+    run->add_option(
+           "--results", arguments_.run.results,
+           "write all results to OUT.csv or OUT.jsonl, a row for each run, or to OUT.json, in "
+           "full")
         ->type_name("OUT");
+    CLI::Option* resume = run->add_flag("--resume", arguments_.run.resume,
+                                        "go on behind the parts whose results are in OUT");
+    resume->needs("--results");
+    run->add_flag("--overwrite", arguments_.run.overwrite,
+                  "write over the results of many parts that are in OUT")
+        ->needs("--results")
+        ->excludes(resume);
     run->add_option("--overlay", arguments_.run.overlay,
                     "draw the annotations over the program's image into OUT.svg; of several runs "
-                    "each into OUT-DATAFILE.svg")
+                    "each into OUT-NAME.svg")
         ->type_name("OUT");
     run->add_option("--report", arguments_.run.report,
                     "write a page to look at into OUT.html: the verdict, the parts that are not "
                     "good, charts and statistics")
         ->type_name("OUT");
     run->add_flag("--keep-going", arguments_.run.keep_going, "go on after a step that fails");
+    run->add_option("--jobs", arguments_.run.jobs,
+                    "so many processes side by side; 0 for one a processor")
+        ->type_name("N")
+        ->check(CLI::Range(0, 1024))
+        ->capture_default_str();
+    // How this program starts itself as one of them.
+    run->add_option("--serve", arguments_.run.serve)->group("");
+    run->add_option("--until", arguments_.run.until, "run up to and including a step, by its name")
+        ->type_name("STEP");
+    run->add_flag("--trace", arguments_.run.trace,
+                  "tell each step's inputs and results on standard error");
+    run->add_flag("--time", arguments_.run.time, "tell how long the steps took on standard error");
   }
 
   void AddExec() {

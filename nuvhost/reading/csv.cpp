@@ -99,9 +99,11 @@ bool AreNumbers(std::string_view text, char decimal) {
   return true;
 }
 
+}  // namespace
+
 /// Blanks separate where the first two lines have them and nothing else that does; of a single
 /// line, where it holds numbers. Else they stand within a header such as "outer diameter".
-char Separator(std::string_view text, char decimal) {
+char SeparatorOf(std::string_view text, char decimal) {
   const std::size_t line_end = std::min(text.find('\n'), text.size());
   const std::string first = Outline(text.substr(0, line_end));
   if (first.find('\t') != std::string::npos) return '\t';
@@ -115,8 +117,6 @@ char Separator(std::string_view text, char decimal) {
   return second.find(' ') != std::string::npos ? ' ' : other;
 }
 
-}  // namespace
-
 /// Splits the text into rows of fields.
 class CsvTable::Reader {
  public:
@@ -124,7 +124,7 @@ class CsvTable::Reader {
       : source_(source), text_(source.Text()), mistakes_(mistakes) {
     const std::size_t end = text_.find_last_not_of(" \r\n");
     text_ = text_.substr(0, end == std::string_view::npos ? 0 : end + 1);
-    separator_ = Separator(text_, decimal);
+    separator_ = SeparatorOf(text_, decimal);
   }
 
   bool AtEnd() const { return at_ > text_.size() || text_.empty(); }

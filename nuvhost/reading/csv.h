@@ -5,6 +5,10 @@
 
 namespace nuvhost {
 
+/// What separates the fields of a text, whose first two lines tell it: a tab, a semicolon, a comma
+/// where that is no decimal sign, or a blank.
+char SeparatorOf(std::string_view text, char decimal);
+
 /// A table of text. Fields are separated by tabs, semicolons or commas, whichever the first line
 /// has in this order, or by blanks where it has none of them; they may be quoted. The first row is
 /// a header unless all its fields are numbers or blank. Blank lines at the end do not count.

@@ -17,6 +17,8 @@
 namespace nuvhost {
 namespace {
 
+constexpr std::string_view kPart = "{part}";
+
 /// What the program's uses take from the file of one datum.
 class DatumReader {
  public:
@@ -198,11 +200,13 @@ std::optional<SourceText> ReadFile(const Program& program, std::size_t datum,
   const auto replacement = replacements.find(datum);
   const bool is_own = replacement == replacements.end();
   const Datum& read = program.data[datum];
-  const std::string name =
-      is_own ? BesideProgram(program.source.Name(), read.file) : replacement->second;
+  const DataFile file =
+      is_own ? DataFile{BesideProgram(program.source.Name(), read.file)} : replacement->second;
+  const std::string& name = file.name;
   if (is_own && read.file.empty()) return std::nullopt;  // a mistake of its own
   std::string reason;
-  std::optional<SourceText> source = ReadData(name, reason);
+  std::optional<SourceText> source =
+      file.rows ? ReadRows(name, *file.rows, reason) : ReadData(name, reason);
   if (source) return source;
   if (is_own) {
     mistakes.Add(program.source, read.file_offset,
@@ -214,6 +218,19 @@ std::optional<SourceText> ReadFile(const Program& program, std::size_t datum,
 }
 
 }  // namespace
+
+bool HoldsPart(const std::string& file) {
+  return file.find(kPart) != std::string::npos;
+}
+
+std::string FileOfPart(const std::string& program, const std::string& file,
+                       const std::string& part) {
+  std::string name = file;
+  for (std::size_t at = 0; (at = name.find(kPart, at)) != std::string::npos; at += part.size()) {
+    name.replace(at, kPart.size(), part);
+  }
+  return file.starts_with(kPart) ? name : BesideProgram(program, name);
+}
 
 std::string BesideProgram(const std::string& program, const std::string& file) {
   if (file == kStandardInput || PathFromUtf8(file).has_root_path()) return file;

@@ -220,4 +220,49 @@ Program ReadProgram(const Catalogue& catalogue, SourceText source, Mistakes& mis
   return program;
 }
 
+void EndWith(Program& program, const std::string& step) {
+  const auto last = std::ranges::find(program.steps, step, &Step::name);
+  if (last == program.steps.end()) {
+    std::vector<std::string_view> known;
+    for (const Step& one : program.steps) known.push_back(one.name);
+    throw UserError("--until {}: {} has no step \"{}\"{}", step, program.source.Name(), step,
+                    DidYouMean(step, known));
+  }
+  const auto end = static_cast<std::size_t>(last - program.steps.begin()) + 1;
+  const auto written = static_cast<std::size_t>(
+      std::ranges::count_if(program.steps, [](const Step& one) { return !one.generated; }));
+  std::vector<std::optional<std::size_t>> places(program.steps.size());
+  std::size_t kept = 0;
+  const auto is_kept = [&](const Argument& input) {
+    const auto* result = std::get_if<StepResult>(&input);
+    return result == nullptr || places[result->step].has_value();
+  };
+  for (std::size_t i = 0; i < program.steps.size(); ++i) {
+    const Step& one = program.steps[i];
+    const std::size_t before = one.generated ? one.generated->before : i;
+    const bool is_of_report = one.generated && before == written;
+    if (before < end || (is_of_report && std::ranges::all_of(one.inputs, is_kept))) {
+      places[i] = kept++;
+    }
+  }
+  std::vector<Step> steps;
+  std::vector<DataUse> uses;
+  for (std::size_t i = 0; i < program.steps.size(); ++i) {
+    if (!places[i]) continue;
+    Step& one = steps.emplace_back(std::move(program.steps[i]));
+    if (one.generated) one.generated->before = std::min(one.generated->before, end);
+    for (Argument& input : one.inputs) {
+      if (auto* result = std::get_if<StepResult>(&input)) result->step = *places[result->step];
+      if (auto* number = std::get_if<UseNumber>(&input)) {
+        uses.push_back(program.uses[number->use]);
+        number->use = uses.size() - 1;
+      }
+    }
+  }
+  program.steps = std::move(steps);
+  program.uses = std::move(uses);
+  std::erase_if(program.report, [&](const ReportRow& row) { return !places[row.value.step]; });
+  for (ReportRow& row : program.report) row.value.step = *places[row.value.step];
+}
+
 }  // namespace nuvhost

@@ -104,4 +104,8 @@ std::vector<std::size_t> RunOrder(const Program& program);
 /// Reads and checks a program. One with mistakes can be asked for its data, but not run.
 Program ReadProgram(const Catalogue& catalogue, SourceText source, Mistakes& mistakes);
 
+/// Leaves out the steps behind the one of that name, and the report's rows that need them. Throws
+/// UserError for a step that is not there.
+void EndWith(Program& program, const std::string& step);
+
 }  // namespace nuvhost

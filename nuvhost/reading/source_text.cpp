@@ -25,11 +25,19 @@ SourceText::SourceText(std::string name, std::string text)
   }
 }
 
+void SourceText::MoveDown(std::size_t offset, std::size_t line) {
+  const auto own = std::ranges::lower_bound(lines_, offset) - lines_.begin() + 1;
+  moved_from_ = offset;
+  moved_by_ = line - static_cast<std::size_t>(own);
+}
+
 std::string SourceText::Place(std::size_t offset) const {
   const auto next_line = std::ranges::upper_bound(lines_, offset);
   const std::size_t begin = *std::prev(next_line);
   const std::string_view before = Text().substr(begin, offset - begin);
-  return name_ + ':' + std::to_string(next_line - lines_.begin()) + ':' +
+  const std::size_t moved = offset < moved_from_ ? 0 : moved_by_;
+  return name_ + ':' +
+         std::to_string(static_cast<std::size_t>(next_line - lines_.begin()) + moved) + ':' +
          std::to_string(Width(before) + 1);
 }
 

@@ -15,6 +15,9 @@ class SourceText {
 
   const std::string& Name() const { return name_; }
   std::string_view Text() const { return text_; }
+  /// What stands from `offset`, the beginning of a line, on is told as if in line `line`, where
+  /// the text leaves out some of its file.
+  void MoveDown(std::size_t offset, std::size_t line);
   /// "NAME:LINE:COLUMN" of a byte; both count from 1, the column in characters.
   std::string Place(std::size_t offset) const;
 
@@ -22,6 +25,8 @@ class SourceText {
   std::string name_;
   std::string text_;
   std::vector<std::size_t> lines_;  ///< where each begins
+  std::size_t moved_from_ = std::string::npos;
+  std::size_t moved_by_ = 0;
 };
 
 /// The text of the file of that name in UTF-8; nothing, and the reason in words, where it cannot

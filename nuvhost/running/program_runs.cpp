@@ -2,39 +2,18 @@
 
 #include <algorithm>
 #include <exception>
-#include <new>
-#include <stdexcept>
+#include <optional>
 
 #include "nuvhost/error.h"
 #include "nuvhost/reading/source_text.h"
+#include "nuvhost/system/console.h"
+#include "nuvhost/system/interrupt.h"
 #include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
 namespace {
 
 using State = RunOutcome::State;
-
-RunOutcome RunOne(const Program& program, const PlannedRun& planned, bool keep_going,
-                  Services& services, const StepListener& listener) {
-  Mistakes mistakes;
-  std::vector<CNuvObject> data;
-  try {
-    data = LoadData(program, planned.replacements, mistakes);
-  } catch (const std::bad_alloc&) {
-    mistakes.Add(planned.file, "too much data for the memory there is");
-  } catch (const std::length_error&) {
-    mistakes.Add(planned.file, "more data than an array may hold");
-  }
-  RunOutcome run;
-  if (mistakes.Empty()) {
-    run = RunSteps(program, data, keep_going, services, listener);
-  } else {
-    run.state = State::kUnreadable;
-    run.errors = mistakes.Listing();
-  }
-  run.file = ValidUtf8(planned.file);
-  return run;
-}
 
 int ExitCode(State state) {
   switch (state) {
@@ -63,21 +42,34 @@ int Finish(const RunObservers& observers) {
 
 }  // namespace
 
-int RunAll(const Program& program, const std::vector<PlannedRun>& runs, bool keep_going,
-           const RunObservers& observers) {
+int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
+           const RunObservers& observers, const EarlierRuns& earlier, const WorkerWords& words) {
   Services services;
+  std::optional<InterruptWatch> watch;
+  if (plan.Size() > 1) watch.emplace();
   int exit_code = kExitSuccess;
-  for (std::size_t run = 0; run < runs.size(); ++run) {
+  for (std::size_t i = 0; i < earlier.states.size(); ++i) {
+    if (earlier.states[i] > 0) exit_code = std::max(exit_code, ExitCode(static_cast<State>(i)));
+  }
+  std::size_t run = earlier.count;
+  std::optional<Workers> workers;
+  if (words.jobs > 1) workers.emplace(program, plan, run, words, services);
+  for (; run < plan.Size() && !(watch && watch->HasHappened()); ++run) {
     for (const auto& observer : observers) observer->RunBegins(run);
     const auto listener = [&](std::size_t step, const StepOutcome& outcome) {
       for (const auto& observer : observers) observer->StepRan(run, step, outcome);
     };
-    const RunOutcome outcome = RunOne(program, runs[run], keep_going, services, listener);
+    const RunOutcome outcome =
+        workers ? workers->Next(listener)
+                : RunOver(program, plan.Name(run), plan.Files(run), keep_going, services, listener);
     for (const auto& observer : observers) observer->RunEnded(run, outcome);
-    if (runs.size() == 1 && outcome.state == State::kUnreadable) return kExitWrongCall;
+    if (plan.Size() == 1 && outcome.state == State::kUnreadable) return kExitWrongCall;
     exit_code = std::max(exit_code, ExitCode(outcome.state));
   }
-  return std::max(exit_code, Finish(observers));
+  exit_code = std::max(exit_code, Finish(observers));
+  if (!watch || !watch->HasHappened()) return exit_code;
+  Complain(fmt::format("interrupted: {} of {} were run\n", run, plan.Size()));
+  return kExitInterrupted;
 }
 
 }  // namespace nuvhost

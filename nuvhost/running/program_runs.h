@@ -1,16 +1,29 @@
 // The runs of a program, one after the other.
 #pragma once
 
+#include <array>
+
 #include "nuvhost/running/run_observer.h"
 #include "nuvhost/running/run_plan.h"
+#include "nuvhost/running/workers.h"
 
 namespace nuvhost {
 
+/// Runs of the plan, from its beginning, that were carried out at another time.
+struct EarlierRuns {
+  std::size_t count = 0;
+  std::array<std::size_t, RunOutcome::kStates> states{};  ///< how many came to what
+  std::uint64_t end = 0;                                  ///< where their results end in the file
+};
+
 /// Runs a program without mistakes as planned, tells the observers, and gives the worst of the
-/// exit codes. Where the data of the only run cannot be read, they are not told to finish, so that
-/// nothing is shown of it. Throws what the first observer threw that could not finish, once all
-/// others have.
-int RunAll(const Program& program, const std::vector<PlannedRun>& runs, bool keep_going,
-           const RunObservers& observers);
+/// exit codes, the earlier runs' included. Of several runs, Ctrl-C ends all behind the one at hand:
+/// the observers finish, and the exit code is kExitInterrupted. With several jobs they are carried
+/// out in as many processes. Where the data of the only run cannot be read, they are not told to
+/// finish, so that nothing is shown of it. Throws what the first observer threw that could not
+/// finish, once all others have.
+int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
+           const RunObservers& observers, const EarlierRuns& earlier = {},
+           const WorkerWords& words = {});
 
 }  // namespace nuvhost

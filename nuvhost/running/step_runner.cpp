@@ -74,14 +74,15 @@ StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
       is_doubtful = is_doubtful || source.state != State::kSucceeded;
     }
   }
+  const auto begin = std::chrono::steady_clock::now();
   outcome.status = context.Execute(*step.instruction->prototype);
+  outcome.duration = std::chrono::steady_clock::now() - begin;
   outcome.record = services.Take();
   if (outcome.status != 0) {
     outcome.inputs = InputsText(*step.instruction->descriptor, context.inputs);
   } else if (const auto caution = LostDigits(*step.instruction->descriptor, context.inputs)) {
     outcome.caution = *caution;
   }
-  context.inputs.clear();  // nobody asks for them, and they may be large
   outcome.state = outcome.status != 0 ? State::kFailed
                   : is_doubtful       ? State::kDoubtful
                                       : State::kSucceeded;
@@ -106,6 +107,7 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
   for (const std::size_t i : RunOrder(program)) {
     run.steps[i] = RunStep(program.steps[i], data, run.steps, services);
     listener(i, run.steps[i]);
+    run.steps[i].context->inputs.clear();  // nobody asks for them, and they may be large
     if (run.steps[i].state != State::kFailed) continue;
     run.state = RunOutcome::State::kFailed;
     for (const std::string& text : FailureTexts(run.steps[i])) {
@@ -125,6 +127,18 @@ std::string DescribeStep(const Program& program, std::size_t step) {
                      NameFromText(descriptor.name), step + 1);
 }
 
+std::optional<RunOutcome::State> StateOf(std::string_view text) {
+  for (std::size_t i = 0; i < RunOutcome::kStates; ++i) {
+    const auto state = static_cast<RunOutcome::State>(i);
+    if (StateText(state) == text) return state;
+  }
+  return std::nullopt;
+}
+
+bool HasResults(const StepOutcome& step) {
+  return step.state == State::kSucceeded || step.state == State::kDoubtful;
+}
+
 const char* StateText(RunOutcome::State state) {
   switch (state) {
     case RunOutcome::State::kSucceeded: return "ok";
@@ -139,7 +153,7 @@ const char* StateText(RunOutcome::State state) {
 std::optional<bool> Judged(const ReportRow& row, const RunOutcome& run) {
   if (!row.limits.Judge() || run.steps.empty()) return std::nullopt;
   const StepOutcome& step = run.steps[row.value.step];
-  if (step.state != State::kSucceeded && step.state != State::kDoubtful) return std::nullopt;
+  if (!HasResults(step)) return std::nullopt;
   return Hold(row.limits, step.context->results[row.value.result]);
 }
 

@@ -1,6 +1,7 @@
 // StepRunner: executes a checked program's steps one after the other.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -26,7 +27,11 @@ struct StepOutcome {
   Record record;                         ///< what it reported, drew and logged
   std::string caution;                   ///< why its results cannot be relied on; empty if they can
   std::string inputs;                    ///< of a step that failed, in short
+  std::chrono::nanoseconds duration{0};  ///< of the instruction itself
 };
+
+/// Whether a step ran and did not fail.
+bool HasResults(const StepOutcome& step);
 
 /// What came of a run.
 struct RunOutcome {
@@ -37,13 +42,15 @@ struct RunOutcome {
     kFailed,      ///< a step failed
     kUnreadable,  ///< the data could not be read
   };
+  static constexpr std::size_t kStates = 5;
+
   std::string file;  ///< the data file it was run over, or else the program's
   State state = State::kSucceeded;
   std::vector<std::string> errors;  ///< as they were told on standard error
   std::vector<StepOutcome> steps;   ///< as many as the program has; none for unreadable data
 };
 
-/// Told of every step that was run, at once.
+/// Told of every step that was run, at once, while its inputs are still there.
 using StepListener = std::function<void(std::size_t step, const StepOutcome& outcome)>;
 
 /// Runs the steps until one fails, or all of them. The program's settings hold meanwhile.
@@ -54,6 +61,8 @@ RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data,
 std::string DescribeStep(const Program& program, std::size_t step);
 /// "ok", "good", "bad", "failed" or "unreadable".
 const char* StateText(RunOutcome::State state);
+/// The state of that text; nothing for another text.
+std::optional<RunOutcome::State> StateOf(std::string_view text);
 /// What came of a report's row: nothing where it has no limits, or its step no result.
 std::optional<bool> Judged(const ReportRow& row, const RunOutcome& run);
 /// What went wrong in a failed step, in its own words or else by its inputs: one text at least.

@@ -1,19 +1,18 @@
 #include "nuvhost/showing/picture_files.h"
 
-#include <algorithm>
+#include <unordered_set>
 
 #include "nuvhost/drawing/svg_picture.h"
 #include "nuvhost/error.h"
 #include "nuvhost/reading/source_text.h"
 #include "nuvhost/system/input_file.h"
 #include "nuvhost/system/output_file.h"
-#include "nuvhost/system/paths.h"
-#include "nuvhost/text/names.h"
 
 namespace nuvhost {
 namespace {
 
 constexpr const char* kPicture = "the picture";
+constexpr std::string_view kEnding = ".svg";
 
 }  // namespace
 
@@ -25,13 +24,21 @@ Annotations AnnotationsOf(const RunOutcome& run) {
   return annotations;
 }
 
-std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes) {
-  if (program.image.empty()) return std::nullopt;
-  const std::string name = BesideProgram(program.source.Name(), program.image);
-  std::string reason;
+namespace {
+
+std::optional<Image> ImageFrom(const std::string& name, std::string& reason) {
   std::optional<std::string> bytes = ReadBytes(name, reason);
-  std::optional<Image> image;
-  if (bytes) image = ReadImage(std::move(*bytes), reason);
+  if (!bytes) return std::nullopt;
+  return ReadImage(std::move(*bytes), reason);
+}
+
+}  // namespace
+
+std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes) {
+  if (program.image.empty() || HoldsPart(program.image)) return std::nullopt;
+  std::string reason;
+  const std::string name = BesideProgram(program.source.Name(), program.image);
+  std::optional<Image> image = ImageFrom(name, reason);
   if (!image) {
     mistakes.Add(program.source, program.image_offset,
                  fmt::format("cannot take the image \"{}\": {}", name, reason));
@@ -39,40 +46,50 @@ std::optional<Image> LoadImage(const Program& program, Mistakes& mistakes) {
   return image;
 }
 
-std::vector<std::string> PictureNames(const std::string& name,
-                                      const std::vector<PlannedRun>& runs) {
-  constexpr std::string_view kEnding = ".svg";
+std::string PictureName(const std::string& name, const RunPlan& plan, std::size_t run) {
+  if (plan.Size() == 1) return name;
+  return name.substr(0, name.size() - kEnding.size()) + '-' + plan.ShortName(run) +
+         std::string(kEnding);
+}
+
+void CheckPictureNames(const std::string& name, const RunPlan& plan) {
   if (!name.ends_with(kEnding)) {
     throw UserError("--overlay {}: the file's name must end in .svg", name);
   }
-  if (runs.size() == 1) return {name};
-  const std::string beginning = name.substr(0, name.size() - kEnding.size());
-  std::vector<std::string> names;
-  for (const PlannedRun& run : runs) {
-    const std::string data = ToUtf8(PathFromUtf8(run.file).stem());
-    names.push_back(beginning + '-' + data + std::string(kEnding));
-    if (std::ranges::count(names, names.back()) > 1) {
-      throw UserError(
-          "--overlay {}: more than one data file is named \"{}\", and each would be drawn to {}; "
-          "run them one by one",
-          name, data, names.back());
-    }
+  std::unordered_set<std::string> known;
+  for (std::size_t run = 0; run < plan.Size(); ++run) {
+    const std::string picture = PictureName(name, plan, run);
+    if (known.insert(picture).second) continue;
+    throw UserError(
+        "--overlay {}: more than one data file or part is named \"{}\", and each would be drawn to "
+        "{}; run them one by one",
+        name, plan.ShortName(run), picture);
   }
-  return names;
 }
 
-PictureFiles::PictureFiles(const Program& program, const std::optional<Image>& image,
-                           std::vector<std::string> names, Progress& progress)
-    : program_(program), image_(image), names_(std::move(names)), progress_(progress) {
-  const OutputFile trial(names_.front(), kPicture);
+PictureFiles::PictureFiles(const Program& program, const RunPlan& plan,
+                           const std::optional<Image>& image, std::string name, Progress& progress)
+    : program_(program), plan_(plan), image_(image), name_(std::move(name)), progress_(progress) {
+  const OutputFile trial(PictureName(name_, plan_, 0), kPicture);
 }
 
-/// Writes the run's picture. One that cannot be written loses nothing of the other runs.
+/// Writes the run's picture. One that cannot be drawn or written loses nothing of the other runs.
 void PictureFiles::RunEnded(std::size_t run, const RunOutcome& outcome) {
   if (outcome.state == RunOutcome::State::kUnreadable) return;
-  const std::string& name = names_[run];
+  if (!plan_.HasImages()) return Draw(run, outcome, image_);
+  std::string reason;
+  const std::optional<Image> image = ImageFrom(plan_.Image(run), reason);
+  if (image) return Draw(run, outcome, image);
+  progress_.Complain(fmt::format("{}: no picture, since the image {} cannot be taken: {}",
+                                 plan_.Name(run), plan_.Image(run), reason));
+  exit_code_ = kExitWrongCall;
+}
+
+void PictureFiles::Draw(std::size_t run, const RunOutcome& outcome,
+                        const std::optional<Image>& image) {
+  const std::string name = PictureName(name_, plan_, run);
   const SvgPicture picture =
-      DrawSvg(AnnotationsOf(outcome), image_, program_.settings.default_color);
+      DrawSvg(AnnotationsOf(outcome), image, program_.settings.default_color);
   try {
     OutputFile file(name, kPicture);
     file.Write(picture.svg);

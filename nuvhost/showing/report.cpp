@@ -93,28 +93,75 @@ std::string TitleText(const Program& program) {
   return program.title.empty() ? "" : program.title + "\n\n";
 }
 
+/// What is shown of each of many parts: of up to kMostShown all, of more those that are not good,
+/// up to kMostShown, so that it stays short and needs no more memory however many there are.
+class ShownParts {
+ public:
+  static constexpr std::size_t kMostShown = 100;
+
+  /// Whether the next part is shown, as far as is known now; then Add it.
+  bool Takes(RunOutcome::State state) {
+    ++parts_;
+    const bool is_good = state <= RunOutcome::State::kGood;
+    if (!is_good) ++not_good_;
+    if (parts_ == kMostShown + 1) {
+      std::erase_if(shown_, [](const Shown& one) { return one.is_good; });
+    }
+    next_is_good_ = is_good;
+    return (!is_good || parts_ <= kMostShown) && shown_.size() < kMostShown;
+  }
+  void Add(std::vector<std::string> cells) { shown_.push_back({next_is_good_, std::move(cells)}); }
+
+  struct Shown {
+    bool is_good;
+    std::vector<std::string> cells;
+  };
+  const std::vector<Shown>& All() const { return shown_; }
+
+  /// A line on those that are not shown; empty where all are.
+  std::string RestText() const {
+    if (parts_ == shown_.size()) return "";
+    const std::size_t good = parts_ - not_good_;
+    const std::size_t others = not_good_ - shown_.size();
+    return fmt::format("\n  not shown: {}{}\n", good > 0 ? fmt::format("{} good parts", good) : "",
+                       others > 0 ? fmt::format("{}{} others", good > 0 ? ", " : "", others) : "");
+  }
+
+ private:
+  std::vector<Shown> shown_;
+  std::size_t parts_ = 0;
+  std::size_t not_good_ = 0;
+  bool next_is_good_ = false;
+};
+
 /// The report of each run, below its file's name where there are several.
 class Reports final : public RunObserver {
  public:
-  Reports(const Program& program, std::size_t runs)
-      : program_(program), has_several_(runs > 1), text_(TitleText(program)) {}
+  Reports(const Program& program, std::size_t runs) : program_(program), has_several_(runs > 1) {}
 
-  void RunEnded(std::size_t run, const RunOutcome& outcome) override {
-    if (has_several_) {
-      text_ += (run == 0 ? "" : "\n") + outcome.file + ": " + StateText(outcome.state) + '\n';
-    }
-    if (!outcome.steps.empty()) text_ += RunText(program_, outcome);
+  void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
+    if (!shown_.Takes(outcome.state)) return;
+    std::string text;
+    if (has_several_) text += outcome.file + ": " + StateText(outcome.state) + '\n';
+    if (!outcome.steps.empty()) text += RunText(program_, outcome);
+    shown_.Add({std::move(text)});
   }
 
   int Finish() override {
-    Print(text_);
+    Print(TitleText(program_));
+    const char* separator = "";
+    for (const ShownParts::Shown& part : shown_.All()) {
+      Print(separator + part.cells[0]);
+      separator = "\n";
+    }
+    Print(shown_.RestText());
     return kExitSuccess;
   }
 
  private:
   const Program& program_;
   bool has_several_;
-  std::string text_;
+  ShownParts shown_;
 };
 
 /// "Bore (mm), 12.95 to 13.05" above a row's values.
@@ -130,7 +177,7 @@ class ReportTable final : public RunObserver {
  public:
   explicit ReportTable(const Program& program)
       : program_(program), table_("l" + std::string(program.report.size(), 'r') + "l") {
-    std::vector<std::string> head{"File"};
+    std::vector<std::string> head{"Part"};
     for (const ReportRow& row : program.report) {
       head.push_back(HeadText(row));
     }
@@ -139,6 +186,7 @@ class ReportTable final : public RunObserver {
   }
 
   void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
+    if (!shown_.Takes(outcome.state)) return;
     has_doubtful_ = has_doubtful_ || HasDoubtful(outcome);
     std::vector<std::string> cells{outcome.file};
     for (const ReportRow& row : program_.report) {
@@ -151,18 +199,20 @@ class ReportTable final : public RunObserver {
       cells.push_back((is_bad ? "! " : "") + RowText(program_, row, outcome));
     }
     cells.emplace_back(StateText(outcome.state));
-    table_.Add(std::move(cells));
+    shown_.Add(std::move(cells));
   }
 
   int Finish() override {
-    Print(TitleText(program_) + table_.Text() + (has_doubtful_ ? kDoubtfulNote : "") +
-          (has_bad_ ? kBadNote : ""));
+    for (const ShownParts::Shown& part : shown_.All()) table_.Add(part.cells);
+    Print(TitleText(program_) + table_.Text() + shown_.RestText() +
+          (has_doubtful_ ? kDoubtfulNote : "") + (has_bad_ ? kBadNote : ""));
     return kExitSuccess;
   }
 
  private:
   const Program& program_;
   TextTable table_;
+  ShownParts shown_;
   bool has_doubtful_ = false;
   bool has_bad_ = false;
 };
@@ -171,7 +221,7 @@ class ReportTable final : public RunObserver {
 /// that judges nothing has it for several parts only.
 class VerdictLine final : public RunObserver {
  public:
-  explicit VerdictLine(bool judges) : judges_(judges) {}
+  VerdictLine(bool judges, const EarlierRuns& earlier) : judges_(judges), counts_(earlier.states) {}
 
   void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
     ++counts_[static_cast<std::size_t>(outcome.state)];
@@ -183,7 +233,7 @@ class VerdictLine final : public RunObserver {
     if (!judges_ && parts < 2) return kExitSuccess;
     std::string line = fmt::format("\n{} part{}:", parts, parts == 1 ? "" : "s");
     const char* separator = " ";
-    for (std::size_t state = 0; state < std::size(counts_); ++state) {
+    for (std::size_t state = 0; state < counts_.size(); ++state) {
       if (counts_[state] == 0) continue;
       line += fmt::format("{}{} {}", separator, counts_[state],
                           StateText(static_cast<RunOutcome::State>(state)));
@@ -195,7 +245,7 @@ class VerdictLine final : public RunObserver {
 
  private:
   bool judges_;
-  std::size_t counts_[static_cast<std::size_t>(RunOutcome::State::kUnreadable) + 1] = {};
+  std::array<std::size_t, RunOutcome::kStates> counts_;
 };
 
 }  // namespace
@@ -205,8 +255,8 @@ std::unique_ptr<RunObserver> MakeReport(const Program& program, std::size_t runs
   return std::make_unique<Reports>(program, runs);
 }
 
-std::unique_ptr<RunObserver> MakeVerdict(const Program& program) {
-  return std::make_unique<VerdictLine>(program.Judges());
+std::unique_ptr<RunObserver> MakeVerdict(const Program& program, const EarlierRuns& earlier) {
+  return std::make_unique<VerdictLine>(program.Judges(), earlier);
 }
 
 }  // namespace nuvhost

@@ -1,61 +1,24 @@
 #include "nuvhost/showing/results_file.h"
 
+#include <utility>
+
 #include "nuvhost/error.h"
+#include "nuvhost/showing/result_row.h"
+#include "nuvhost/showing/results_reader.h"
+#include "nuvhost/system/input_file.h"
+#include "nuvhost/system/output_file.h"
+#include "nuvhost/system/stream_file.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/text/utf8.h"
 #include "nuvhost/values/answer.h"
 #include "nuvhost/values/json_value.h"
-#include "nuvhost/values/value_text.h"
 
 namespace nuvhost {
 namespace {
 
 using State = StepOutcome::State;
 
-/// A field as RFC 4180 has it.
-std::string Field(const std::string& text) {
-  if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? "\"\"" : std::string(1, c);
-  return quoted + '"';
-}
-
-/// The columns that a result of a type takes, by what follows its name; none for an array.
-std::vector<const char*> ColumnsOf(std::uint32_t type) {
-  switch (type) {
-    case NUV_PARAM_POINT: return {".x", ".y"};
-    case NUV_PARAM_LINE: return {".a", ".d"};
-    default: return type < NUV_PARAM_BOOLEAN_ARRAY ? std::vector{""} : std::vector<const char*>{};
-  }
-}
-
-/// The fields of a value that is no array.
-std::vector<std::string> FieldsOf(const CNuvObject& value) {
-  switch (value.GetType()) {
-    case NUV_OBJ_BOOL: return {static_cast<bool>(value) ? "true" : "false"};
-    case NUV_OBJ_DOUBLE: return {NumberText(static_cast<double>(value))};
-    case NUV_OBJ_STRING: return {Field(Utf8FromBytes(static_cast<const char*>(value)))};
-    case NUV_OBJ_POINT: {
-      const auto& point = static_cast<const CNuvPoint&>(value);
-      return {NumberText(point.x), NumberText(point.y)};
-    }
-    case NUV_OBJ_LINE: {
-      const auto& line = static_cast<const CNuvLine&>(value);
-      return {NumberText(line.a), NumberText(line.d)};
-    }
-    default: return {};
-  }
-}
-
-/// The name of a result's columns; empty for a part of an expression, which has none.
-std::string HeaderOf(const Step& step, const ResultRecord& result) {
-  if (step.generated) return step.generated->label;
-  return step.name + '.' + NameFromText(result.name);
-}
-
-bool HasResults(const StepOutcome& step) {
-  return step.state == State::kSucceeded || step.state == State::kDoubtful;
-}
+constexpr const char* kWhat = "results";
 
 const char* StateText(State state) {
   switch (state) {
@@ -87,72 +50,20 @@ Json StepToJson(const Step& step, const StepOutcome& outcome) {
   return json;
 }
 
-/// Whether a file of that name is JSON rather than CSV.
-bool IsJsonName(const std::string& name) {
-  if (name.ends_with(".json")) return true;
-  if (name.ends_with(".csv")) return false;
-  throw UserError("--results {}: the file's name must end in .csv or .json", name);
+std::string Text(const Json& json) {
+  return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-}  // namespace
-
-ResultsFile::ResultsFile(const std::string& name, const Program& program)
-    : program_(program), as_json_(IsJsonName(name)), file_(name, "results") {
-  if (as_json_) {
-    const Json title(program.title);
-    const Json file(program.source.Name());
-    const auto dump = [](const Json& json) {
-      return json.dump(-1, ' ', false, Json::error_handler_t::replace);
-    };
-    file_.Write(
-        fmt::format("{{\n\"program\": {},\n\"title\": {},\n\"runs\": [", dump(file), dump(title)));
-  } else {
-    AddHeader();
-  }
-}
-
-void ResultsFile::RunEnded(std::size_t run, const RunOutcome& outcome) {
-  as_json_ ? AddJson(outcome, run == 0) : AddRow(outcome);
-}
-
-void ResultsFile::AddHeader() {
-  std::string row = "file,status";
-  for (const Step& step : program_.steps) {
-    for (const ResultRecord& result : step.instruction->descriptor->results) {
-      const std::string name = HeaderOf(step, result);
-      if (name.empty()) continue;
-      for (const char* part : ColumnsOf(result.type)) row += ',' + Field(name + part);
-    }
-  }
-  file_.Write(row + '\n');
-}
-
-// A result that a failed step did not compute is an empty field.
-void ResultsFile::AddRow(const RunOutcome& run) {
-  std::string row = Field(run.file) + ',' + StateText(run.state);
-  for (std::size_t i = 0; i < program_.steps.size(); ++i) {
-    const TStdVector<ResultRecord>& results = program_.steps[i].instruction->descriptor->results;
-    const bool has_results = i < run.steps.size() && HasResults(run.steps[i]);
-    for (std::size_t j = 0; j < results.Size(); ++j) {
-      if (HeaderOf(program_.steps[i], results[j]).empty()) continue;
-      std::vector<std::string> fields(ColumnsOf(results[j].type).size());
-      if (has_results && !fields.empty()) fields = FieldsOf(run.steps[i].context->results[j]);
-      for (const std::string& field : fields) row += ',' + field;
-    }
-  }
-  file_.Write(row + '\n');
-}
-
-void ResultsFile::AddJson(const RunOutcome& run, bool is_first) {
+Json RunToJson(const Program& program, const RunOutcome& run) {
   Json json{{"file", run.file}, {"status", StateText(run.state)}};
   if (!run.errors.empty()) json["errors"] = run.errors;
   json["report"] = Json::array();
   json["steps"] = Json::array();
   for (std::size_t i = 0; i < run.steps.size(); ++i) {
-    if (program_.steps[i].generated) continue;
-    json["steps"].push_back(StepToJson(program_.steps[i], run.steps[i]));
+    if (program.steps[i].generated) continue;
+    json["steps"].push_back(StepToJson(program.steps[i], run.steps[i]));
   }
-  for (const ReportRow& row : program_.report) {
+  for (const ReportRow& row : program.report) {
     const StepOutcome* step = run.steps.empty() ? nullptr : &run.steps[row.value.step];
     const bool has_results = step != nullptr && HasResults(*step);
     Json shown{{"label", row.label},
@@ -164,14 +75,125 @@ void ResultsFile::AddJson(const RunOutcome& run, bool is_first) {
     if (const auto good = Judged(row, run)) shown["good"] = *good;
     json["report"].push_back(std::move(shown));
   }
-  file_.Write((is_first ? "\n" : ",\n") +
-              json.dump(-1, ' ', false, Json::error_handler_t::replace));
+  return json;
 }
 
-int ResultsFile::Finish() {
-  if (as_json_) file_.Write("\n]\n}\n");
-  file_.Finish();
-  return kExitSuccess;
+enum class Form { kCsv, kJson, kJsonLines };
+
+Form FormOf(const std::string& name) {
+  if (name.ends_with(".json")) return Form::kJson;
+  if (name.ends_with(".jsonl")) return Form::kJsonLines;
+  if (name.ends_with(".csv")) return Form::kCsv;
+  throw UserError("--results {}: the file's name must end in .csv, .json or .jsonl", name);
+}
+
+/// A row for each run, in CSV or JSON lines, in a file of either kind.
+template <class File>
+class Rows final : public RunObserver {
+ public:
+  template <class... Words>
+  Rows(const Program& program, Form form, bool has_header, const Words&... words)
+      : program_(program), columns_(ResultColumns(program)), form_(form), file_(words...) {
+    if (form_ == Form::kCsv && !has_header) file_.Write(CsvHeader(columns_));
+  }
+
+  void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
+    const std::vector<ResultCell> cells = ResultCells(program_, outcome);
+    file_.Write(form_ == Form::kCsv ? CsvLine(cells) : JsonLine(columns_, cells));
+  }
+
+  int Finish() override {
+    file_.Finish();
+    return kExitSuccess;
+  }
+
+ private:
+  const Program& program_;
+  std::vector<std::string> columns_;
+  Form form_;
+  File file_;
+};
+
+/// All that is known of the runs, in one JSON text.
+class WholeJson final : public RunObserver {
+ public:
+  WholeJson(const Program& program, const std::string& name)
+      : program_(program), file_(name, kWhat) {
+    file_.Write(fmt::format("{{\n\"program\": {},\n\"title\": {},\n\"runs\": [",
+                            Text(program.source.Name()), Text(program.title)));
+  }
+
+  void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
+    file_.Write(std::exchange(separator_, ",\n") + Text(RunToJson(program_, outcome)));
+  }
+
+  int Finish() override {
+    file_.Write("\n]\n}\n");
+    file_.Finish();
+    return kExitSuccess;
+  }
+
+ private:
+  const Program& program_;
+  OutputFile file_;
+  std::string separator_ = "\n";
+};
+
+/// Throws UserError where two records' names differ.
+[[noreturn]] void FailToResume(const std::string& name, const std::string& reason) {
+  throw UserError("--resume: {} was not begun by this run: {}", name, reason);
+}
+
+}  // namespace
+
+EarlierRuns ReadEarlier(const std::string& name, const Program& program, const RunPlan& plan) {
+  const Form form = FormOf(name);
+  if (form == Form::kJson) throw UserError("--resume {}: results go on in .csv or .jsonl", name);
+  EarlierRuns earlier;
+  std::string reason;
+  if (!IsReadable(name, reason)) return earlier;  // there is none yet
+  ResultsReader reader(name);
+  const std::vector<std::string> columns = ResultColumns(program);
+  if (reader.Columns().empty()) {
+    const std::string line = *ReadBytes(name, reason);
+    const std::string begin = form == Form::kCsv ? CsvHeader(columns) : R"({"part": ")";
+    const std::size_t common = std::min(begin.size(), line.size());
+    const bool is_half_header = line.substr(0, common) == begin.substr(0, common);
+    if (!is_half_header) FailToResume(name, "it does not hold results");
+    return earlier;
+  }
+  for (std::size_t i = 0; i < std::max(columns.size(), reader.Columns().size()); ++i) {
+    const std::string here = i < reader.Columns().size() ? Quoted(reader.Columns()[i]) : "missing";
+    const std::string wanted = i < columns.size() ? Quoted(columns[i]) : "none";
+    if (here == wanted) continue;
+    FailToResume(name, fmt::format("column {} is {}, and would be {}", i + 1, here, wanted));
+  }
+  std::vector<std::string> fields;
+  for (; reader.Next(fields); ++earlier.count) {
+    const std::string place =
+        fmt::format("record {} is of part {}", reader.Records(), Quoted(fields[0]));
+    if (earlier.count == plan.Size()) FailToResume(name, place + ", and no more parts are planned");
+    const std::string planned = ValidUtf8(plan.Name(earlier.count));
+    if (fields[0] != planned) FailToResume(name, place + ", and would be of " + Quoted(planned));
+    const auto state = StateOf(fields[1]);
+    if (!state) FailToResume(name, place + " with the status " + Quoted(fields[1]));
+    ++earlier.states[static_cast<std::size_t>(*state)];
+  }
+  earlier.end = reader.End();
+  return earlier;
+}
+
+std::unique_ptr<RunObserver> MakeResults(const Program& program, const RunPlan& plan,
+                                         const ResultsWords& words, const EarlierRuns& earlier) {
+  const Form form = FormOf(words.name);
+  if (form == Form::kJson) return std::make_unique<WholeJson>(program, words.name);
+  if (!plan.IsBatch() && !words.resume) {
+    return std::make_unique<Rows<OutputFile>>(program, form, false, words.name, kWhat);
+  }
+  using Mode = StreamFile::Mode;
+  const Mode mode = words.resume ? Mode::kGoOn : words.overwrite ? Mode::kOverwrite : Mode::kNew;
+  return std::make_unique<Rows<StreamFile>>(program, form, earlier.end > 0, words.name, kWhat, mode,
+                                            earlier.end);
 }
 
 }  // namespace nuvhost

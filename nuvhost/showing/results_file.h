@@ -1,32 +1,29 @@
-// ResultsFile: the results of runs as a file for other programs, CSV or JSON.
+// The results of runs as a file for other programs: CSV, JSON, or JSON lines.
 #pragma once
 
+#include <memory>
 #include <string>
 
+#include "nuvhost/running/program_runs.h"
 #include "nuvhost/running/run_observer.h"
-#include "nuvhost/system/output_file.h"
 
 namespace nuvhost {
 
-/// It appears under its name once it is whole. It refers to the program.
-class ResultsFile final : public RunObserver {
- public:
-  /// `name` ends in .csv or .json. Throws UserError for another name, and where the file cannot
-  /// be written.
-  ResultsFile(const std::string& name, const Program& program);
-
-  void RunEnded(std::size_t run, const RunOutcome& outcome) override;
-  /// Throws UserError where anything of the file could not be written.
-  int Finish() override;
-
- private:
-  void AddHeader();
-  void AddRow(const RunOutcome& run);
-  void AddJson(const RunOutcome& run, bool is_first);
-
-  const Program& program_;
-  bool as_json_;
-  OutputFile file_;
+/// How the results file is asked for.
+struct ResultsWords {
+  std::string name;  ///< ends in .csv, .json or .jsonl
+  bool resume = false;
+  bool overwrite = false;
 };
+
+/// The runs whose results a file holds already. Throws UserError for a file that an earlier run of
+/// this program over the same parts, in the same order, did not begin.
+EarlierRuns ReadEarlier(const std::string& name, const Program& program, const RunPlan& plan);
+
+/// Of a batch, CSV and JSON lines are under the file's name at once and grow with each part, behind
+/// the earlier runs; all other files appear once they are whole. Throws UserError for a name with
+/// another ending, and where the file cannot be written. It refers to the program.
+std::unique_ptr<RunObserver> MakeResults(const Program& program, const RunPlan& plan,
+                                         const ResultsWords& words, const EarlierRuns& earlier);
 
 }  // namespace nuvhost

@@ -1,5 +1,8 @@
 #include "nuvhost/showing/run_trace.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "nuvhost/error.h"
 #include "nuvhost/text/utf8.h"
 
@@ -18,7 +21,7 @@ std::string OnOneLine(const std::string& bytes) {
 }  // namespace
 
 void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) {
-  const std::string place = runs_[run].file + ": " + DescribeStep(program_, step) + ": ";
+  const std::string place = plan_.Name(run) + ": " + DescribeStep(program_, step) + ": ";
   const bool failed = outcome.state == StepOutcome::State::kFailed;
   for (const LogEntry& entry : outcome.record.log) {
     progress_.Complain(fmt::format("{}log: {}", place, OnOneLine(entry.text)));
@@ -36,12 +39,19 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
   if (failed) {
     for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
   }
-  ShowProgress(run, ++steps_);
+  if (plan_.Size() == 1) ShowProgress(run, ++steps_);
 }
 
-void RunTrace::RunEnded(std::size_t /*run*/, const RunOutcome& outcome) {
-  if (outcome.state != RunOutcome::State::kUnreadable) return;
-  for (const std::string& error : outcome.errors) progress_.Complain(error);
+void RunTrace::RunEnded(std::size_t run, const RunOutcome& outcome) {
+  ++ended_;
+  const bool is_good = outcome.state <= RunOutcome::State::kGood;
+  if (!is_good) ++not_good_;
+  const bool ran = std::ranges::any_of(
+      outcome.steps, [](const StepOutcome& step) { return step.context != nullptr; });
+  if (!ran) {
+    for (const std::string& error : outcome.errors) progress_.Complain(error);
+  }
+  if (plan_.Size() > 1) ShowProgress(run, program_.steps.size());
 }
 
 int RunTrace::Finish() {
@@ -50,9 +60,19 @@ int RunTrace::Finish() {
 }
 
 void RunTrace::ShowProgress(std::size_t run, std::size_t steps) {
-  const std::string of_files = fmt::format("{} of {} files, ", run + 1, runs_.size());
-  progress_.Show(fmt::format("{}{} of {} steps", runs_.size() > 1 ? of_files : "", steps,
-                             program_.steps.size()));
+  if (!progress_.IsDue()) return;
+  if (plan_.Size() == 1) {
+    return progress_.Show(fmt::format("{} of {} steps", steps, program_.steps.size()));
+  }
+  std::string text = fmt::format("{} of {} parts", run + 1, plan_.Size());
+  if (ended_ > 0) {
+    const std::chrono::duration<double> elapsed = Clock::now() - begin_;
+    const double rate = static_cast<double>(ended_) / elapsed.count();
+    const auto left = static_cast<double>(plan_.Size() - run - 1) / rate;
+    text += fmt::format(", {:.{}f} a second, {:.0f} s left, {} not good", rate, rate < 10 ? 1 : 0,
+                        std::ceil(left), not_good_);
+  }
+  progress_.Show(text);
 }
 
 }  // namespace nuvhost

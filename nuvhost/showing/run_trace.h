@@ -1,6 +1,8 @@
 // RunTrace: what happens in a run, told on standard error as it happens.
 #pragma once
 
+#include <chrono>
+
 #include "nuvhost/running/run_observer.h"
 #include "nuvhost/running/run_plan.h"
 #include "nuvhost/system/progress.h"
@@ -11,21 +13,25 @@ namespace nuvhost {
 /// also how far the runs have come. It refers to what it is given.
 class RunTrace final : public RunObserver {
  public:
-  RunTrace(const Program& program, const std::vector<PlannedRun>& runs, Progress& progress)
-      : program_(program), runs_(runs), progress_(progress) {}
+  RunTrace(const Program& program, const RunPlan& plan, Progress& progress)
+      : program_(program), plan_(plan), progress_(progress) {}
 
-  void RunBegins(std::size_t run) override { ShowProgress(run, steps_ = 0); }
   void StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) override;
   void RunEnded(std::size_t run, const RunOutcome& outcome) override;
   int Finish() override;
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   void ShowProgress(std::size_t run, std::size_t steps);
 
   const Program& program_;
-  const std::vector<PlannedRun>& runs_;
+  const RunPlan& plan_;
   Progress& progress_;
   std::size_t steps_ = 0;  ///< that have run
+  Clock::time_point begin_ = Clock::now();
+  std::size_t ended_ = 0;
+  std::size_t not_good_ = 0;
 };
 
 }  // namespace nuvhost

@@ -12,27 +12,36 @@ constexpr std::size_t kBlock = std::size_t{1} << 18;
 
 }  // namespace
 
-std::optional<std::string> ReadBytes(const std::string& name, std::string& reason) {
+bool IsReadable(const std::string& name, std::string& reason) {
   const std::filesystem::path path = PathFromUtf8(name);
   std::error_code ignored;
   if (!std::filesystem::exists(path, ignored)) {
     reason = "there is no such file";
   } else if (std::filesystem::is_directory(path, ignored)) {
     reason = "it is a folder, not a file";
-  } else if (std::ifstream file(path, std::ios::binary); file) {
-    std::string text;
-    const std::uintmax_t expected = std::filesystem::file_size(path, ignored);
-    if (!ignored) text.reserve(static_cast<std::size_t>(expected) + kBlock);
-    for (std::size_t size = 0; file; text.resize(size)) {
-      text.resize(size + kBlock);
-      file.read(text.data() + size, kBlock);
-      size += static_cast<std::size_t>(file.gcount());
-    }
-    if (!file.bad()) return text;
-    reason = "it cannot be read to its end";
-  } else {
+  } else if (!std::ifstream(path, std::ios::binary)) {
     reason = "it cannot be opened";
+  } else {
+    return true;
   }
+  return false;
+}
+
+std::optional<std::string> ReadBytes(const std::string& name, std::string& reason) {
+  if (!IsReadable(name, reason)) return std::nullopt;
+  const std::filesystem::path path = PathFromUtf8(name);
+  std::ifstream file(path, std::ios::binary);
+  std::string text;
+  std::error_code ignored;
+  const std::uintmax_t expected = std::filesystem::file_size(path, ignored);
+  if (!ignored) text.reserve(static_cast<std::size_t>(expected) + kBlock);
+  for (std::size_t size = 0; file; text.resize(size)) {
+    text.resize(size + kBlock);
+    file.read(text.data() + size, kBlock);
+    size += static_cast<std::size_t>(file.gcount());
+  }
+  if (!file.bad()) return text;
+  reason = "it cannot be read to its end";
   return std::nullopt;
 }
 

@@ -9,6 +9,9 @@ namespace nuvhost {
 /// Stands for standard input where a data file is named.
 inline constexpr const char* kStandardInput = "-";
 
+/// Whether there is a file of that name that can be opened; else the reason in words.
+bool IsReadable(const std::string& name, std::string& reason);
+
 /// The bytes of the file of that name in UTF-8; nothing, and the reason in words, where it cannot
 /// be read.
 std::optional<std::string> ReadBytes(const std::string& name, std::string& reason);

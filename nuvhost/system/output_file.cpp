@@ -2,14 +2,12 @@
 
 #include <cerrno>
 #include <fstream>
-#include <map>
 #include <random>
 #include <utility>
 
 #include "host/setting.h"
 #include "nuvhost/error.h"
 #include "nuvhost/system/paths.h"
-#include "nuvhost/system/system_file.h"
 
 namespace nuvhost {
 namespace {
@@ -39,6 +37,11 @@ std::optional<Identity> FutureIdentityOf(const fs::path& path) {
   identity = IdentityOf(path.parent_path());
   if (identity) identity->name = FoldedName(path);
   return identity;
+}
+
+[[noreturn]] void FailOverwriting(const NamedFile& written, const NamedFile& other) {
+  throw UserError("{} {} would overwrite {} {}: they are one file; write to another", written.role,
+                  written.name, other.role, other.name);
 }
 
 }  // namespace
@@ -89,21 +92,19 @@ void OutputFile::Fail(const std::string& reason) const {
   throw UserError(complaint_ + ": " + reason);
 }
 
-void CheckWritten(const std::vector<NamedFile>& written, const std::vector<NamedFile>& read) {
-  std::map<Identity, NamedFile> known;
-  for (const NamedFile& file : read) {
-    if (file.name.empty()) continue;
-    if (const auto identity = FutureIdentityOf(PathOf(file.name))) known.emplace(*identity, file);
-  }
-  for (const NamedFile& file : written) {
-    if (file.name.empty()) continue;
-    const auto identity = FutureIdentityOf(PathOf(file.name));
-    if (!identity) continue;
-    const auto [other, is_new] = known.emplace(*identity, file);
-    if (is_new) continue;
-    throw UserError("{} {} would overwrite {} {}: they are one file; write to another", file.role,
-                    file.name, other->second.role, other->second.name);
-  }
+void WrittenFiles::Add(const NamedFile& written) {
+  if (written.name.empty()) return;
+  const auto identity = FutureIdentityOf(PathOf(written.name));
+  if (!identity) return;
+  const auto [other, is_new] = files_.emplace(*identity, written);
+  if (!is_new) FailOverwriting(written, other->second);
+}
+
+void WrittenFiles::CheckRead(const NamedFile& read) const {
+  if (read.name.empty()) return;
+  const auto identity = FutureIdentityOf(PathOf(read.name));
+  const auto written = identity ? files_.find(*identity) : files_.end();
+  if (written != files_.end()) FailOverwriting(written->second, read);
 }
 
 void UseLogFile(const std::string& name) {

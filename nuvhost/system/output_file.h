@@ -3,10 +3,13 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <vector>
+
+#include "nuvhost/system/system_file.h"
 
 namespace nuvhost {
 
@@ -43,9 +46,17 @@ struct NamedFile {
   std::string name;
 };
 
-/// Throws UserError that names both where a file to be written is one of those to be read, or is
-/// to be written twice, by whatever name or link. Empty names are none. It creates nothing.
-void CheckWritten(const std::vector<NamedFile>& written, const std::vector<NamedFile>& read);
+/// The files that are to be written: none may be written twice or be one that is read, by whatever
+/// name or link. Empty names are none. It creates nothing. Both throw UserError that names the two.
+class WrittenFiles {
+ public:
+  void Add(const NamedFile& written);
+  /// Once all are added.
+  void CheckRead(const NamedFile& read) const;
+
+ private:
+  std::map<Identity, NamedFile> files_;
+};
 
 /// Has the entries of the application's log appended to a file, unless the name is empty. Throws
 /// UserError now, not at the first entry, where it cannot be written.

@@ -29,7 +29,7 @@ bool ErrorsGoToTerminal() {
 Progress::Progress() : is_on_(ErrorsGoToTerminal()), next_(Clock::now() + kShortWork) {}
 
 void Progress::Show(const std::string& text) {
-  if (!is_on_ || Clock::now() < next_) return;
+  if (!IsDue()) return;
   Clear();
   std::fprintf(stderr, "%s", text.c_str());
   std::fflush(stderr);

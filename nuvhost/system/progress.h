@@ -18,6 +18,8 @@ class Progress {
   Progress& operator=(const Progress&) = delete;
   ~Progress() { Clear(); }
 
+  /// Whether Show would show anything now.
+  bool IsDue() const { return is_on_ && Clock::now() >= next_; }
   /// Shows the text, but for short work and not too often.
   void Show(const std::string& text);
   /// Takes the line away, so that something else can be written.

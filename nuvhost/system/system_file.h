@@ -46,6 +46,9 @@ Existing Look(const std::filesystem::path& path);
 /// Creates a file where nothing is, with the owner and the mode of the one that it shall replace;
 /// null where that cannot be.
 std::FILE* Create(const std::filesystem::path& path, const Existing& replaced);
+/// Opens a file for writing at its end, and creates it where nothing is; null, and errno tells why,
+/// where that cannot be.
+std::FILE* Append(const std::filesystem::path& path);
 /// Puts all that was written on the disk; false, and errno tells why, where that cannot be.
 bool ReachesDisk(std::FILE* file);
 /// Moves a closed file to where another may be; false where that cannot be.
@@ -53,6 +56,9 @@ bool Replace(const std::filesystem::path& from, const std::filesystem::path& to)
 /// Why Create or Replace failed.
 std::error_code LastError();
 
+/// Has the process, where a signal ends it, delete its unfinished files before. RemoveOnSignal sees
+/// to it by itself; who takes a signal's handling for a time does this first.
+void RemoveOnSignals();
 /// From here on, a file is deleted where the process is ended; until KeepOnSignal, which the path
 /// must outlive.
 void RemoveOnSignal(const std::filesystem::path* path);

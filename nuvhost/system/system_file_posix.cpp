@@ -101,6 +101,10 @@ std::FILE* Create(const fs::path& path, const Existing& replaced) {
   return file;
 }
 
+std::FILE* Append(const fs::path& path) {
+  return std::fopen(path.c_str(), "abe");
+}
+
 bool ReachesDisk(std::FILE* file) {
   return std::fflush(file) == 0 && fsync(fileno(file)) == 0;
 }
@@ -109,8 +113,12 @@ bool Replace(const fs::path& from, const fs::path& to) {
   return std::rename(from.c_str(), to.c_str()) == 0;
 }
 
-void RemoveOnSignal(const fs::path* part) {
+void RemoveOnSignals() {
   [[maybe_unused]] static const bool is_set = (HandleSignals(), true);
+}
+
+void RemoveOnSignal(const fs::path* part) {
+  RemoveOnSignals();
   for (auto& place : unfinished) {
     const fs::path* none = nullptr;
     if (place.compare_exchange_strong(none, part)) return;

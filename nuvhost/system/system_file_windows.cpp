@@ -92,6 +92,10 @@ std::FILE* Create(const fs::path& path, const Existing& /*replaced*/) {
   return file;
 }
 
+std::FILE* Append(const fs::path& path) {
+  return _wfopen(path.c_str(), L"abN");
+}
+
 bool ReachesDisk(std::FILE* file) {
   if (std::fflush(file) != 0 || _commit(_fileno(file)) != 0) return false;
   SetDeletion(file, false);
@@ -106,6 +110,7 @@ bool Replace(const fs::path& from, const fs::path& to) {
 }
 
 // The system sees to it, by SetDeletion.
+void RemoveOnSignals() {}
 void RemoveOnSignal(const fs::path* /*part*/) {}
 void KeepOnSignal(const fs::path* /*part*/) {}
 

@@ -9,4 +9,9 @@ namespace nuvhost {
 /// A call's status, results and all that it left in the record, as docs/exec.md tells.
 Json AnswerToCall(std::int32_t status, const CallContext& context, const Record& record);
 
+/// Takes results, marks and a record back from such an answer: of the results those that are not
+/// null, by the types that the descriptor declares. Throws ValueError for anything else.
+void TakeAnswer(const Json& answer, const DescriptorRecord& descriptor, CallContext& context,
+                Record& record);
+
 }  // namespace nuvhost

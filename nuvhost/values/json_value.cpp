@@ -242,6 +242,47 @@ Json ToJson(const Annotation& annotation) {
   return json;
 }
 
+Annotation AnnotationFromJson(const Json& json) {
+  const auto point = [&](const char* name) { return PointFromJson(json.at(name)); };
+  const auto points = [&] {
+    return ArrayFromJson<CNuvPointVector>(json.at("points"), "a list of points", PointFromJson);
+  };
+  const auto number = [&](const char* name) { return NumberFromJson(json.at(name), "a number"); };
+  const auto fill = [&] { return json.at("fill").get<bool>(); };
+  Annotation annotation;
+  if (!json.at("label").is_null()) annotation.label = TextFromJson(json.at("label"));
+  annotation.color = json.at("color").get<std::uint32_t>();
+  const auto& op = json.at("op").get_ref<const std::string&>();
+  if (op == "point") {
+    annotation.figure = PointFigure{point("location")};
+  } else if (op == "segment") {
+    annotation.figure = SegmentFigure{point("start"), point("end")};
+  } else if (op == "line") {
+    annotation.figure = LineFigure{LineFromJson(json.at("line"))};
+  } else if (op == "circle") {
+    const CNuvPoint center = point("center");
+    annotation.figure = CircleFigure{CNuvCircle(center.x, center.y, number("radius")), fill()};
+  } else if (op == "circles") {
+    annotation.figure = CirclesFigure{points(), number("radius"), fill()};
+  } else if (op == "rect") {
+    const CNuvPoint center = point("center");
+    annotation.figure = RectFigure{
+        CNuvRect(center.x, center.y, number("width"), number("height"), number("angle")), fill()};
+  } else if (op == "points") {
+    annotation.figure = PointsFigure{points()};
+  } else if (op == "text") {
+    annotation.figure = TextFigure{point("location"), TextFromJson(json.at("font")),
+                                   json.at("paintBackground").get<bool>()};
+  } else if (op == "polyline") {
+    annotation.figure = PolylineFigure{points()};
+  } else if (op == "pixels") {
+    annotation.figure = PixelsFigure{points()};
+  } else {
+    throw ValueError("unknown annotation " + Dump(json.at("op")));
+  }
+  return annotation;
+}
+
 CNuvObject FromJson(const Json& json, std::uint32_t parameter_type) {
   CNuvObject value;
   switch (parameter_type) {

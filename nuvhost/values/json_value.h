@@ -30,6 +30,8 @@ Json ToJson(const Annotation& annotation);
 
 /// Reads a value by a parameter's declared type; throws ValueError for a value of another kind.
 CNuvObject FromJson(const Json& json, std::uint32_t parameter_type);
+/// An annotation as ToJson makes it.
+Annotation AnnotationFromJson(const Json& json);
 /// A whole number that fits 32 bits; throws ValueError.
 std::int32_t IntegerFromJson(const Json& json);
 

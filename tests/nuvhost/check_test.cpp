@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "nuvhost/checking/child_process.h"
 #include "nuvhost/checking/law.h"
 #include "nuvhost/library/categories.h"
 #include "nuvhost/library/plugin_library.h"
+#include "nuvhost/system/child_process.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/values/json_value.h"
 
@@ -85,8 +85,8 @@ struct Answer {
 Answer Check(const std::filesystem::path& library, std::vector<std::string> words) {
   const TestFolder folder;
   words.insert(words.begin(), {"check", ToUtf8(library)});
-  const check::ChildEnd end = check::RunChild(ProgramFolder() / kProgram, words,
-                                              std::chrono::minutes(4), folder.path / "answer");
+  const ChildEnd end =
+      RunChild(ProgramFolder() / kProgram, words, std::chrono::minutes(4), folder.path / "answer");
   EXPECT_TRUE(end.in_time);
   return {end.code, ReadAll(folder.path / "answer")};
 }

@@ -18,7 +18,7 @@ PROGRAM = {"image": "part.svg", "data": {"n": {"file": "n.csv"}},
                      {"name": "wait", "instr": "Sleep", "in": [0]}]}
 PNG = (b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x09\0\0\0\x07\x08\0\0\0\0crc_"
        b"\0\0\0\0IENDcrc_")
-ROWS = b"file,status,s.sum\np.json,ok,3\n"
+ROWS = b"part,status,s.sum\np.json,ok,3\n"
 failures = []
 
 

@@ -159,7 +159,7 @@ TEST_F(Run, ShowsWhatInstructionsReport) {
     return RunChecked(BuiltCatalogue(), program, {"p.json", {}, "o.csv", false});
   });
   EXPECT_EQ(Read("o.csv"),
-            "file,status,it.text,it.line.a,it.line.d\n"
+            "part,status,it.text,it.line.a,it.line.d\n"
             "p.json,ok,\"a \"\"b\"\",\n\xC3\xA9\",0.5,-0.0\n");
 
   noisy.status_ = Status::kFailure;
@@ -208,6 +208,23 @@ TEST_F(Run, DrawsOverTheImage) {
   EXPECT_EQ(Read("o-n.svg"), Read("größe/ö.svg"));
   EXPECT_EQ(Read("o-m.svg"), Read("größe/ö.svg"));
   EXPECT_FALSE(std::filesystem::exists("o-gone.svg") || HasLeftovers());
+
+  // An image for each part, of another size.
+  Write("parts.json", with_image("{part}.png"));
+  for (const char* part : {"a", "b"}) {
+    Write(std::string(part) + ".csv", "1\n");
+    Write(std::string(part) + ".png", std::string(png).replace(19, 1, part));
+  }
+  answer = Captured([&] {
+    return RunProgram(BuiltCatalogue(), {.program = "parts.json",
+                                         .data = {"n={part}.csv"},
+                                         .overlay = "parts.svg",
+                                         .parts = {"?.png", "gone"}});
+  });
+  EXPECT_EQ(answer.code, 2) << answer.error;
+  EXPECT_NE(Read("parts-a.svg").find("viewBox=\"0 0 97 7\""), std::string::npos);
+  EXPECT_NE(Read("parts-b.svg").find("viewBox=\"0 0 98 7\""), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists("parts-gone.svg"));
 
   std::filesystem::create_directory("p-m.svg");
   answer = Carry("größe/p.json", {"n.csv", "m.csv"}, "", false, "p.svg");

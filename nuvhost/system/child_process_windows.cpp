@@ -1,11 +1,13 @@
 #include <windows.h>
 
-#include "nuvhost/checking/child_process.h"
 #include "nuvhost/error.h"
+#include "nuvhost/system/child_process.h"
 #include "nuvhost/system/paths.h"
 
-namespace nuvhost::check {
+namespace nuvhost {
 namespace {
+
+constexpr DWORD kPipeSize = 1 << 20;
 
 /// A handle that is closed at the end.
 class Handle {
@@ -97,9 +99,95 @@ ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::s
   return {in_time, static_cast<int>(code)};
 }
 
+struct Partner::Process {
+  HANDLE process = nullptr;
+  HANDLE job = nullptr;
+  HANDLE input = nullptr;
+  HANDLE output = nullptr;
+};
+
+Partner::Partner(const std::filesystem::path& program, const std::vector<std::string>& words)
+    : process_(std::make_unique<Process>()) {
+  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+  HANDLE read = nullptr;
+  HANDLE written = nullptr;
+  if (!CreatePipe(&read, &process_->input, &inherited, 0)) {
+    throw UserError("no pipe: error {}", GetLastError());
+  }
+  const Handle input(read);
+  if (!CreatePipe(&process_->output, &written, &inherited, kPipeSize)) {
+    CloseHandle(process_->input);
+    throw UserError("no pipe: error {}", GetLastError());
+  }
+  const Handle output(written);
+  SetHandleInformation(process_->input, HANDLE_FLAG_INHERIT, 0);
+  SetHandleInformation(process_->output, HANDLE_FLAG_INHERIT, 0);
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = input.Get();
+  startup.hStdOutput = output.Get();
+  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  SetHandleInformation(startup.hStdError, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  PROCESS_INFORMATION started{};
+  std::wstring line = CommandLine(program, words);
+  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                      &startup, &started)) {
+    CloseHandle(process_->input);
+    CloseHandle(process_->output);
+    throw UserError("cannot start {}: error {}", ToUtf8(program), GetLastError());
+  }
+  CloseHandle(started.hThread);
+  process_->process = started.hProcess;
+  process_->job = MakeJob();
+  AssignProcessToJobObject(process_->job, process_->process);
+}
+
+Partner::~Partner() {
+  CloseHandle(process_->input);
+  CloseHandle(process_->output);
+  TerminateProcess(process_->process, 1);
+  WaitForSingleObject(process_->process, INFINITE);
+  CloseHandle(process_->process);
+  CloseHandle(process_->job);
+}
+
+void Partner::Send(std::string_view line) {
+  while (!line.empty()) {
+    DWORD sent = 0;
+    if (!WriteFile(process_->input, line.data(), static_cast<DWORD>(line.size()), &sent, nullptr)) {
+      return;
+    }
+    line.remove_prefix(sent);
+  }
+}
+
+std::optional<std::string> Partner::ReadLine() {
+  while (true) {
+    const std::size_t end = read_.find('\n', searched_);
+    if (end != std::string::npos) {
+      std::string line = read_.substr(0, end);
+      read_.erase(0, end + 1);
+      searched_ = 0;
+      return line;
+    }
+    searched_ = read_.size();
+    char block[65536];
+    DWORD size = 0;
+    if (!ReadFile(process_->output, block, sizeof block, &size, nullptr) || size == 0) {
+      return std::nullopt;
+    }
+    read_.append(block, size);
+  }
+}
+
+void LeaveInterruptsToParent() {
+  SetConsoleCtrlHandler(nullptr, TRUE);
+}
+
 void ExpectTheWorst() {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
   SetUnhandledExceptionFilter(EndQuietly);
 }
 
-}  // namespace nuvhost::check
+}  // namespace nuvhost
