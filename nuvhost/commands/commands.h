@@ -66,4 +66,16 @@ struct RunOptions {
 /// Runs an inspection program, once or over many data files.
 int RunProgram(const Catalogue& catalogue, const RunOptions& options);
 
+/// Which results are to be joined.
+struct ReportOptions {
+  std::vector<std::string> results;  ///< files that runs wrote, .csv or .jsonl
+  std::string report = {};           ///< a file for the report page, .html; none if empty
+  std::string log = {};              ///< as for a run
+  std::string plugin = {};
+};
+
+/// Joins the results of several runs of a program into one verdict and one page, whose statistics
+/// the catalogue's instructions compute; the exit code as of one run over all parts.
+int Report(const Catalogue& catalogue, const ReportOptions& options);
+
 }  // namespace nuvhost

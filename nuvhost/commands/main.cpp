@@ -32,6 +32,7 @@ struct Arguments {
   std::vector<std::string> values;
   std::vector<std::string> constants;
   RunOptions run;
+  ReportOptions report;
   std::string library;
   std::string law;
   std::string record;
@@ -69,6 +70,7 @@ class CommandLine {
     AddDescribe();
     AddCall();
     AddRun();
+    AddReport();
     AddExec();
     AddCheck();
     for (CLI::App* command : app_.get_subcommands(nullptr)) UnprotectWords(*command);
@@ -112,15 +114,17 @@ class CommandLine {
     return code;
   }
 
-  /// A run takes the log for itself, once it knows what it reads.
+  /// A run and a report take the log for themselves, once they know what they read.
   void UseFiles() {
     arguments_.run.log = arguments_.log;
     arguments_.run.plugin = ToUtf8(Plugin(arguments_));
+    arguments_.report.log = arguments_.log;
+    arguments_.report.plugin = arguments_.run.plugin;
     WrittenFiles written;
     written.Add({"--log", arguments_.log});
     written.CheckRead({"the plug-in library", arguments_.run.plugin});
     written.CheckRead({"the library", arguments_.library});
-    if (!app_.got_subcommand("run")) UseLogFile(arguments_.log);
+    if (!app_.got_subcommand("run") && !app_.got_subcommand("report")) UseLogFile(arguments_.log);
   }
 
   static std::filesystem::path Plugin(const Arguments& arguments) {
@@ -233,6 +237,26 @@ class CommandLine {
     run->add_flag("--trace", arguments_.run.trace,
                   "tell each step's inputs and results on standard error");
     run->add_flag("--time", arguments_.run.time, "tell how long the steps took on standard error");
+  }
+
+  void AddReport() {
+    CLI::App* report =
+        Add("report", "Join the results of several runs of a program",
+            [](const Arguments& a) { return Report(Catalogue(Plugin(a)), a.report); });
+    report->footer(
+        "Exit code: 0 where every part is good, 1 where one is bad or failed, 2 for a wrong call\n"
+        "or unreadable data.");
+    report
+        ->add_option("results", arguments_.report.results,
+                     "what `run --results` wrote of some of the parts, in this order; .csv or "
+                     ".jsonl")
+        ->type_name("FILE")
+        ->required();
+    report
+        ->add_option("--report", arguments_.report.report,
+                     "write a page to look at into OUT.html: the verdict, the parts that are not "
+                     "good, charts and statistics")
+        ->type_name("OUT");
   }
 
   void AddExec() {

@@ -82,6 +82,20 @@ void ReadNominal(Checker& checker, const Located& row, Limits& limits) {
   limits.most = DecimalSum(*value, deviations->second);
 }
 
+bool Take(std::string_view& text, std::string_view word) {
+  if (!text.starts_with(word)) return false;
+  text.remove_prefix(word.size());
+  return true;
+}
+
+std::optional<double> TakeNumber(std::string_view& text) {
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || !std::isfinite(number)) return std::nullopt;
+  text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+  return number;
+}
+
 }  // namespace
 
 Limits ReadLimits(Checker& checker, const Located& row, std::uint32_t type) {
@@ -125,6 +139,28 @@ std::string LimitsText(const Limits& limits) {
   if (!limits.most) return "at least " + NumberText(*limits.least);
   if (!limits.least) return "at most " + NumberText(*limits.most);
   return NumberText(*limits.least) + " to " + NumberText(*limits.most);
+}
+
+std::optional<Limits> TakeLimits(std::string_view& text) {
+  std::string_view rest = text;
+  Limits limits;
+  if (Take(rest, "yes")) {
+    limits.expected = true;
+  } else if (Take(rest, "no")) {
+    limits.expected = false;
+  } else if (Take(rest, "at most ")) {
+    limits.most = TakeNumber(rest);
+  } else if (Take(rest, "at least ")) {
+    limits.least = TakeNumber(rest);
+  } else {
+    limits.least = TakeNumber(rest);
+    if (!limits.least || !Take(rest, " to ")) return std::nullopt;
+    limits.most = TakeNumber(rest);
+    if (!limits.most) return std::nullopt;
+  }
+  if (!limits.Judge()) return std::nullopt;
+  text = rest;
+  return limits;
 }
 
 }  // namespace nuvhost

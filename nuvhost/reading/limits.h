@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "host/nuv_object.h"
 #include "nuvhost/reading/checker.h"
@@ -17,6 +18,7 @@ struct Limits {
   std::optional<bool> expected;
 
   bool Judge() const { return least || most || expected; }
+  bool operator==(const Limits&) const = default;
 };
 
 /// Reads "min", "max", "nominal" with "tolerance", and "expect" of a row whose value has the
@@ -28,5 +30,8 @@ bool Hold(const Limits& limits, const CNuvObject& value);
 
 /// "24.05 to 24.15", "at least 3", "at most 2", "yes"; empty where nothing is asked.
 std::string LimitsText(const Limits& limits);
+/// Takes off a text what LimitsText wrote at its beginning; nothing, and the text stays, where it
+/// begins with something else.
+std::optional<Limits> TakeLimits(std::string_view& text);
 
 }  // namespace nuvhost

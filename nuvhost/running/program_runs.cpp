@@ -42,15 +42,20 @@ int Finish(const RunObservers& observers) {
 
 }  // namespace
 
+int ExitCode(const RunOutcome::Counts& runs) {
+  int exit_code = kExitSuccess;
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    if (runs[i] > 0) exit_code = std::max(exit_code, ExitCode(static_cast<State>(i)));
+  }
+  return exit_code;
+}
+
 int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
            const RunObservers& observers, const EarlierRuns& earlier, const WorkerWords& words) {
   Services services;
   std::optional<InterruptWatch> watch;
   if (plan.Size() > 1) watch.emplace();
-  int exit_code = kExitSuccess;
-  for (std::size_t i = 0; i < earlier.states.size(); ++i) {
-    if (earlier.states[i] > 0) exit_code = std::max(exit_code, ExitCode(static_cast<State>(i)));
-  }
+  int exit_code = ExitCode(earlier.states);
   std::size_t run = earlier.count;
   std::optional<Workers> workers;
   if (words.jobs > 1) workers.emplace(program, plan, run, words, services);

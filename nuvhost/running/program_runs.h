@@ -1,8 +1,6 @@
 // The runs of a program, one after the other.
 #pragma once
 
-#include <array>
-
 #include "nuvhost/running/run_observer.h"
 #include "nuvhost/running/run_plan.h"
 #include "nuvhost/running/workers.h"
@@ -12,9 +10,12 @@ namespace nuvhost {
 /// Runs of the plan, from its beginning, that were carried out at another time.
 struct EarlierRuns {
   std::size_t count = 0;
-  std::array<std::size_t, RunOutcome::kStates> states{};  ///< how many came to what
-  std::uint64_t end = 0;                                  ///< where their results end in the file
+  RunOutcome::Counts states{};
+  std::uint64_t end = 0;  ///< where their results end in the file
 };
+
+/// The worst of the exit codes of runs.
+int ExitCode(const RunOutcome::Counts& runs);
 
 /// Runs a program without mistakes as planned, tells the observers, and gives the worst of the
 /// exit codes, the earlier runs' included. Of several runs, Ctrl-C ends all behind the one at hand:

@@ -1,6 +1,7 @@
 // StepRunner: executes a checked program's steps one after the other.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -43,6 +44,7 @@ struct RunOutcome {
     kUnreadable,  ///< the data could not be read
   };
   static constexpr std::size_t kStates = 5;
+  using Counts = std::array<std::size_t, kStates>;  ///< how many came to what
 
   std::string file;  ///< the data file it was run over, or else the program's
   State state = State::kSucceeded;

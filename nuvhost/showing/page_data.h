@@ -15,8 +15,9 @@ namespace nuvhost {
 struct Characteristic {
   std::string label;
   std::string unit;
-  std::optional<int> decimals;
-  Limits limits;
+  std::optional<int> decimals = {};
+  Limits limits = {};
+  bool operator==(const Characteristic&) const = default;
 };
 
 /// What came of a characteristic in one part: its number, 1 and 0 for yes and no; nothing where
@@ -37,7 +38,8 @@ struct PartResult {
 /// Of a characteristic's finite numbers; what they are too few for, or do not have, is nothing.
 struct Statistics {
   std::size_t count = 0;
-  std::size_t bad = 0;  ///< parts, also with numbers that are not finite
+  std::size_t good = 0;  ///< parts
+  std::size_t bad = 0;   ///< parts, also with numbers that are not finite
   std::optional<double> mean;
   std::optional<double> deviation;  ///< standard deviation of the sample, by n - 1
   std::optional<double> least;

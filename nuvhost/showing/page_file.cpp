@@ -7,14 +7,11 @@
 #include "nuvhost/showing/picture_files.h"
 
 namespace nuvhost {
-namespace {
 
-const std::string& Checked(const std::string& name) {
-  if (name.ends_with(".html")) return name;
+std::unique_ptr<OutputFile> OpenPage(const std::string& name) {
+  if (name.ends_with(".html")) return std::make_unique<OutputFile>(name, "the report");
   throw UserError("--report {}: the file's name must end in .html", name);
 }
-
-}  // namespace
 
 std::vector<Characteristic> CharacteristicsOf(const Program& program) {
   std::vector<Characteristic> all;
@@ -41,7 +38,7 @@ std::vector<PartValue> ValuesOf(const Program& program, const RunOutcome& run) {
 
 PageFile::PageFile(const std::string& name, const Program& program, const Catalogue& catalogue,
                    const std::optional<Image>& image)
-    : program_(program), catalogue_(catalogue), image_(image), file_(Checked(name), "the report") {
+    : program_(program), catalogue_(catalogue), image_(image), file_(OpenPage(name)) {
   page_.title = program.title;
   page_.program = program.source.Name();
   page_.characteristics = CharacteristicsOf(program);
@@ -63,8 +60,8 @@ void PageFile::RunEnded(std::size_t /*run*/, const RunOutcome& outcome) {
 
 int PageFile::Finish() {
   Summarise(page_, catalogue_);
-  file_.Write(ReportPage(page_));
-  file_.Finish();
+  file_->Write(ReportPage(page_));
+  file_->Finish();
   return kExitSuccess;
 }
 

@@ -1,6 +1,7 @@
 // PageFile: the report page of a run.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "nuvhost/drawing/image.h"
@@ -11,11 +12,15 @@
 
 namespace nuvhost {
 
+/// The file of a page. Throws UserError for a name that does not end in .html, and where the file
+/// cannot be written.
+std::unique_ptr<OutputFile> OpenPage(const std::string& name);
+
 /// It appears under its name once it is whole. It refers to the program, the catalogue, which
 /// computes its statistics, and the image.
 class PageFile final : public RunObserver {
  public:
-  /// Throws UserError for a name that does not end in .html, and where the file cannot be written.
+  /// Throws what OpenPage throws.
   PageFile(const std::string& name, const Program& program, const Catalogue& catalogue,
            const std::optional<Image>& image);
 
@@ -27,7 +32,7 @@ class PageFile final : public RunObserver {
   const Program& program_;
   const Catalogue& catalogue_;
   const std::optional<Image>& image_;
-  OutputFile file_;
+  std::unique_ptr<OutputFile> file_;
   PageData page_;
   std::size_t pictures_ = 0;
 };

@@ -71,6 +71,7 @@ void Summarise(PageData& page, const Catalogue& catalogue) {
     for (const PartResult& part : page.parts) {
       const PartValue& value = part.values[i];
       if (!value.holds) ++statistics.bad;
+      if (value.number && value.holds) ++statistics.good;
       if (value.number && std::isfinite(*value.number)) numbers.push_back(*value.number);
     }
     statistics.count = numbers.size();

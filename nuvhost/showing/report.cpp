@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <numeric>
 
 #include "nuvhost/error.h"
 #include "nuvhost/system/console.h"
@@ -15,7 +16,6 @@ namespace {
 using State = StepOutcome::State;
 
 constexpr const char* kDoubtfulNote = "\n  * computed from the result of a failed step\n";
-constexpr const char* kBadNote = "\n  ! not within its limits\n";
 
 /// A step's result, or why there is none.
 std::string ResultText(const Program& program, const StepOutcome& step, std::size_t result,
@@ -97,8 +97,6 @@ std::string TitleText(const Program& program) {
 /// up to kMostShown, so that it stays short and needs no more memory however many there are.
 class ShownParts {
  public:
-  static constexpr std::size_t kMostShown = 100;
-
   /// Whether the next part is shown, as far as is known now; then Add it.
   bool Takes(RunOutcome::State state) {
     ++parts_;
@@ -164,14 +162,6 @@ class Reports final : public RunObserver {
   ShownParts shown_;
 };
 
-/// "Bore (mm), 12.95 to 13.05" above a row's values.
-std::string HeadText(const ReportRow& row) {
-  std::string text = row.label;
-  if (!row.unit.empty()) text += " (" + row.unit + ")";
-  if (row.limits.Judge()) text += ", " + LimitsText(row.limits);
-  return text;
-}
-
 /// The reports of many runs, one row for each.
 class ReportTable final : public RunObserver {
  public:
@@ -179,7 +169,7 @@ class ReportTable final : public RunObserver {
       : program_(program), table_("l" + std::string(program.report.size(), 'r') + "l") {
     std::vector<std::string> head{"Part"};
     for (const ReportRow& row : program.report) {
-      head.push_back(HeadText(row));
+      head.push_back(HeadText(row.label, row.unit, row.limits));
     }
     head.emplace_back("Status");
     table_.SetHeader(std::move(head));
@@ -217,8 +207,7 @@ class ReportTable final : public RunObserver {
   bool has_bad_ = false;
 };
 
-/// How many parts came to what, in one line: "500 parts: 388 good, 110 bad, 2 failed". A program
-/// that judges nothing has it for several parts only.
+/// Of a program that judges nothing it is printed for several parts only.
 class VerdictLine final : public RunObserver {
  public:
   VerdictLine(bool judges, const EarlierRuns& earlier) : judges_(judges), counts_(earlier.states) {}
@@ -228,27 +217,37 @@ class VerdictLine final : public RunObserver {
   }
 
   int Finish() override {
-    std::size_t parts = 0;
-    for (const std::size_t count : counts_) parts += count;
-    if (!judges_ && parts < 2) return kExitSuccess;
-    std::string line = fmt::format("\n{} part{}:", parts, parts == 1 ? "" : "s");
-    const char* separator = " ";
-    for (std::size_t state = 0; state < counts_.size(); ++state) {
-      if (counts_[state] == 0) continue;
-      line += fmt::format("{}{} {}", separator, counts_[state],
-                          StateText(static_cast<RunOutcome::State>(state)));
-      separator = ", ";
-    }
-    Print(line + '\n');
+    const std::size_t parts = std::accumulate(counts_.begin(), counts_.end(), std::size_t{0});
+    if (judges_ || parts > 1) Print("\n" + VerdictText(counts_));
     return kExitSuccess;
   }
 
  private:
   bool judges_;
-  std::array<std::size_t, RunOutcome::kStates> counts_;
+  RunOutcome::Counts counts_;
 };
 
 }  // namespace
+
+std::string HeadText(const std::string& label, const std::string& unit, const Limits& limits) {
+  std::string text = label;
+  if (!unit.empty()) text += " (" + unit + ")";
+  if (limits.Judge()) text += ", " + LimitsText(limits);
+  return text;
+}
+
+std::string VerdictText(const RunOutcome::Counts& parts) {
+  const std::size_t all = std::accumulate(parts.begin(), parts.end(), std::size_t{0});
+  std::string line = fmt::format("{} part{}:", all, all == 1 ? "" : "s");
+  const char* separator = " ";
+  for (std::size_t state = 0; state < parts.size(); ++state) {
+    if (parts[state] == 0) continue;
+    line += fmt::format("{}{} {}", separator, parts[state],
+                        StateText(static_cast<RunOutcome::State>(state)));
+    separator = ", ";
+  }
+  return line + '\n';
+}
 
 std::unique_ptr<RunObserver> MakeReport(const Program& program, std::size_t runs) {
   if (runs > 1 && !program.report.empty()) return std::make_unique<ReportTable>(program);

@@ -30,10 +30,13 @@ std::uint32_t TypeOf(const Program& program, const StepResult& result) {
   return program.steps[result.step].instruction->descriptor->results[result.result].type;
 }
 
-/// "Width [24.05 to 24.15 mm]".
-std::string HeadOf(const ReportRow& row) {
-  if (!row.limits.Judge()) return row.label;
-  return row.label + " [" + LimitsText(row.limits) + (row.unit.empty() ? "" : " " + row.unit) + "]";
+/// A column's name without the number that made it unlike an earlier one: "Width [yes] (2)".
+std::string_view WithoutNumber(std::string_view column) {
+  const std::size_t at = column.rfind(" (");
+  if (at == std::string_view::npos || !column.ends_with(')')) return column;
+  const std::string_view number = column.substr(at + 2, column.size() - at - 3);
+  const bool is_number = !number.empty() && number.find_first_not_of("0123456789") == number.npos;
+  return is_number ? column.substr(0, at) : column;
 }
 
 /// Adds the cells of a result, empty ones where its step gave none.
@@ -84,6 +87,33 @@ std::string Text(const Json& json) {
 
 }  // namespace
 
+std::string ResultColumn(const Characteristic& row) {
+  if (!row.limits.Judge()) return CharacteristicOf(row.label) ? row.label + " []" : row.label;
+  const std::string head = row.label + " [" + LimitsText(row.limits);
+  std::string name = head + (row.unit.empty() ? "" : " " + row.unit) + "]";
+  const Characteristic as_read{row.label, row.unit, {}, row.limits};
+  return CharacteristicOf(name) == as_read ? name : head + "]";
+}
+
+std::optional<Characteristic> CharacteristicOf(const std::string& column) {
+  const std::string_view name = WithoutNumber(column);
+  if (!name.ends_with(']')) return std::nullopt;
+  // The limits stand in the last bracket that holds some.
+  for (std::size_t at = name.rfind(" ["); at != std::string_view::npos;) {
+    std::string_view rest = name.substr(at + 2, name.size() - at - 3);
+    if (rest.empty()) return std::nullopt;
+    const std::optional<Limits> limits = TakeLimits(rest);
+    if (limits && (rest.empty() || (rest[0] == ' ' && rest.size() > 1))) {
+      return Characteristic{std::string(name.substr(0, at)),
+                            std::string(rest.substr(rest.empty() ? 0 : 1)),
+                            {},
+                            *limits};
+    }
+    at = at == 0 ? std::string_view::npos : name.rfind(" [", at - 1);
+  }
+  return std::nullopt;
+}
+
 std::vector<std::string> ResultColumns(const Program& program) {
   std::vector<std::string> columns;
   std::unordered_set<std::string> known;
@@ -95,7 +125,9 @@ std::vector<std::string> ResultColumns(const Program& program) {
   add("part");
   add("status");
   for (const ReportRow& row : program.report) {
-    for (const char* end : ColumnsOf(TypeOf(program, row.value))) add(HeadOf(row) + end);
+    for (const char* end : ColumnsOf(TypeOf(program, row.value))) {
+      add(ResultColumn({row.label, row.unit, row.decimals, row.limits}) + end);
+    };
   }
   for (const Step& step : program.steps) {
     if (step.generated) continue;  // its value is a row of the report, or a part of one

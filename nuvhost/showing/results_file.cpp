@@ -162,12 +162,8 @@ EarlierRuns ReadEarlier(const std::string& name, const Program& program, const R
     if (!is_half_header) FailToResume(name, "it does not hold results");
     return earlier;
   }
-  for (std::size_t i = 0; i < std::max(columns.size(), reader.Columns().size()); ++i) {
-    const std::string here = i < reader.Columns().size() ? Quoted(reader.Columns()[i]) : "missing";
-    const std::string wanted = i < columns.size() ? Quoted(columns[i]) : "none";
-    if (here == wanted) continue;
-    FailToResume(name, fmt::format("column {} is {}, and would be {}", i + 1, here, wanted));
-  }
+  const std::string difference = DifferenceOf(reader.Columns(), columns);
+  if (!difference.empty()) FailToResume(name, difference);
   std::vector<std::string> fields;
   for (; reader.Next(fields); ++earlier.count) {
     const std::string place =

@@ -1,8 +1,11 @@
 #include "nuvhost/showing/results_reader.h"
 
+#include <algorithm>
+
 #include "nuvhost/error.h"
 #include "nuvhost/system/input_file.h"
 #include "nuvhost/system/paths.h"
+#include "nuvhost/text/names.h"
 #include "nuvhost/values/json_value.h"
 
 namespace nuvhost {
@@ -91,6 +94,16 @@ bool ResultsReader::NextJson(std::vector<std::string>& fields) {
 
 void ResultsReader::Fail(const std::string& reason) const {
   throw UserError("{}: record {}: {}", name_, records_, reason);
+}
+
+std::string DifferenceOf(const std::vector<std::string>& columns,
+                         const std::vector<std::string>& wanted) {
+  for (std::size_t i = 0; i < std::max(columns.size(), wanted.size()); ++i) {
+    const std::string here = i < columns.size() ? Quoted(columns[i]) : "missing";
+    const std::string there = i < wanted.size() ? Quoted(wanted[i]) : "none";
+    if (here != there) return fmt::format("column {} is {}, and would be {}", i + 1, here, there);
+  }
+  return "";
 }
 
 }  // namespace nuvhost

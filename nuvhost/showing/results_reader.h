@@ -38,4 +38,8 @@ class ResultsReader {
   char before_ = 0;  ///< the character before, in CSV
 };
 
+/// "column 3 is "a", and would be "b"", the first that differs; empty where all are alike.
+std::string DifferenceOf(const std::vector<std::string>& columns,
+                         const std::vector<std::string>& wanted);
+
 }  // namespace nuvhost

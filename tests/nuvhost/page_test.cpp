@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <random>
 
 #include "nuvhost/showing/charts.h"
+#include "nuvhost/showing/joined_results.h"
 #include "nuvhost/showing/page_statistics.h"
+#include "nuvhost/showing/result_row.h"
 #include "nuvhost/showing/step_graph.h"
 #include "tests/instr/table.h"
 
@@ -68,6 +71,68 @@ TEST(Page, ChartsWhateverTheNumbersAre) {
       ASSERT_TRUE(0 <= part && part <= 100) << chart;
     }
     ASSERT_LT(NumbersBehind(chart, "bottom:").size(), 20U) << chart;
+  }
+}
+
+TEST(Page, ReadsWhatAColumnIsNamed) {
+  std::mt19937 random(19);
+  const char* const words[] = {"Width",     "",      " ",  " [",        "]",   " (2)",
+                               "1 to 2",    "yes",   "no", "at most 3", " mm", " []",
+                               "at least ", "5 to ", "\n", "\u00B5m",   ","};
+  const auto text = [&] {
+    std::string made;
+    for (std::size_t i = random() % 5; i > 0; --i) made += words[random() % std::size(words)];
+    return made;
+  };
+  const auto number = [&] {
+    double made;
+    do {
+      const std::uint64_t bits = std::uint64_t{random()} << 32 | random();
+      std::memcpy(&made, &bits, sizeof made);
+    } while (!std::isfinite(made));
+    return random() % 2 == 0 ? made : static_cast<double>(random() % 9);
+  };
+  int without_unit = 0;
+  for (int round = 0; round < 20000; ++round) {
+    Characteristic row{text(), text(), std::nullopt, {}};
+    switch (random() % 5) {
+      case 0: row.limits.expected = random() % 2 == 0; break;
+      case 1: row.limits.least = number(); break;
+      case 2: row.limits.most = number(); break;
+      case 3:
+        row.limits.least = number();
+        row.limits.most = number();
+        break;
+      default: break;  // no limits
+    }
+    const std::string column = ResultColumn(row);
+    for (const std::string& name : {column, column + " (2)", column + " (13)"}) {
+      const auto read = CharacteristicOf(name);
+      ASSERT_EQ(read.has_value(), row.limits.Judge()) << name;
+      if (!read) continue;
+      ASSERT_EQ(read->label, row.label) << name;
+      ASSERT_EQ(read->limits, row.limits) << name;
+      if (read->unit == row.unit) continue;
+      ASSERT_EQ(read->unit, "") << name;
+      ASSERT_NE(row.unit.find('['), std::string::npos) << name;  // no other unit is left out
+      ++without_unit;
+    }
+  }
+  ASSERT_GT(without_unit, 0);
+}
+
+TEST(Page, ListsAHundredPartsThatAreNotGood) {
+  for (const std::size_t bad : {0, 1, 100, 101, 250}) {
+    PageData page;
+    page.parts.resize(300);
+    for (std::size_t i = 0; i < bad; ++i) page.parts[i].state = RunOutcome::State::kFailed;
+    const std::string text = JoinedText(page);
+    const std::string rest = "not shown: " + std::to_string(bad - 100) + " others";
+    std::size_t listed = 0;
+    for (std::size_t at = 0; (at = text.find("failed", at)) != std::string::npos; ++at) ++listed;
+    EXPECT_EQ(listed, std::min<std::size_t>(bad, 100));
+    EXPECT_EQ(text.find("not shown") != std::string::npos, bad > 100) << text;
+    EXPECT_EQ(text.find(rest) != std::string::npos, bad > 100) << text;
   }
 }
 
