@@ -139,11 +139,12 @@ struct Level {
   std::vector<std::string> names;
 };
 
-/// Deletes all that a folder holds. It goes down and up the tree by names and "..", with two folders
-/// open at a time, so that neither depth nor descriptors run out; and it goes up only into the
-/// folder that it came from.
+/// Deletes all that a folder holds. It goes down and up the tree by names and "..", with two
+/// folders open at a time, so that neither depth nor descriptors run out; and it goes up only into
+/// the folder that it came from.
 bool Empty(std::unique_ptr<Folder> folder) {
-  std::unique_ptr<Folder> above;  // the folder that this one was entered from, as long as it is open
+  std::unique_ptr<Folder>
+      above;  // the folder that this one was entered from, as long as it is open
   std::vector<Level> way;
   const auto enter = [&] {
     const auto identity = folder->IsOpen() ? IdentityOf(*folder) : std::nullopt;

@@ -191,7 +191,7 @@ def main(browser, command):
         def run(page):
             done = subprocess.run(
                 [*command, "run", "program.json", "--data", *files, "--results", "out.csv",
-                 "--report", page], cwd=folder, capture_output=True, timeout=240, check=False)
+                 "--overwrite", "--report", page], cwd=folder, capture_output=True, timeout=240, check=False)
             assert done.returncode == 2, done.stderr  # a part is unreadable
             return (folder / page).read_text(encoding="utf-8")
 
