@@ -180,6 +180,13 @@ def check_characteristic(dom, index, rows, column, limits):
         assert (a - b) * (y1 - y2) <= 0, (a, b, y1, y2)
 
 
+def shown(page):
+    """A page's rows, less their decimals, its parts, less their errors, and its statistics."""
+    data = json.loads(re.search(r'id="data">(.*?)</script>', page, re.S)[1])
+    return ([[label, unit, truth] for label, unit, _, truth in data["rows"]],
+            [part[:4] for part in data["parts"]], re.findall(r'data-value="(.*?)"', page))
+
+
 def main(browser, command):
     native = len(command) == 1
     with tempfile.TemporaryDirectory() as name:
@@ -229,6 +236,13 @@ def main(browser, command):
         assert all(abs(a - b) <= 1e-6 for a, b in zip(seen["sorted"], best))
         assert files[-1] in seen["readout"] and "mm" in seen["readout"]
         assert seen["enlarged"] and seen["wide"] <= 0, seen
+
+        # The results file alone gives the same numbers, whatever the labels in its header hold.
+        done = subprocess.run([*command, "report", "out.csv", "--report", "joined.html"],
+                              cwd=folder, capture_output=True, timeout=240, check=False)
+        assert done.returncode == 2, done.stderr
+        joined = (folder / "joined.html").read_text(encoding="utf-8")
+        assert shown(joined) == shown(page)
     print(f"{PARTS} parts are shown as they are")
 
 
