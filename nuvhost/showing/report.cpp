@@ -33,7 +33,7 @@ std::string ResultText(const Program& program, const StepOutcome& step, std::siz
 /// A row's value in its decimals; in full where these would show a bad number as a good one.
 std::string RowText(const Program& program, const ReportRow& row, const RunOutcome& run) {
   const StepOutcome& step = run.steps[row.value.step];
-  const std::string text = ResultText(program, step, row.value.result, row.decimals);
+  std::string text = ResultText(program, step, row.value.result, row.decimals);
   if (!row.decimals || Judged(row, run).value_or(true)) return text;
   CNuvObject shown;
   shown = std::strtod(text.c_str(), nullptr);
