@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/files.h"
@@ -158,7 +159,8 @@ bool Empty(std::unique_ptr<Folder> folder) {
     if (names.empty()) {
       way.pop_back();
       if (way.empty()) return true;
-      folder = above != nullptr ? std::move(above) : OpenWithin(folder->Descriptor(), "..");
+      folder =
+          above != nullptr ? std::exchange(above, nullptr) : OpenWithin(folder->Descriptor(), "..");
       if (!folder->IsOpen() || IdentityOf(*folder) != way.back().identity) return false;
       if (unlinkat(folder->Descriptor(), way.back().names.back().c_str(), AT_REMOVEDIR) != 0) {
         return false;
