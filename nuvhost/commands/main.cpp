@@ -191,7 +191,7 @@ class CommandLine {
                         [](const Arguments& a) { return RunProgram(Catalogue(Plugin(a)), a.run); });
     run->footer(
         "Exit code: 0 where every part is good, 1 where one is bad or failed, 2 for a wrong call\n"
-        "or unreadable data.");
+        "or unreadable data, 130 where Ctrl-C ended a run over many parts.");
     run->add_option("program", arguments_.run.program, "the program, a JSON file")->required();
     run->add_option("--data", arguments_.run.data,
                     "data files in place of the program's own, one run each; NAME=FILE for a "

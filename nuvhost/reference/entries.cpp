@@ -74,6 +74,14 @@ std::string Entry::Summary() const {
   return text;
 }
 
+std::string Entry::SilentFailure() const {
+  constexpr std::string_view kMark = "**Fails** without a message ";
+  const std::size_t at = markdown.find(kMark);
+  if (at == std::string_view::npos) return "";
+  const std::string text = PlainParagraph(markdown.substr(at + kMark.size()));
+  return text.substr(0, std::min(text.find(". "), text.size() - 1));
+}
+
 std::string Entry::HelpFile() const {
   std::string anchor;
   for (const char c : LowerCase(heading)) {

@@ -26,6 +26,9 @@ struct Entry {
 
   /// The first sentence, without marks.
   std::string Summary() const;
+  /// When the instruction fails without a message: "where the array is empty". Empty where it
+  /// never does.
+  std::string SilentFailure() const;
   /// Where it stands: "docs/instructions/numeric.md#integer-divide".
   std::string HelpFile() const;
 };

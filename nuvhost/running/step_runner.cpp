@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "nuvhost/reference/entries.h"
 #include "nuvhost/running/lost_digits.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/text/utf8.h"
@@ -52,6 +53,18 @@ std::string InputsText(const DescriptorRecord& descriptor, const std::vector<CNu
   return text;
 }
 
+/// ", as it does where the array is empty; its inputs were numbers []": what is known of a failure
+/// that has no message.
+std::string Circumstances(const DescriptorRecord& descriptor,
+                          const std::vector<CNuvObject>& inputs) {
+  std::string text;
+  const Entry* const entry = FindEntry(TextOrEmpty(descriptor.identifier));
+  const std::string condition = entry == nullptr ? "" : entry->SilentFailure();
+  if (!condition.empty()) text += ", as it does " + condition;
+  if (!inputs.empty()) text += "; its inputs were " + InputsText(descriptor, inputs);
+  return text;
+}
+
 /// Runs one step, whose earlier ones' outcomes are there.
 StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
                     const std::vector<StepOutcome>& earlier, Services& services) {
@@ -79,7 +92,7 @@ StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
   outcome.duration = std::chrono::steady_clock::now() - begin;
   outcome.record = services.Take();
   if (outcome.status != 0) {
-    outcome.inputs = InputsText(*step.instruction->descriptor, context.inputs);
+    outcome.circumstances = Circumstances(*step.instruction->descriptor, context.inputs);
   } else if (const auto caution = LostDigits(*step.instruction->descriptor, context.inputs)) {
     outcome.caution = *caution;
   }
@@ -164,8 +177,7 @@ std::vector<std::string> FailureTexts(const StepOutcome& outcome) {
     texts.push_back(Utf8FromBytes(message.source) + ": " + Utf8FromBytes(message.text));
   }
   if (texts.empty()) {
-    texts.push_back("failed without a message" +
-                    (outcome.inputs.empty() ? "" : "; its inputs were " + outcome.inputs));
+    texts.push_back("failed without a message" + outcome.circumstances);
   }
   return texts;
 }

@@ -27,7 +27,7 @@ struct StepOutcome {
   std::unique_ptr<CallContext> context;  ///< its results; null for a step that was not run
   Record record;                         ///< what it reported, drew and logged
   std::string caution;                   ///< why its results cannot be relied on; empty if they can
-  std::string inputs;                    ///< of a step that failed, in short
+  std::string circumstances;  ///< of a step that failed: when it does, its inputs in short
   std::chrono::nanoseconds duration{0};  ///< of the instruction itself
 };
 

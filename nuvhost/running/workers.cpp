@@ -78,7 +78,7 @@ std::string AnswerOf(const RunOutcome& run, std::vector<Json>& inputs) {
     if (step.context != nullptr) {
       json.update(AnswerToCall(step.status, *step.context, step.record));
       json["caution"] = step.caution;
-      json["inputs"] = step.inputs;
+      json["circumstances"] = step.circumstances;
       json["duration"] = step.duration.count();
       if (!inputs.empty()) json["in"] = std::move(inputs[i]);
     }
@@ -94,7 +94,7 @@ StepOutcome StepOf(const Step& step, const Json& json, Services& services) {
   if (!json.contains("status")) return outcome;
   outcome.status = json.at("status");
   outcome.caution = json.at("caution");
-  outcome.inputs = json.at("inputs");
+  outcome.circumstances = json.at("circumstances");
   outcome.duration = std::chrono::nanoseconds(json.at("duration").get<std::int64_t>());
   outcome.context = std::make_unique<CallContext>(descriptor, services);
   outcome.context->constants = step.constants;

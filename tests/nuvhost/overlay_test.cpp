@@ -322,7 +322,8 @@ TEST(Overlay, PlacesLabelsBesideAllElse) {
       const CNuvCircle circle(a.x, a.y, (i - 3) * below(i == 0 ? 1e5 : 40) * scale);
       placer.MarkSegment(a, b);
       placer.MarkCircle(circle);
-      for (double t = 0; t <= 1; t += 1e-3) {
+      for (int step = 0; step <= 1000; ++step) {
+        const double t = step / 1000.0;
         outlines.emplace_back(a.x + t * (b.x - a.x), a.y + t * (b.y - a.y));
         outlines.emplace_back(a.x + circle.radius * std::cos(7 * t),
                               a.y + circle.radius * std::sin(7 * t));
