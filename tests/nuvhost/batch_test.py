@@ -57,6 +57,8 @@ class Folder:
 def ends_where_it_is_interrupted():
     folder = Folder()
     process = folder.start("--results", "out.json")
+    while not any(folder.path.glob("*.part")):
+        time.sleep(0.01)
     time.sleep(1)
     process.send_signal(signal.SIGINT)
     out, error = process.communicate(timeout=60)
@@ -190,7 +192,8 @@ def outlives_a_process_that_ends():
     expect(f"{name}: the process that ran this part ended before" in error.decode(), error)
 
     process = folder.start("--jobs", "2", "--results", "two.csv")
-    time.sleep(0.5)
+    while not (folder.path / "two.csv").exists() or folder.read("two.csv").count(b"\n") < 2:
+        time.sleep(0.005)
     process.send_signal(signal.SIGINT)
     out, error = process.communicate(timeout=60)
     count = folder.read("two.csv").count(b"\n") - 1
