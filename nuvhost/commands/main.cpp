@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "nuvhost/commands/commands.h"
+#include "nuvhost/commands/version.h"
 #include "nuvhost/error.h"
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/library/plugin_library.h"
@@ -59,9 +60,9 @@ class CommandLine {
   CommandLine() {
     app_.require_subcommand(1);
     app_.allow_windows_style_options(false);  // "/text" is a value, on every platform
-    app_.set_version_flag("--version", "nuvhost " NUVHOST_VERSION);
+    app_.set_version_flag("--version", std::string("nuvhost ") + kVersion);
     app_.add_option("--plugin", arguments_.plugin,
-                    "the plug-in library (the one beside this program unless given)");
+                    "the plug-in library (the one that came with this program unless given)");
     app_.add_option("--log", arguments_.log,
                     "append the entries of the application log to a file, a line each")
         ->type_name("FILE");
@@ -271,7 +272,7 @@ class CommandLine {
                            : CheckLaw(library, a.law, PathFromUtf8(a.record));
     });
     check->add_option("library", arguments_.library,
-                      "the library (the plug-in beside this program unless given)");
+                      "the library (the one that came with this program unless given)");
     check->add_option("--timeout", arguments_.timeout, "seconds that each law may take")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, 86400))

@@ -13,8 +13,6 @@ namespace {
 
 #if defined(_WIN32)
 
-constexpr const char* kPluginName = "NuvFormula.dll";
-
 std::string LastError() {
   const DWORD code = GetLastError();
   wchar_t text[512];
@@ -39,8 +37,6 @@ void Unload(void* module) {
 
 #else
 
-constexpr const char* kPluginName = "NuvFormula.so";
-
 std::string LastError() {
   const char* error = dlerror();
   return error == nullptr ? "unknown error" : error;
@@ -63,7 +59,12 @@ void Unload(void* module) {
 }  // namespace
 
 std::filesystem::path DefaultPluginPath() {
-  return ProgramFolder() / kPluginName;
+  // Beside the program where it was built, in a folder for libraries where it is installed.
+  std::error_code ignored;
+  const std::filesystem::path beside = ProgramFolder() / PLUGIN_NAME;
+  const std::filesystem::path installed =
+      (ProgramFolder() / INSTALLED_PLUGIN / PLUGIN_NAME).lexically_normal();
+  return std::filesystem::exists(beside, ignored) ? beside : installed;
 }
 
 PluginLibrary::PluginLibrary(const std::filesystem::path& path) {

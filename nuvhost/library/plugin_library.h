@@ -14,7 +14,7 @@ struct NoPluginError : UserError {
   using UserError::UserError;
 };
 
-/// The plug-in that stands beside the running program.
+/// The plug-in that came with the running program.
 std::filesystem::path DefaultPluginPath();
 
 /// A loaded dynamic library; nothing of it is called but the export.
