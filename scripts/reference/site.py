@@ -13,7 +13,7 @@ from reference import html
 from reference.checks import CODE
 from reference.entries import read_page
 
-PLAIN_FILES = ["LICENSE", "docs/program.schema.json"]
+PLAIN_FILES = ["LICENSE", "docs/program.schema.json", "docs/host_functions.txt"]
 GUIDES = ["README.md", "CONTRIBUTING.md", "CHANGELOG.md"]
 LINK = re.compile(r"\]\(([\w.]+\.md)?(#[^)\s]*)?\)")
 MARKS = re.compile(r"(?<!\w)[*`]+|[*`]+(?!\w)|\]\([^)]*\)|(?<!\w)\[")

@@ -1,5 +1,6 @@
 """Installs a build into a folder, moves it, and uses what is there as its users do: nuvhost, and a
-program that is built by find_package and by pkg-config.
+host that is built by find_package, by pkg-config and by the lines of docs/hosting.md; and builds
+the plug-in anew against what was installed.
 
 install_test.py BUILD VERSION COMPILER [TOOLCHAIN EMULATOR]: the build folder; the last two where it
 is for another system.
@@ -20,6 +21,8 @@ BUILD, VERSION, COMPILER, *CROSS = sys.argv[1:]
 TOOLCHAIN, EMULATOR = CROSS if CROSS else (None, None)
 CONSUMER = Path(__file__).resolve().parent / "consumer"
 ROOT = CONSUMER.parents[2]
+PAGE = (ROOT / "docs/hosting.md").read_text(encoding="utf-8")
+SAID = (ROOT / "examples/host/README.md").read_text(encoding="utf-8").split("```\n")[-2]
 COUNT = re.search(r"kSize == (\d+)", (ROOT / "plugin/catalogue.h").read_text())[1]
 WINDOWS = EMULATOR is not None and "wine" in EMULATOR
 
@@ -56,11 +59,20 @@ class Install(unittest.TestCase):
         cls.program = cls.prefix / ("bin/nuvhost.exe" if WINDOWS else "bin/nuvhost")
         plugin = "bin/NuvFormula.dll" if WINDOWS else "lib/nuvformula/NuvFormula.so"
         cls.plugin = cls.prefix / plugin
+        cls.source = cls.prefix / "share/doc/nuvformula/examples/host/host.cpp"
 
     def use(self, built, plugin):
         if WINDOWS:  # finds its libraries beside itself
             built = shutil.copy(built, self.prefix / "bin")
-        self.assertEqual(execute(built, plugin).strip(), f"{COUNT} instructions, 0.25, a file")
+        self.assert_says(execute(built, plugin))
+
+    def assert_says(self, text):
+        """That a host printed what its README says, in which a line stands for many."""
+        lines = text.splitlines()
+        begin, end = SAID.split("...\n")
+        self.assertEqual(len(lines), 2 + int(COUNT) + 3)
+        self.assertEqual("\n".join(lines[:4]), begin.strip())
+        self.assertEqual("\n".join(lines[-4:]), end.strip())
 
     def test_nuvhost(self):
         self.assertRegex(execute(self.program, "--version"),
@@ -79,7 +91,7 @@ class Install(unittest.TestCase):
         words = [f"-DCMAKE_TOOLCHAIN_FILE={TOOLCHAIN}"] if TOOLCHAIN else []
         build = self.folder / "build"
         run("cmake", "-G", "Ninja", "-S", CONSUMER, "-B", build, f"-DCMAKE_CXX_COMPILER={COMPILER}",
-            f"-DNuvFormula_ROOT={self.prefix}", *words)
+            f"-DNuvFormula_ROOT={self.prefix}", f"-DHOST_SOURCE={self.source}", *words)
         run("cmake", "--build", build)
         places = [Path(line) for line in (build / "places.txt").read_text().splitlines()]
         self.assertEqual(places, [self.plugin, self.program])
@@ -97,9 +109,33 @@ class Install(unittest.TestCase):
             self.assertEqual([Path(word).resolve() for word in ask(f"--variable={name}")], [place])
         built = self.folder / ("plain.exe" if WINDOWS else "plain")
         rest = "-static" if WINDOWS else f"-Wl,-rpath,{self.prefix / 'lib'}"
-        run(COMPILER, "-std=c++20", CONSUMER / "main.cpp", "-o", built,
+        run(COMPILER, "-std=c++20", self.source, "-o", built,
             *ask("--cflags", "--libs"), rest)
         self.use(built, self.plugin)
+
+    def test_lines_of_the_page(self):
+        blocks = re.findall(r"```sh\n(.*?)```", PAGE, re.DOTALL)
+        lines = next(block for block in blocks if ("mingw" in block) == WINDOWS)
+        folder = self.folder / "page"
+        folder.mkdir()
+        shutil.copy(self.source, folder)
+        environment = {**os.environ, "PREFIX": str(self.prefix),
+                       "PATH": f"{ROOT / 'scripts'}:{os.environ['PATH']}"}
+        self.assert_says(run("sh", "-e", "-c", lines, cwd=folder, env=environment))
+
+    @unittest.skipIf(TOOLCHAIN, "once is enough")
+    def test_plugin_for_a_host(self):
+        """Its headers and libraries are those of the folder that is named, none of the tree's."""
+        build = self.folder / "foreign"
+        run("cmake", "-G", "Ninja", "-S", ROOT, "-B", build, f"-DCMAKE_CXX_COMPILER={COMPILER}",
+            f"-DFORMULA_HOST={self.prefix}")
+        run("cmake", "--build", build)
+        used = run("ninja", "-C", build, "-t", "deps")
+        self.assertIn(str(self.prefix / "include/nuvformula/host/services.h"), used)
+        self.assertNotIn(str(ROOT / "host"), used)
+        built = build / "bin/NuvFormula.so"
+        self.assertEqual(execute(self.program, "--plugin", built, "call", "Divide", 1, 8),
+                         "quotient = 0.125\n")
 
     @unittest.skipUnless(WINDOWS, "files tell their version on Windows alone")
     def test_file_versions(self):
