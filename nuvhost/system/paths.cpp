@@ -2,6 +2,10 @@
 
 #if defined(_WIN32)
 #include <windows.h>
+#else
+#include <sys/auxv.h>
+
+#include <system_error>
 #endif
 
 namespace nuvhost {
@@ -17,7 +21,10 @@ std::filesystem::path ProgramPath() {
 #else
 
 std::filesystem::path ProgramPath() {
-  return std::filesystem::read_symlink("/proc/self/exe");
+  std::error_code no_proc;
+  std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", no_proc);
+  if (!no_proc) return path;
+  return std::filesystem::canonical(reinterpret_cast<const char*>(getauxval(AT_EXECFN)));
 }
 
 #endif
