@@ -87,7 +87,7 @@ bool MayStandInFile(std::uint32_t parameter_type) {
 CNuvObject ArrayFromFile(const Json& json, std::uint32_t parameter_type) {
   const auto name = json.find("file");
   if (name == json.end() || !name->is_string() || !json.contains("count")) {
-    throw ValueError("expected a list, or {{\"file\", \"offset\", \"count\"}}");
+    throw ValueError("expected a list, or {\"file\", \"offset\", \"count\"}");
   }
   const std::uint64_t count = WholeNumber(json, "count", 0);
   const std::uint64_t offset = WholeNumber(json, "offset", 0);

@@ -138,8 +138,7 @@ Json Draw(const Json& request) {
     try {
       annotations.push_back(AnnotationFromJson(json));
     } catch (const std::exception&) {
-      throw ValueError("{}: no annotation as calls answer it: {}",
-                       Position("draw", annotations.size()), Dump(json));
+      throw ValueError(Position("draw", annotations.size()) + ": no annotation of an answer");
     }
   }
   Annotations drawn;
