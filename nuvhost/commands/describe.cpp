@@ -56,6 +56,7 @@ Json ListToJson(const TStdVector<Record>& records, ToJsonRow to_json) {
 Json DescriptorToJson(const CatalogueEntry& instruction) {
   const DescriptorRecord& descriptor = *instruction.descriptor;
   const Entry* entry = FindEntry(TextOrEmpty(descriptor.identifier));
+  const std::string silent = entry == nullptr ? "" : entry->SilentFailure();
   return {{"index", instruction.index},
           {"name", TextToJson(descriptor.name)},
           {"category", TextToJson(descriptor.category)},
@@ -68,7 +69,8 @@ Json DescriptorToJson(const CatalogueEntry& instruction) {
           {"inputs", ListToJson(descriptor.inputs, InputToJson)},
           {"results", ListToJson(descriptor.results, ResultToJson)},
           {"summary", entry == nullptr ? Json() : Json(entry->Summary())},
-          {"helpFile", entry == nullptr ? Json() : Json(entry->HelpFile())}};
+          {"helpFile", entry == nullptr ? Json() : Json(entry->HelpFile())},
+          {"silentFailure", silent.empty() ? Json() : Json(silent)}};
 }
 
 /// One parameter of the printed page: name, type, and what more there is to say.

@@ -3,9 +3,14 @@
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
+#include <optional>
+#include <vector>
 
 #include "host/setting.h"
+#include "nuvhost/commands/exec_arrays.h"
+#include "nuvhost/drawing/svg_picture.h"
 #include "nuvhost/error.h"
+#include "nuvhost/system/input_file.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/values/answer.h"
 
@@ -36,7 +41,8 @@ void CheckMembers(const Json& object, std::initializer_list<std::string_view> kn
 
 CNuvObject ReadAt(const char* list, std::size_t index, const Json& json, std::uint32_t type) {
   try {
-    return FromJson(json, type);
+    return json.is_object() && MayStandInFile(type) ? ArrayFromFile(json, type)
+                                                    : FromJson(json, type);
   } catch (const ValueError& error) {
     throw ValueError(Position(list, index) + ": " + error.what());
   }
@@ -107,6 +113,44 @@ Json ApplySettings(const Json& settings) {
   return Json::object();
 }
 
+Image ReadImageFile(const std::string& name) {
+  std::string reason;
+  std::optional<std::string> bytes = ReadBytes(name, reason);
+  std::optional<Image> image = bytes ? ReadImage(std::move(*bytes), reason) : std::nullopt;
+  if (!image) throw ValueError("\"image\": cannot take \"{}\": {}", name, reason);
+  return *std::move(image);
+}
+
+/// The text under a member's name; empty where the member is missing.
+std::string TextOf(const Json& request, const char* member) {
+  const auto found = request.find(member);
+  if (found == request.end()) return "";
+  if (!found->is_string() || found->get_ref<const std::string&>().empty()) {
+    throw ValueError("\"{}\": expected a file's name, found {}", member, DescribeKind(*found));
+  }
+  return found->get<std::string>();
+}
+
+Json Draw(const Json& request) {
+  CheckMembers(request, {"draw", "image"});
+  std::vector<Annotation> annotations;
+  for (const Json& json : ListOf(request, "draw")) {
+    try {
+      annotations.push_back(AnnotationFromJson(json));
+    } catch (const std::exception&) {
+      throw ValueError(Position("draw", annotations.size()) + ": no annotation of an answer");
+    }
+  }
+  Annotations drawn;
+  for (const Annotation& annotation : annotations) drawn.push_back(&annotation);
+  std::optional<Image> image;
+  if (const std::string name = TextOf(request, "image"); !name.empty()) image = ReadImageFile(name);
+  SvgPicture picture = DrawSvg(drawn, image, CNuvSetting::Inst().GetDefaultAnnotationColor());
+  Json answer{{"svg", std::move(picture.svg)}};
+  if (picture.left_out > 0) answer["leftOut"] = picture.left_out;
+  return answer;
+}
+
 }  // namespace
 
 std::string ExecSession::Answer(std::string_view line) {
@@ -124,11 +168,12 @@ Json ExecSession::Respond(const Json& request) {
     CheckMembers(request, {"set"});
     return ApplySettings(*set);
   }
+  if (request.contains("draw")) return Draw(request);
   return Call(request);
 }
 
 Json ExecSession::Call(const Json& request) {
-  CheckMembers(request, {"instr", "const", "in", "prev", "count"});
+  CheckMembers(request, {"instr", "const", "in", "prev", "count", "outFile"});
   const auto name = request.find("instr");
   if (name == request.end() || !name->is_string()) {
     throw ValueError("a request names its instruction: {\"instr\": \"Numeric: Add\"}");
@@ -142,10 +187,14 @@ Json ExecSession::Call(const Json& request) {
   if (const auto count = request.find("count"); count != request.end()) {
     context.input_count = CountFromJson(*count, context.inputs.size());
   }
+  std::optional<ArrayFile> file;
+  if (const std::string path = TextOf(request, "outFile"); !path.empty()) file.emplace(path);
 
   services_.Take();
   const std::int32_t status = context.Execute(*instruction.prototype);
-  return AnswerToCall(status, context, services_.Take());
+  return AnswerToCall(status, context, services_.Take(), [&](const CNuvObject& value) {
+    return file ? file->Take(value) : ToJson(value);
+  });
 }
 
 }  // namespace nuvhost

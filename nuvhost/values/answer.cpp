@@ -4,9 +4,10 @@
 
 namespace nuvhost {
 
-Json AnswerToCall(std::int32_t status, const CallContext& context, const Record& record) {
+Json AnswerToCall(std::int32_t status, const CallContext& context, const Record& record,
+                  const std::function<Json(const CNuvObject&)>& to_json) {
   Json answer{{"status", status}, {"out", Json::array()}};
-  for (const CNuvObject& result : context.results) answer["out"].push_back(ToJson(result));
+  for (const CNuvObject& result : context.results) answer["out"].push_back(to_json(result));
   for (const Message& message : record.messages) {
     answer["messages"].push_back({{"severity", message.severity},
                                   {"source", Utf8FromBytes(message.source)},
