@@ -11,6 +11,7 @@
 #include "host/services.h"
 #include "host/setting.h"
 #include "host/std_str.h"
+#include "plugin/definition.h"
 #include "plugin/overlay.h"
 
 namespace formula {
@@ -23,9 +24,16 @@ void CheckTextLength(std::size_t length);
 
 /// What Run works with beside its inputs. Results and constants go by their position in the
 /// Definition.
+///
+/// Where memory runs out, the instruction fails and no result is new: each is as it was, or an
+/// empty array. Neither Run nor its author has to see to that: of several results, those that are
+/// one value are kept until Run has ended, and the arrays, which are filled in place, are emptied
+/// where it does not end.
 class Call {
  public:
-  explicit Call(IXInstrContext& context) : context_(context), results_(context.ResultValues()) {}
+  /// `has_several`: whether the instruction has several results.
+  Call(IXInstrContext& context, bool has_several)
+      : context_(context), results_(context.ResultValues()), has_several_(has_several) {}
 
   /// The values of constant parameters.
   bool ConstantBoolean(std::int32_t constant) const {
@@ -37,13 +45,24 @@ class Call {
 
   /// Each writes a result and gives success, so that a Run may end with it. The value written is
   /// the host's own: nothing of this library stays in it.
-  Status Set(std::int32_t result, bool value) { return Assign(result, value); }
-  Status Set(std::int32_t result, double value) { return Assign(result, value); }
-  Status Set(std::int32_t result, std::int32_t value) { return Assign(result, int{value}); }
+  Status Set(std::int32_t result, bool value) {
+    return has_several_ ? Keep(result, {CNuvBool::kType, value ? 1.0 : 0.0, 0.0})
+                        : Assign(result, value);
+  }
+  Status Set(std::int32_t result, double value) {
+    return has_several_ ? Keep(result, {CNuvDouble::kType, value, 0.0}) : Assign(result, value);
+  }
+  Status Set(std::int32_t result, std::int32_t value) {
+    return Set(result, static_cast<double>(value));
+  }
   // By value: it may be an element of an array that the result holds until now.
-  Status Set(std::int32_t result, CNuvPoint value) { return Write(result, value); }
-  Status Set(std::int32_t result, CNuvLine value) { return Write(result, value); }
-  /// A copy of any value.
+  Status Set(std::int32_t result, CNuvPoint value) {
+    return has_several_ ? Keep(result, {CNuvPoint::kType, value.x, value.y}) : Write(result, value);
+  }
+  Status Set(std::int32_t result, CNuvLine value) {
+    return has_several_ ? Keep(result, {CNuvLine::kType, value.a, value.d}) : Write(result, value);
+  }
+  /// A copy of any value, of an instruction's one result; so are texts.
   Status Set(std::int32_t result, const CNuvObject& value) { return Assign(result, value); }
   /// A text ends at its first zero byte, and fails beyond 1 GiB. It may be a part of an input or
   /// of the result.
@@ -87,7 +106,22 @@ class Call {
     if (auto* messages = Messages()) messages->RaiseProgramEvent(code, value);
   }
 
+  /// Writes the results that were kept, all of them or, where memory is short, none.
+  void WriteKept();
+
  private:
+  /// A result that is one value: a boolean or a number, a point's or a line's two numbers.
+  struct Kept {
+    NUV_OBJ_TYPE type;
+    double first;
+    double second;
+  };
+
+  Status Keep(std::int32_t result, const Kept& value) {
+    kept_[result] = value;
+    are_kept_ |= 1U << result;
+    return Status::kSuccess;
+  }
   template <class Value>
   Status Assign(std::int32_t result, const Value& value) {
     *results_[result] = value;
@@ -105,6 +139,12 @@ class Call {
 
   IXInstrContext& context_;
   CNuvObject** results_;
+  bool has_several_;
+  std::uint32_t are_kept_ = 0;  // a bit for each of them
+  Kept kept_[kMostResults];     // those whose bits are set
 };
+
+/// Empties the array results of a call that ran out of memory before they were written.
+void EmptyArrays(IXInstrContext& context, const Definition& definition) noexcept;
 
 }  // namespace formula

@@ -59,6 +59,9 @@ struct Constant {
   ConstantList<Choice, 6> choices = {};
 };
 
+/// No instruction has more results.
+inline constexpr std::size_t kMostResults = 16;
+
 /// An instruction for the catalogue. `repeatable`: the last input may be given any number of
 /// times.
 struct Definition {
@@ -70,7 +73,7 @@ struct Definition {
   bool repeatable = false;
   ConstantList<Constant, 4> constants = {};
   ConstantList<Parameter, 8> inputs = {};
-  ConstantList<Parameter, 16> results = {};
+  ConstantList<Parameter, kMostResults> results = {};
 };
 
 // Parameters by type. Inputs state their default; results, and arrays, have none.

@@ -20,6 +20,13 @@
 
 namespace formula {
 
+constexpr bool HasTextResult(const Definition& definition) {
+  for (const Parameter& result : definition.results) {
+    if (result.type == NUV_PARAM_STRING) return true;
+  }
+  return false;
+}
+
 /// Reads the inputs of a call and hands them to the instruction's Run, whose parameters they are.
 template <class I, class... Parameters, std::size_t... index>
 Status RunInstruction(IXInstrContext& context, Status (* /*run*/)(Call&, Parameters...),
@@ -33,8 +40,14 @@ Status RunInstruction(IXInstrContext& context, Status (* /*run*/)(Call&, Paramet
                 "only an input can be repeatable");
   [[maybe_unused]] CNuvObject* const* const inputs = context.InputValues();
   [[maybe_unused]] const std::int32_t count = kDefinition.repeatable ? context.InputCount() : 0;
-  Call call(context);
-  return I::Run(call, Place<Parameters>::Read(inputs, index, count)...);
+  constexpr bool kHasSeveral = kDefinition.results.size() > 1;
+  static_assert(!kHasSeveral || !HasTextResult(kDefinition),
+                "a text can be an instruction's one result only: of several all are written at "
+                "once, without memory");
+  Call call(context, kHasSeveral);
+  const Status status = I::Run(call, Place<Parameters>::Read(inputs, index, count)...);
+  if constexpr (kHasSeveral) call.WriteKept();
+  return status;
 }
 
 template <class I, class... Parameters>
@@ -66,6 +79,9 @@ class Instruction : public IXInstrPlugin {
   Status Execute(IXInstrContext* context) final {
     try {
       return RunInstruction<I>(*context, &I::Run);
+    } catch (const std::bad_alloc&) {
+      EmptyArrays(*context, I::kDefinition);
+      return Status::kFailure;
     } catch (...) {
       return Status::kFailure;
     }

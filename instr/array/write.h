@@ -89,34 +89,13 @@ struct GivenValues {
   std::size_t size;
 };
 
-/// Empties an array, unless it is told that the array is written.
-template <class Vector>
-class EmptyUnlessWritten {
- public:
-  explicit EmptyUnlessWritten(Vector& array) : array_(array) {}
-  EmptyUnlessWritten(const EmptyUnlessWritten&) = delete;
-  EmptyUnlessWritten& operator=(const EmptyUnlessWritten&) = delete;
-  ~EmptyUnlessWritten() {
-    if (!written_) array_.Resize(0);
-  }
-  Vector& Array() { return array_; }
-  void Written() { written_ = true; }
-
- private:
-  Vector& array_;
-  bool written_ = false;
-};
-
-/// Makes the array consist of the pieces. A size that is too large leaves it as it was, and an
-/// element for which memory is short leaves it empty.
+/// Makes the array consist of the pieces. A size that is too large leaves it as it was.
 template <class Vector, class... Pieces>
 void WriteArray(Vector& result, const Pieces&... pieces) {
   const auto write = [&](Vector& target) {
     target.Resize((std::size_t{0} + ... + pieces.size));
-    EmptyUnlessWritten<Vector> guard(target);
     auto* to = target.GetStorage();
     ((pieces.CopyTo(to), to += pieces.size), ...);
-    guard.Written();
   };
   if ((pieces.Reads(result) || ...)) {
     Vector fresh;
@@ -140,15 +119,21 @@ template <class E>
 class EmptiedResult {
  public:
   explicit EmptiedResult(Call& call) : result_(call.ArrayResult<typename E::Vector>(0)) {}
+  EmptiedResult(const EmptiedResult&) = delete;
+  EmptiedResult& operator=(const EmptiedResult&) = delete;
+  ~EmptiedResult() {
+    if (!written_) result_.Resize(0);
+  }
   template <class... Pieces>
   Status Write(const Pieces&... pieces) {
-    WriteArray(result_.Array(), pieces...);
-    result_.Written();
+    WriteArray(result_, pieces...);
+    written_ = true;
     return Status::kSuccess;
   }
 
  private:
-  EmptyUnlessWritten<typename E::Vector> result_;
+  typename E::Vector& result_;
+  bool written_ = false;
 };
 
 }  // namespace formula

@@ -20,9 +20,8 @@ Status Warned(Call& call, const char* source, std::string_view format,
     format.remove_prefix(mark + 2);
   }
   warning += format;
-  call.Set(0, false);
   call.Warn(source, warning.c_str());
-  return Status::kSuccess;
+  return call.Set(0, false);
 }
 
 std::string ErrorText(platform::ErrorCode error) {
@@ -75,9 +74,8 @@ struct CFileDelete final : Instruction<CFileDelete> {
   };
   static Status Run(Call& call, std::string_view given) {
     const std::string name(given);
-    call.Set(0, true);
     const platform::ErrorCode error = platform::RemoveFile(name.c_str());
-    if (error == 0 || error == platform::kFileNotFound) return Status::kSuccess;
+    if (error == 0 || error == platform::kFileNotFound) return call.Set(0, true);
     return Warned(call, "FileDelete", "Failed to delete \"%s\". %s", {name, ErrorText(error)});
   }
 };
@@ -94,9 +92,8 @@ struct CFolderCreate final : Instruction<CFolderCreate> {
   };
   static Status Run(Call& call, std::string_view given) {
     const std::string name(given);
-    call.Set(0, true);
     const platform::ErrorCode error = platform::CreateFolders(name.c_str());
-    if (error == 0) return Status::kSuccess;
+    if (error == 0) return call.Set(0, true);
     if (const char* reason = CreationError(error)) {
       return Warned(call, "FolderCreate", "Failed to create folder \"%s\". %s", {name, reason});
     }
@@ -117,11 +114,10 @@ struct CFolderDelete final : Instruction<CFolderDelete> {
   };
   static Status Run(Call& call, std::string_view given) {
     const std::string name(given);
-    call.Set(0, true);
     if (name.size() > platform::kLongestFolderName) {
       return Warned(call, "FolderDelete", "Filename too long: %s", {name});
     }
-    if (platform::RemoveFolder(name.c_str())) return Status::kSuccess;
+    if (platform::RemoveFolder(name.c_str())) return call.Set(0, true);
     return Warned(call, "FolderDelete", "Failed to delete folder \"%s\"", {name});
   }
 };
@@ -142,8 +138,7 @@ struct CFileCopy final : Instruction<CFileCopy> {
                     bool fail_if_exists) {
     const std::string from(source);
     const std::string to(destination);
-    call.Set(0, true);
-    if (CNuvOs::FileCopy(from.c_str(), to.c_str(), fail_if_exists)) return Status::kSuccess;
+    if (CNuvOs::FileCopy(from.c_str(), to.c_str(), fail_if_exists)) return call.Set(0, true);
     const platform::ErrorCode error = platform::LastFileError(from.c_str(), to.c_str());
     return Warned(call, "FileCopy", "Failed to copy \"%s\" to \"%s\". %s",
                   {from, to, ErrorText(error)});
@@ -163,8 +158,7 @@ struct CFileMove final : Instruction<CFileMove> {
   static Status Run(Call& call, std::string_view source, std::string_view destination) {
     const std::string from(source);
     const std::string to(destination);
-    call.Set(0, true);
-    if (CNuvOs::FileMove(from.c_str(), to.c_str())) return Status::kSuccess;
+    if (CNuvOs::FileMove(from.c_str(), to.c_str())) return call.Set(0, true);
     const platform::ErrorCode error = platform::LastFileError(from.c_str(), to.c_str());
     return Warned(call, "FileMove", "Failed to move \"%s\" to \"%s\". %s",
                   {from, to, ErrorText(error)});

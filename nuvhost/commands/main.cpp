@@ -2,6 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -54,6 +58,14 @@ std::string Unprotected(const std::string& word) {
   return word.starts_with(kMark) ? word.substr(1) : word;
 }
 
+constexpr const char* kNoMemory = "nuvhost: memory has run out\n";
+
+/// What the JSON library throws while it clears away cannot be caught: memory for that was short.
+[[noreturn]] void EndWithoutMemory() {
+  std::fputs(kNoMemory, stderr);
+  std::_Exit(kExitWrongCall);
+}
+
 /// The commands and their words.
 class CommandLine {
  public:
@@ -95,6 +107,8 @@ class CommandLine {
       return kExitWrongCall;
     }
     UseFiles();
+    // A crash while a library is judged is the library's.
+    if (!app_.got_subcommand("check")) std::set_terminate(EndWithoutMemory);
     return command_(arguments_);
   }
 
@@ -292,16 +306,24 @@ class CommandLine {
 template <class Rest>
 int Guarded(Rest rest) {
   try {
-    return rest();
-  } catch (const std::exception& error) {
-    Complain(std::string("nuvhost: ") + error.what() + '\n');
-    return kExitWrongCall;
+    try {
+      return rest();
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      Complain(std::string("nuvhost: ") + error.what() + '\n');
+    }
+  } catch (const std::bad_alloc&) {  // thrown by the complaint itself, too
+    std::fputs(kNoMemory, stderr);
   }
+  return kExitWrongCall;
 }
 
-int Main(const std::vector<std::string>& words) {
+/// `words` gives those of the command line in UTF-8.
+template <class Words>
+int Main(Words words) {
   HoldStandardStreams();
-  const int code = Guarded([&] { return CommandLine().Run(words); });
+  const int code = Guarded([&] { return CommandLine().Run(words()); });
   return Guarded([&] {
     FlushOutput();
     return code;
@@ -317,15 +339,19 @@ int wmain(int count, wchar_t** words) {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);
-  std::vector<std::string> utf8;
-  for (int i = 1; i < count; ++i) utf8.push_back(nuvhost::ToUtf8(std::filesystem::path(words[i])));
-  return nuvhost::Main(utf8);
+  return nuvhost::Main([&] {
+    std::vector<std::string> utf8;
+    for (int i = 1; i < count; ++i) {
+      utf8.push_back(nuvhost::ToUtf8(std::filesystem::path(words[i])));
+    }
+    return utf8;
+  });
 }
 
 #else
 
 int main(int count, char** words) {
-  return nuvhost::Main(std::vector<std::string>(words + 1, words + count));
+  return nuvhost::Main([&] { return std::vector<std::string>(words + 1, words + count); });
 }
 
 #endif

@@ -11,7 +11,11 @@ std::optional<std::string> Label(const char* label) {
 }
 
 void RecordLogEntry(void* record, LEVEL level, const char* text) {
-  static_cast<Record*>(record)->log.push_back({level, text});
+  try {
+    static_cast<Record*>(record)->log.push_back({level, text});
+  } catch (...) {
+    // A log's sink must not throw: without memory the entry is lost.
+  }
 }
 
 }  // namespace

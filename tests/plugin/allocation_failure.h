@@ -1,16 +1,22 @@
-// Counts this program's allocations, and lets one of them fail.
+// Counts this process's allocations, those of its libraries included, and lets them fail.
 #pragma once
 
 #include <cstddef>
 
-/// Blocks that were allocated and not freed since the program began.
+/// Blocks that were allocated and not freed since counting began, at the first call.
 std::ptrdiff_t LiveAllocations();
 
-/// While it lives, the allocation after the next `successes` fails, once.
+/// While it lives, the allocation after the next `successes` fails: that one, or all from it on.
 class FailingAllocation {
  public:
-  explicit FailingAllocation(std::ptrdiff_t successes);
+  explicit FailingAllocation(std::ptrdiff_t successes, bool for_ever = false);
+  FailingAllocation(const FailingAllocation&) = delete;
+  FailingAllocation& operator=(const FailingAllocation&) = delete;
   ~FailingAllocation();
   /// Whether it has come to the failure.
   bool HasFailed() const;
 };
+
+/// Whether the C runtime's allocations are counted and fail, too, and not only operator new: with a
+/// sanitizer they are the sanitizer's.
+bool FailsTheRuntime();

@@ -1,0 +1,200 @@
+// Every allocation of every instruction fails, alone and with all that follow.
+
+#include <cmath>
+#include <filesystem>
+
+#include "nuvhost/library/categories.h"
+#include "tests/instr/table.h"
+#include "tests/plugin/allocation_failure.h"
+
+namespace {
+
+using nuvhost::CallContext;
+namespace fs = std::filesystem;
+
+/// How much there is in an input.
+enum class Amount { kNone, kSome, kMuch };
+
+/// The amount of a value of the type: texts that format numbers, points around a circle.
+CNuvObject Given(NUV_OBJ_TYPE type, Amount amount) {
+  CNuvObject value(type);
+  const std::size_t size = amount == Amount::kNone ? 0 : amount == Amount::kSome ? 4 : 70;
+  const auto number = [](std::size_t i) { return static_cast<double>(i * i % 11); };
+  const auto point = [](std::size_t i) {
+    const auto angle = static_cast<double>(i) * 1.7;
+    return CNuvPoint(50.0 + 20.0 * std::cos(angle), 40.0 + 20.0 * std::sin(angle));
+  };
+  std::string text;
+  for (std::size_t i = 0; i < size; i += 2) text += "ab%5.1f ";
+  switch (static_cast<int>(type)) {
+    case NUV_OBJ_BOOL: value = amount == Amount::kMuch; break;
+    case NUV_OBJ_DOUBLE: value = size == 70 ? 40.0 : static_cast<double>(size / 2); break;
+    case NUV_OBJ_STRING: value = text.c_str(); break;
+    case NUV_OBJ_POINT: value = point(size); break;
+    case NUV_OBJ_LINE: value = CNuvLine(0.5, static_cast<double>(size)); break;
+    default: break;
+  }
+  for (std::size_t i = 0; i < size; ++i) {
+    switch (static_cast<int>(type)) {
+      case NUV_OBJ_BOOL_VECTOR: static_cast<CNuvBoolVector&>(value).PushBack(i % 2 == 0); break;
+      case NUV_OBJ_DOUBLE_VECTOR: static_cast<CNuvDoubleVector&>(value).PushBack(number(i)); break;
+      case NUV_OBJ_STRING_VECTOR:
+        static_cast<CNuvStringVector&>(value).PushBack(CNuvString(text));
+        break;
+      case NUV_OBJ_POINT_VECTOR: static_cast<CNuvPointVector&>(value).PushBack(point(i)); break;
+      case NUV_OBJ_LINE_VECTOR:
+        static_cast<CNuvLineVector&>(value).PushBack(CNuvLine(number(i), 1.0));
+        break;
+      default: break;
+    }
+  }
+  return value;
+}
+
+bool IsEmptyArray(const CNuvObject& value) {
+  return value.GetType() >= NUV_OBJ_BOOL_VECTOR && value == CNuvObject(value.GetType());
+}
+
+/// As JSON, in which a NaN equals itself.
+std::vector<std::string> Texts(const std::vector<CNuvObject>& values) {
+  std::vector<std::string> texts;
+  for (const CNuvObject& value : values) texts.push_back(nuvhost::ToJson(value).dump());
+  return texts;
+}
+
+/// What an instruction is called with, and what results hold before: a value of their type, or none
+/// at all.
+class Setting {
+ public:
+  Setting(const nuvhost::CatalogueEntry& instruction, Amount amount, bool has_results)
+      : prototype_(*instruction.prototype),
+        descriptor_(*instruction.descriptor),
+        reaches_out_(nuvhost::TouchesOuterWorld(descriptor_.category)) {
+    for (std::size_t i = 0; i < descriptor_.inputs.Size(); ++i) {
+      inputs_.push_back(Given(nuvhost::ValueType(descriptor_.inputs[i].type), amount));
+      if (reaches_out_ && inputs_[i].GetType() == NUV_OBJ_STRING) inputs_[i] = "scratch";
+    }
+    for (int i = 0; descriptor_.repeatable != 0 && i < 4; ++i) inputs_.push_back(inputs_.back());
+    for (const ResultRecord& result : descriptor_.results) {
+      const NUV_OBJ_TYPE type = nuvhost::ValueType(result.type);
+      before_.push_back(has_results ? Given(type, Amount::kSome) : CNuvObject());
+    }
+    CallContext context(descriptor_, services_);
+    Prepare(context);
+    status_ = context.Execute(prototype_);
+    messages_ = services_.Take().messages;
+    after_ = Texts(context.results);
+  }
+
+  /// The context's own arrays of pointers, which it makes before it calls.
+  static constexpr std::ptrdiff_t kOfTheContext = 3;
+
+  /// Calls with the allocation after so many failing; false where there are not so many.
+  bool Fails(std::ptrdiff_t successes, bool for_ever) {
+    SCOPED_TRACE(testing::Message() << "after " << successes << " allocations");
+    const std::ptrdiff_t live = LiveAllocations();
+    bool failed = false;
+    {
+      CallContext context(descriptor_, services_);
+      Prepare(context);
+      std::int32_t status = 0;
+      {
+        const FailingAllocation failure(kOfTheContext + successes, for_ever);
+        status = context.Execute(prototype_);
+        failed = failure.HasFailed();
+      }
+      if (failed) Judge(context, status);
+      services_.Take();
+    }
+    EXPECT_TRUE(reaches_out_ || LiveAllocations() == live) << LiveAllocations() - live << " leaked";
+    return failed;
+  }
+
+ private:
+  void Prepare(CallContext& context) const {
+    context.inputs = inputs_;
+    context.results = before_;
+    for (std::size_t i = 0; i < context.constants.size(); ++i) {
+      if (descriptor_.constants[i].type == NUV_PARAM_BOOLEAN) context.constants[i] = true;
+    }
+  }
+
+  void Judge(const CallContext& context, std::int32_t status) {
+    EXPECT_EQ(Texts(context.inputs), Texts(inputs_)) << "an input was changed";
+    const std::vector<std::string> results = Texts(context.results);
+    bool none_is_new = true;
+    for (std::size_t i = 0; i < results.size(); ++i) {
+      none_is_new &= context.results[i] == before_[i] || IsEmptyArray(context.results[i]);
+    }
+    const bool went_through = status == status_ && (results == after_ || reaches_out_);
+    EXPECT_TRUE(went_through || (status == 3 && none_is_new))
+        << "status " << status << ", " << testing::PrintToString(results);
+    const std::vector<nuvhost::Message> messages = services_.Take().messages;
+    for (std::size_t i = 0; i < messages.size(); ++i) {
+      ASSERT_LT(i, messages_.size());
+      EXPECT_EQ(messages[i].source + messages[i].text, messages_[i].source + messages_[i].text);
+    }
+  }
+
+  IXInstrPlugin& prototype_;
+  const DescriptorRecord& descriptor_;
+  bool reaches_out_;
+  nuvhost::Services services_;
+  std::vector<CNuvObject> inputs_;
+  std::vector<CNuvObject> before_;
+  std::int32_t status_ = 0;
+  std::vector<nuvhost::Message> messages_;
+  std::vector<std::string> after_;
+};
+
+// The first of these tests: the others keep the library loaded.
+TEST(Memory, WithoutItALibraryIsNotLoaded) {
+  std::size_t failures = 0;
+  for (const bool for_ever : {false, true}) {
+    bool failed = true;
+    for (std::ptrdiff_t n = 0; failed; n += 1 + n / 50) {  // some of the last are left out
+      SCOPED_TRACE(testing::Message() << (for_ever ? "for ever " : "once ") << n);
+      const FailingAllocation failure(n, for_ever);
+      try {
+        const nuvhost::Catalogue catalogue(nuvhost::DefaultPluginPath());
+        // The host may do without what it asked for, the plug-in may not.
+        EXPECT_EQ(catalogue.Entries().size(), 263U);
+      } catch (const std::exception&) {
+        EXPECT_TRUE(failure.HasFailed());
+      }
+      failed = failure.HasFailed();
+      failures += failed;
+    }
+  }
+  EXPECT_GT(failures, 300U);
+}
+
+TEST(Memory, WithoutItAnInstructionFailsAndNoResultIsNew) {
+  // Where a file or a folder named "scratch" does no harm.
+  const fs::path folder = fs::temp_directory_path() / "nuv_memory_test";
+  fs::create_directories(folder);
+  const fs::path before = fs::current_path();
+  fs::current_path(folder);
+  std::size_t failures = 0;
+  for (const nuvhost::CatalogueEntry& instruction : BuiltCatalogue().Entries()) {
+    const std::string identifier = instruction.descriptor->identifier;
+    if (identifier == "_Nuv_System_CSystemMsgBox_") continue;  // waits for an answer
+    for (const Amount amount : {Amount::kNone, Amount::kSome, Amount::kMuch}) {
+      for (const bool has_results : {true, false}) {
+        Setting setting(instruction, amount, has_results);
+        for (const bool for_ever : {false, true}) {
+          SCOPED_TRACE(testing::Message()
+                       << identifier << ", amount " << static_cast<int>(amount)
+                       << (has_results ? "" : ", results empty") << (for_ever ? ", for ever" : ""));
+          for (std::ptrdiff_t n = 0; setting.Fails(n, for_ever); ++n) ++failures;
+        }
+      }
+    }
+  }
+  fs::current_path(before);
+  fs::remove_all(folder);
+  EXPECT_GT(failures, 5000U);
+  RecordProperty("failures", static_cast<int>(failures));
+}
+
+}  // namespace
