@@ -25,6 +25,9 @@ endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # A unique symbol would keep the plug-in loaded behind the host's back.
   target_compile_options(formula_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-gnu-unique>)
+else()
+  # Some fields are there for the layout alone, some pragmas for GCC alone.
+  target_compile_options(formula_options INTERFACE -Wno-unused-private-field -Wno-unknown-pragmas)
 endif()
 
 if(FORMULA_SANITIZERS)
@@ -40,5 +43,9 @@ if(WIN32)
   target_link_options(formula_options INTERFACE
     -static -Wl,--no-insert-timestamp -Wl,--disable-auto-image-base)
 else()
-  target_link_options(formula_options INTERFACE -Wl,-z,defs -Wl,-z,now)
+  # clang's sanitizers stand in the program alone, where the libraries find them at run time.
+  if(NOT (FORMULA_SANITIZERS AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+    target_link_options(formula_options INTERFACE -Wl,-z,defs)
+  endif()
+  target_link_options(formula_options INTERFACE -Wl,-z,now)
 endif()

@@ -1,0 +1,270 @@
+// Calls of every instruction, held against what all of them promise.
+
+#include <array>
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+#include "host/setting.h"
+#include "nuvhost/library/categories.h"
+#include "tests/fuzz/sandbox.h"
+#include "tests/fuzz/targets.h"
+#include "tests/fuzz/values.h"
+
+namespace fuzz {
+namespace {
+
+using nuvhost::CallContext;
+using nuvhost::CatalogueEntry;
+using nuvhost::Services;
+
+std::vector<std::uint64_t>& Calls() {
+  static std::vector<std::uint64_t> calls(Instructions().Entries().size());
+  return calls;
+}
+
+/// A result that is an input of the same call.
+struct Wire {
+  std::size_t result;
+  std::size_t input;
+};
+
+/// The call's own values, where a result may be one of its inputs.
+class WiredContext final : public IXInstrContext {
+ public:
+  WiredContext(CallContext& call, const Wire& wire) : call_(call) {
+    for (CNuvObject& own : call.constants) constants_.push_back(&own);
+    for (CNuvObject& own : call.inputs) inputs_.push_back(&own);
+    for (CNuvObject& own : call.results) results_.push_back(&own);
+    results_[wire.result] = inputs_[wire.input];
+  }
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  CNuvObject** ConstantValues() override { return constants_.data(); }
+  CNuvObject** InputValues() override { return inputs_.data(); }
+  std::int32_t InputCount() override { return call_.InputCount(); }
+  CNuvObject** ResultValues() override { return results_.data(); }
+  CNuvObject* ConstantValue(std::int32_t index) override { return call_.ConstantValue(index); }
+  CNuvObject* ResultValue(std::int32_t index) override {
+    return results_[static_cast<std::size_t>(index)];
+  }
+  void MarkResult(std::int32_t index, std::int32_t value) override {
+    call_.MarkResult(index, value);
+  }
+  void* Service(std::int32_t number) override { return call_.Service(number); }
+
+ private:
+  CallContext& call_;
+  std::vector<CNuvObject*> constants_;
+  std::vector<CNuvObject*> inputs_;
+  std::vector<CNuvObject*> results_;
+};
+
+CNuvObject AnyConstant(Bytes& bytes, const ConstantRecord& constant) {
+  if (constant.type == NUV_PARAM_BOOLEAN) return AnyValue(bytes, NUV_OBJ_BOOL);
+  const auto* node = constant.choices.First();
+  if (node == nullptr || bytes.Next() % 8 == 0) return AnyValue(bytes, NUV_OBJ_DOUBLE);
+  for (std::size_t steps = bytes.Below(8); steps > 0; --steps) {
+    if (const auto* next = CChoiceMap::Next(node)) node = next;
+  }
+  CNuvObject value;
+  value = node->key;
+  return value;
+}
+
+/// Fills a call's values; mostly of the types that are declared.
+void FillCall(Bytes& bytes, const DescriptorRecord& descriptor, CallContext& call) {
+  const std::uint8_t how = bytes.Next();
+  for (std::size_t i = 0; i < call.constants.size(); ++i) {
+    call.constants[i] = AnyConstant(bytes, descriptor.constants[i]);
+  }
+  const std::size_t declared = call.inputs.size();
+  if (descriptor.repeatable != 0 && declared > 0) {
+    call.inputs.resize(declared + bytes.Below(12));
+    call.input_count = static_cast<std::int32_t>(call.inputs.size());
+    if (how % 16 == 1) call.input_count = static_cast<std::int32_t>(bytes.Below(declared + 1));
+  }
+  for (std::size_t i = 0; i < call.inputs.size(); ++i) {
+    const std::uint32_t type = descriptor.inputs[std::min(i, declared - 1)].type;
+    const bool any = how % 8 == 2 && bytes.Flag();
+    call.inputs[i] = AnyValue(bytes, any ? AnyType(bytes) : nuvhost::ValueType(type));
+  }
+  if (how % 8 == 3) call.has_services = false;
+  if (how % 8 != 4) return;
+  for (CNuvObject& result : call.results) result = AnyValue(bytes, AnyType(bytes));
+}
+
+/// A pair of a result and an input that are declared of one type, or none.
+std::optional<Wire> AnyWire(Bytes& bytes, const DescriptorRecord& descriptor,
+                            const CallContext& call) {
+  if (call.results.empty() || call.inputs.empty()) return std::nullopt;
+  const Wire wire{bytes.Below(call.results.size()), bytes.Below(call.inputs.size())};
+  const std::size_t declared = std::min(wire.input, descriptor.inputs.Size() - 1);
+  const std::uint32_t type = descriptor.results[wire.result].type;
+  const bool fits = descriptor.inputs[declared].type == type &&
+                    call.inputs[wire.input].GetType() == nuvhost::ValueType(type);
+  return fits ? std::optional(wire) : std::nullopt;
+}
+
+std::vector<std::string> AllBits(const std::vector<CNuvObject>& values) {
+  std::vector<std::string> bits;
+  for (const CNuvObject& value : values) bits.push_back(Bits(value));
+  return bits;
+}
+
+void Copy(const CallContext& from, CallContext& to) {
+  to.constants = from.constants;
+  to.inputs = from.inputs;
+  to.results = from.results;
+  to.input_count = from.input_count;
+  to.has_services = from.has_services;
+}
+
+/// What a call gave, to be compared.
+struct Answer {
+  std::int32_t status = 0;
+  std::vector<std::string> results;
+  std::vector<std::array<std::int32_t, 2>> marks;
+  std::string told;
+
+  bool operator==(const Answer&) const = default;
+};
+
+Answer AnswerOf(std::int32_t status, CallContext& call, Services& services) {
+  Answer answer{status, AllBits(call.results), {}, {}};
+  for (const CallContext::Mark& mark : call.marks) {
+    answer.marks.push_back({mark.result, mark.value});
+  }
+  const nuvhost::Record record = services.Take();
+  for (const nuvhost::Message& message : record.messages) {
+    answer.told += std::to_string(message.severity) + message.source + '|' + message.text + '\n';
+  }
+  for (const nuvhost::Annotation& drawn : record.annotations) {
+    answer.told += drawn.label.value_or("") + std::to_string(drawn.color) + '\n';
+  }
+  return answer;
+}
+
+/// One instruction's promises, each with its name in front of what is wrong.
+class Judge {
+ public:
+  Judge(const CatalogueEntry& instruction, Services& services)
+      : instruction_(instruction),
+        descriptor_(*instruction.descriptor),
+        services_(services),
+        outer_world_(nuvhost::TouchesOuterWorld(descriptor_.category)) {}
+
+  void Call(Bytes bytes) {
+    CallContext call(descriptor_, services_);
+    FillCall(bytes, descriptor_, call);
+    const bool typed = HasDeclaredTypes(call);
+    const std::optional<Wire> wire = AnyWire(bytes, descriptor_, call);
+    if (outer_world_) {
+      EnterSandbox();
+      if (!Confine(descriptor_, call)) return;
+    }
+    CallContext again(descriptor_, services_);
+    Copy(call, again);
+    const std::vector<std::string> before = AllBits(call.results);
+    const Answer answer = Execute(call);
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      const bool declared =
+          call.results[i].GetType() == nuvhost::ValueType(descriptor_.results[i].type);
+      Hold(declared || !typed || answer.results[i] == before[i], "a result of another type");
+    }
+    if (outer_world_) return;
+    if (wire) {
+      CallContext wired(descriptor_, services_);
+      Copy(again, wired);
+      again.results[wire->result] = again.inputs[wire->input];  // what is not written stays
+      const Answer apart = Execute(again);
+      const Answer w = ExecuteWired(wired, *wire);
+      if (!(apart == w)) {
+        std::fprintf(stderr, "st %d %d in %zu res %zu types:", apart.status, w.status, wire->input,
+                     wire->result);
+        for (auto& i : again.inputs)
+          std::fprintf(stderr, " %d(%zu)", (int)i.GetType(), Bits(i).size());
+        for (size_t i = 0; i < w.results.size(); ++i)
+          std::fprintf(stderr, " r %zu %zu %d %d", apart.results[i].size(), w.results[i].size(),
+                       apart.results[i] == w.results[i], (int)again.results[i].GetType());
+        std::fprintf(stderr, "\n%s|%s\n", apart.told.c_str(), w.told.c_str());
+        for (auto& i : again.inputs) std::fprintf(stderr, " %g", (double)i);
+      }
+      Hold(apart == w, "another answer where a result is an input");
+    } else {
+      Hold(Execute(again) == answer, "another answer to the same call");
+    }
+  }
+
+ private:
+  void Hold(bool holds, const char* what) const {
+    if (!holds) Require(false, std::string(descriptor_.identifier) + ": " + what);
+  }
+
+  bool HasDeclaredTypes(const CallContext& call) const {
+    for (std::size_t i = 0; i < call.inputs.size(); ++i) {
+      const std::size_t declared = std::min(i, descriptor_.inputs.Size() - 1);
+      const NUV_OBJ_TYPE type = nuvhost::ValueType(descriptor_.inputs[declared].type);
+      if (call.inputs[i].GetType() != type) return false;
+    }
+    return true;
+  }
+
+  Answer Execute(CallContext& call) const {
+    const std::vector<std::string> constants = AllBits(call.constants);
+    const std::vector<std::string> inputs = AllBits(call.inputs);
+    IXInstrPlugin* const object = instruction_.prototype->Create();
+    Hold(object != nullptr, "no object");
+    ++Calls()[instruction_.index];
+    const Answer answer = AnswerOf(call.Execute(*object), call, services_);
+    instruction_.prototype->Destroy(object);
+    HoldStatus(answer, call);
+    Hold(AllBits(call.constants) == constants, "a constant was changed");
+    Hold(AllBits(call.inputs) == inputs, "an input was changed");
+    return answer;
+  }
+
+  Answer ExecuteWired(CallContext& call, const Wire& wire) const {
+    const std::vector<std::string> inputs = AllBits(call.inputs);
+    WiredContext context(call, wire);
+    ++Calls()[instruction_.index];
+    const auto status = static_cast<std::int32_t>(instruction_.prototype->Execute(&context));
+    call.results[wire.result] = call.inputs[wire.input];
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+      Hold(i == wire.input || Bits(call.inputs[i]) == inputs[i], "a wire changed another input");
+    }
+    return AnswerOf(status, call, services_);
+  }
+
+  void HoldStatus(const Answer& answer, const CallContext& call) const {
+    Hold(answer.status == 0 || answer.status == 3, "a status that is neither 0 nor 3");
+    for (const auto& [result, value] : answer.marks) {
+      Hold(result >= 0 && static_cast<std::size_t>(result) < call.results.size() && value >= 0,
+           "a mark of no result");
+    }
+  }
+
+  const CatalogueEntry& instruction_;
+  const DescriptorRecord& descriptor_;
+  Services& services_;
+  bool outer_world_;
+};
+
+}  // namespace
+
+void CallInstructions(Bytes bytes) {
+  CNuvSetting::Inst().SetVectorLimit(1 << 16);
+  Services services;
+  for (const CatalogueEntry& entry : Instructions().Entries()) Judge(entry, services).Call(bytes);
+}
+
+void WriteCalls(const char* path) {
+  std::FILE* const file = std::fopen(path, "w");
+  Require(file != nullptr, "cannot write the calls");
+  for (const CatalogueEntry& entry : Instructions().Entries()) {
+    std::fprintf(file, "%llu %s\n", static_cast<unsigned long long>(Calls()[entry.index]),
+                 entry.descriptor->identifier);
+  }
+  std::fclose(file);
+}
+
+}  // namespace fuzz

@@ -1,0 +1,217 @@
+// Every instruction on eight threads at once, over the same objects: the same input values, the
+// same prototype, one named data store, one log, one environment. What answers otherwise than alone
+// fails; the thread sanitizer sees the rest.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <barrier>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "host/log.h"
+#include "nuvhost/library/catalogue.h"
+#include "nuvhost/library/categories.h"
+#include "reference_host/services/call_context.h"
+#include "tests/fuzz/sandbox.h"
+#include "tests/fuzz/values.h"
+#include "tests/instr/random_rounds.h"
+
+namespace {
+
+using nuvhost::CallContext;
+using nuvhost::CatalogueEntry;
+
+constexpr std::size_t kThreads = 8;
+
+/// Guarded, as a host's services must be that several threads share.
+class SharedStore final : public IXNamedDataStore {
+ public:
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  void* LookUp(const char* name) override {
+    const std::lock_guard lock(mutex_);
+    const auto found = pointers_.find(name);
+    return found == pointers_.end() ? nullptr : found->second.get();
+  }
+  void Store(const char* name, void* pointer) override {
+    const std::lock_guard lock(mutex_);
+    std::unique_ptr<void, void (*)(void*)> owned(pointer, std::free);
+    stored_ += pointers_.emplace(name, std::move(owned)).second ? 1 : 1000;
+  }
+  int Stored() const { return stored_; }
+
+ private:
+  std::mutex mutex_;
+  int stored_ = 0;
+  std::map<std::string, std::unique_ptr<void, void (*)(void*)>> pointers_;
+};
+
+/// The constants and inputs of a call that other threads read as well, and results of its own.
+class SharedContext final : public IXInstrContext {
+ public:
+  SharedContext(CallContext& shared, SharedStore& store) : store_(store) {
+    for (CNuvObject& one : shared.constants) constants_.push_back(&one);
+    for (CNuvObject& one : shared.inputs) inputs_.push_back(&one);
+    own_ = shared.results;
+    for (CNuvObject& one : own_) results_.push_back(&one);
+  }
+  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  CNuvObject** ConstantValues() override { return constants_.data(); }
+  CNuvObject** InputValues() override { return inputs_.data(); }
+  std::int32_t InputCount() override { return static_cast<std::int32_t>(inputs_.size()); }
+  CNuvObject** ResultValues() override { return results_.data(); }
+  CNuvObject* ConstantValue(std::int32_t index) override {
+    return constants_[static_cast<std::size_t>(index)];
+  }
+  CNuvObject* ResultValue(std::int32_t index) override {
+    return results_[static_cast<std::size_t>(index)];
+  }
+  void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
+  /// Messages and annotations are dropped.
+  void* Service(std::int32_t number) override {
+    return number == NUV_SERVICE_NAMED_DATA ? &store_ : nullptr;
+  }
+
+  std::string Answer(IXInstrPlugin& instruction) {
+    std::string answer = std::to_string(static_cast<int>(instruction.Execute(this)));
+    for (const CNuvObject& result : own_) answer += fuzz::Bits(result);
+    return answer;
+  }
+
+ private:
+  SharedStore& store_;
+  std::vector<CNuvObject> own_;
+  std::vector<CNuvObject*> constants_;
+  std::vector<CNuvObject*> inputs_;
+  std::vector<CNuvObject*> results_;
+};
+
+/// A call that all threads make, and its answer on one thread alone.
+struct SharedCall {
+  const CatalogueEntry* instruction;
+  std::unique_ptr<CallContext> values;
+  std::string answer;  ///< empty where it is the outer world's
+};
+
+std::vector<SharedCall> MakeCalls(const nuvhost::Catalogue& catalogue, nuvhost::Services& services,
+                                  SharedStore& store) {
+  std::vector<SharedCall> calls;
+  std::mt19937_64 random(7);
+  for (const CatalogueEntry& instruction : catalogue.Entries()) {
+    const DescriptorRecord& descriptor = *instruction.descriptor;
+    for (int round = RandomRounds(12); round > 0; --round) {
+      std::vector<std::uint8_t> any(200);
+      for (std::uint8_t& byte : any) byte = static_cast<std::uint8_t>(random());
+      fuzz::Bytes bytes(any);
+      auto values = std::make_unique<CallContext>(descriptor, services);
+      for (CNuvObject& input : values->inputs) input = fuzz::AnyValue(bytes, input.GetType());
+      SharedCall call{&instruction, std::move(values), ""};
+      if (!nuvhost::TouchesOuterWorld(descriptor.category)) {
+        call.answer = SharedContext(*call.values, store).Answer(*instruction.prototype);
+      } else if (!fuzz::Confine(descriptor, *call.values)) {
+        continue;
+      }
+      calls.push_back(std::move(call));
+    }
+  }
+  return calls;
+}
+
+/// All there is to read in a descriptor, as a host does that shows it.
+std::string Read(const DescriptorRecord& descriptor) {
+  std::string text = std::string(descriptor.name) + descriptor.category + descriptor.description;
+  for (const ParameterRecord& input : descriptor.inputs) {
+    text += input.name + fuzz::Bits(CNuvObject(input.default_value));
+  }
+  for (const ResultRecord& result : descriptor.results) text += result.name;
+  for (const ConstantRecord& constant : descriptor.constants) {
+    text += fuzz::Bits(CNuvObject(constant.default_value));
+    const auto* node = constant.choices.First();
+    for (; node != nullptr; node = CChoiceMap::Next(node)) text += node->label.c_str();
+  }
+  return text;
+}
+
+class Threads : public testing::Test {
+ protected:
+  Threads() {
+    CNuvLog::Instance().SetSink(
+        [](void* count, LEVEL, const char*) { ++*static_cast<std::atomic<int>*>(count); },
+        &logged_);
+    fuzz::EnterSandbox();
+    calls_ = MakeCalls(catalogue_, services_, store_);
+  }
+
+  /// Makes all calls on as many threads and checks the answers; `together` is called in front of
+  /// each instruction.
+  /// An object of IndexArray runs on one thread at a time.
+  template <class Together>
+  void MakeAllCalls(std::size_t threads, Together together) {
+    const CatalogueEntry* const index_array =
+        catalogue_.FindIdentifier("_Nuv_Array_CNArrMathIndexArray_");
+    ASSERT_NE(index_array, nullptr);
+    std::atomic<std::size_t> executed = 0;
+    const auto run = [&] {
+      const CatalogueEntry* instruction = nullptr;
+      for (const SharedCall& call : calls_) {
+        if (std::exchange(instruction, call.instruction) != call.instruction) together();
+        IXInstrPlugin& prototype = *call.instruction->prototype;
+        IXInstrPlugin* const own = prototype.Create();
+        SharedContext context(*call.values, store_);
+        const std::string answer =
+            context.Answer(call.instruction == index_array ? *own : prototype);
+        if (!call.answer.empty()) {
+          EXPECT_EQ(answer, call.answer) << "instruction " << call.instruction->index;
+        }
+        prototype.Destroy(own);
+        ++executed;
+      }
+    };
+    std::vector<std::jthread> running;
+    while (running.size() < threads) running.emplace_back(run);
+    running.clear();
+    EXPECT_EQ(executed, threads * calls_.size());
+  }
+
+  const nuvhost::Catalogue catalogue_{nuvhost::DefaultPluginPath()};
+  nuvhost::Services services_;
+  SharedStore store_;
+  std::atomic<int> logged_ = 0;
+  std::vector<SharedCall> calls_;
+};
+
+TEST_F(Threads, EveryInstructionAnswersOnEightAsOnOne) {
+  std::barrier all(static_cast<std::ptrdiff_t>(kThreads));
+  MakeAllCalls(kThreads, [&all] { all.arrive_and_wait(); });
+  EXPECT_GT(logged_, 0);
+  EXPECT_EQ(store_.Stored(), 1) << "one table of stopwatches";
+}
+
+TEST_F(Threads, DescriptorsAreReadWhileInstructionsRun) {
+  const std::jthread reading([this] {
+    for (int round = 0; round < 20; ++round) {
+      for (const CatalogueEntry& one : catalogue_.Entries()) {
+        EXPECT_FALSE(Read(*one.prototype->GetDescriptor()).empty());
+      }
+    }
+  });
+  MakeAllCalls(2, [] {});
+}
+
+TEST_F(Threads, DescriptorsAreBuiltAgainWhileInstructionsRun) {
+  const nuvhost::PluginLibrary library(nuvhost::DefaultPluginPath());
+  const std::jthread building([&library] {
+    for (int round = 0; round < 20; ++round) {
+      EXPECT_EQ(library.Get().InitPlugins(), library.Get().GetPluginCount());
+    }
+  });
+  MakeAllCalls(2, [] {});
+}
+
+}  // namespace
