@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <random>
 
 #include "host/setting.h"
 #include "nuvhost/checking/law.h"
@@ -12,6 +11,7 @@
 #include "nuvhost/system/console.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/system/progress.h"
+#include "nuvhost/system/temporary_folder.h"
 #include "nuvhost/text/text_table.h"
 #include "nuvhost/values/json_value.h"
 
@@ -26,29 +26,6 @@ constexpr std::size_t kShownComplaints = 5;
 
 /// What an array may hold while instructions are called with absurd counts.
 constexpr std::size_t kMaxElements = 1'000'000;
-
-/// A folder for the records, gone with its contents at the end.
-class RecordFolder {
- public:
-  RecordFolder() {
-    std::random_device random;
-    do {
-      path_ = std::filesystem::temp_directory_path() /
-              fmt::format("nuvhost-check-{}{}", random(), random());
-    } while (!std::filesystem::create_directory(path_));
-  }
-  RecordFolder(const RecordFolder&) = delete;
-  RecordFolder& operator=(const RecordFolder&) = delete;
-  ~RecordFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  std::filesystem::path File(const Law& law) const { return path_ / law.name; }
-
- private:
-  std::filesystem::path path_;
-};
 
 /// One line on a terminal that says what is being judged, and nothing elsewhere.
 class LawOnTrial {
@@ -65,8 +42,8 @@ class LawOnTrial {
 };
 
 Verdict JudgeInChild(const Law& law, const std::filesystem::path& library, int seconds,
-                     const RecordFolder& folder) {
-  const std::filesystem::path record = folder.File(law);
+                     const TemporaryFolder& folder) {
+  const std::filesystem::path record = folder.Path() / law.name;
   const ChildEnd end =
       RunChild(ProgramPath(),
                {"check", "--law", law.name, "--record", ToUtf8(record), "--", ToUtf8(library)},
@@ -128,7 +105,7 @@ int Check(const std::filesystem::path& library, int seconds, bool as_json) {
     throw UserError("no plug-in library at {}; name one: nuvhost check LIBRARY", ToUtf8(library));
   }
   const std::vector<const Law*> laws = check::AllLaws();
-  const RecordFolder folder;
+  const TemporaryFolder folder;
   const LawOnTrial progress;
   Json list = Json::array();
   std::size_t counts[3] = {};

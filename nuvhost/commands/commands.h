@@ -35,6 +35,12 @@ int CallOnce(const Catalogue& catalogue, const std::string& name,
 /// Answers JSON lines from standard input until it ends.
 int Exec(const Catalogue& catalogue);
 
+/// Tells what is different between two catalogues, each a library or a file that DescribeAll
+/// printed, and whether saved programs still work.
+int Diff(const std::string& before, const std::string& after, bool as_json);
+/// DescribeAll in a process of its own, of a library that may crash or hang.
+int DescribeForDiff(const std::string& library);
+
 /// Judges a plug-in library's conformance, each law in a process of its own that has so many
 /// seconds.
 int Check(const std::filesystem::path& library, int seconds, bool as_json);

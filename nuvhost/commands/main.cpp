@@ -36,6 +36,9 @@ struct Arguments {
   std::string library;
   std::string law;
   std::string record;
+  std::string before;
+  std::string after;
+  bool describe = false;
   int timeout = 60;
   bool all = false;
   bool json = false;
@@ -73,6 +76,7 @@ class CommandLine {
     AddReport();
     AddExec();
     AddCheck();
+    AddDiff();
     for (CLI::App* command : app_.get_subcommands(nullptr)) UnprotectWords(*command);
     UnprotectWords(app_);
   }
@@ -124,6 +128,8 @@ class CommandLine {
     written.Add({"--log", arguments_.log});
     written.CheckRead({"the plug-in library", arguments_.run.plugin});
     written.CheckRead({"the library", arguments_.library});
+    written.CheckRead({"the old catalogue", arguments_.before});
+    written.CheckRead({"the new catalogue", arguments_.after});
     if (!app_.got_subcommand("run") && !app_.got_subcommand("report")) UseLogFile(arguments_.log);
   }
 
@@ -280,6 +286,27 @@ class CommandLine {
     // How this program starts itself for one law.
     check->add_option("--law", arguments_.law)->group("");
     check->add_option("--record", arguments_.record)->group("");
+  }
+
+  void AddDiff() {
+    CLI::App* diff =
+        Add("diff", "Tell what is different between two libraries", [](const Arguments& a) {
+          return a.describe ? DescribeForDiff(a.before) : Diff(a.before, a.after, a.json);
+        });
+    diff->footer(
+        "Exit code: 0 where saved programs still work, 1 where a change breaks some, 2 for a "
+        "wrong\n"
+        "call or a file that is neither a library nor a catalogue.");
+    diff->add_option("old", arguments_.before,
+                     "a plug-in library, or a file that `describe --all --json` printed")
+        ->type_name("OLD")
+        ->required();
+    diff->add_option("new", arguments_.after, "the same of what took its place")
+        ->type_name("NEW")
+        ->required();
+    diff->add_flag("--json", arguments_.json, "as JSON");
+    // How this program starts itself for one library.
+    diff->add_flag("--describe", arguments_.describe)->group("");
   }
 
   CLI::App app_{"Reference host for plug-in libraries of instructions", "nuvhost"};
