@@ -13,8 +13,8 @@ std::vector<const Law*> AllLaws() {
 }
 
 void JudgeLaw(const Law& law, const std::filesystem::path& library,
-              const std::filesystem::path& record) {
-  Trial trial(library, record);
+              const std::filesystem::path& record, const FuzzPlan& plan) {
+  Trial trial(library, record, plan);
   try {
     law.judge(trial);
   } catch (const std::exception& error) {

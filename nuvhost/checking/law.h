@@ -27,6 +27,6 @@ std::vector<const Law*> AllLaws();
 
 /// Judges one law in this process, with the record in a file.
 void JudgeLaw(const Law& law, const std::filesystem::path& library,
-              const std::filesystem::path& record);
+              const std::filesystem::path& record, const FuzzPlan& plan = {});
 
 }  // namespace nuvhost::check

@@ -6,6 +6,7 @@
 #include <exception>
 #include <string_view>
 
+#include "nuvhost/checking/call_judgement.h"
 #include "nuvhost/checking/facts.h"
 #include "nuvhost/checking/hostile.h"
 #include "nuvhost/checking/law.h"
@@ -15,10 +16,6 @@
 
 namespace nuvhost::check {
 namespace {
-
-bool IsCallable(const CatalogueEntry& instruction) {
-  return !TouchesOuterWorld(TextOrEmpty(instruction.descriptor->category));
-}
 
 /// "IO: System and IO: Keyboard".
 std::string CategoriesNotCalled() {
@@ -113,7 +110,12 @@ std::string Execute(CallContext& context, IXInstrPlugin& object, std::int32_t& s
   }
 }
 
-/// What was wrong with one call; "" for nothing.
+}  // namespace
+
+bool IsCallable(const CatalogueEntry& instruction) {
+  return !TouchesOuterWorld(TextOrEmpty(instruction.descriptor->category));
+}
+
 std::string CallComplaint(IXInstrPlugin& object, const DescriptorRecord& descriptor,
                           const Case& call, Services& services) {
   CallContext context(descriptor, services);
@@ -134,23 +136,7 @@ std::string CallComplaint(IXInstrPlugin& object, const DescriptorRecord& descrip
   return complaint;
 }
 
-/// A working object as hosts make them; the prototype itself where there is none to be had.
-class WorkingObject {
- public:
-  explicit WorkingObject(IXInstrPlugin& prototype)
-      : prototype_(prototype), created_(prototype.Create()) {}
-  WorkingObject(const WorkingObject&) = delete;
-  WorkingObject& operator=(const WorkingObject&) = delete;
-  ~WorkingObject() {
-    if (created_ != &prototype_) prototype_.Destroy(created_);
-  }
-
-  IXInstrPlugin& Get() const { return created_ == nullptr ? prototype_ : *created_; }
-
- private:
-  IXInstrPlugin& prototype_;
-  IXInstrPlugin* created_;
-};
+namespace {
 
 /// Calls an instruction in every way until it does something wrong.
 void JudgeInstruction(Trial& trial, const CatalogueEntry& instruction, const Cases& calls,

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <sstream>
+
 #include "nuvhost/values/json_value.h"
 
 namespace nuvhost::check {
@@ -18,11 +20,15 @@ Json ParseLine(const std::string& line) {
 
 }  // namespace
 
-Trial::Trial(std::filesystem::path library, const std::filesystem::path& record)
-    : library_(std::move(library)), record_(record, std::ios::binary) {}
+Trial::Trial(std::filesystem::path library, const std::filesystem::path& record, FuzzPlan plan)
+    : library_(std::move(library)), plan_(std::move(plan)), record_(record, std::ios::binary) {}
 
 void Trial::Complain(std::string_view complaint) {
   if (++complaints_ <= kMaxComplaints) Write("complaint", complaint);
+}
+
+void Trial::Reached(const FuzzPlace& place) {
+  Write("reached", fmt::format("{} {} {}", place.seed, place.calls, place.instruction));
 }
 
 void Trial::Finish() {
@@ -37,7 +43,6 @@ void Trial::Write(const char* what, std::string_view text) {
 Verdict ReadVerdict(const std::filesystem::path& record, const std::string& ending) {
   Verdict verdict;
   std::string step = "starting";
-  bool over = false;
   bool skipped = false;
   std::ifstream lines(record, std::ios::binary);
   for (std::string line; std::getline(lines, line);) {
@@ -48,13 +53,18 @@ Verdict ReadVerdict(const std::filesystem::path& record, const std::string& endi
       if (what == "cannot load") verdict.cannot_load = text;
       if (what == "skip" || what == "note") verdict.note = text;
       if (what == "skip") skipped = true;
+      if (what == "reached") {
+        std::istringstream numbers(text.get<std::string>());
+        numbers >> verdict.reached.seed >> verdict.reached.calls >> verdict.reached.instruction;
+      }
+      if (what == "left out") verdict.left_out.push_back(std::stoul(text.get<std::string>()));
       if (what == "over") {
-        over = true;
+        verdict.over = true;
         verdict.complaint_count = std::stoul(text.get<std::string>());
       }
     }
   }
-  if (!over) {
+  if (!verdict.over) {
     verdict.complaints.push_back(fmt::format("{} while {}", ending, step));
     verdict.complaint_count = verdict.complaints.size();
   } else if (verdict.complaint_count == 0) {

@@ -5,6 +5,8 @@
 // The verdict is what the file says; how the process ended says nothing that can be trusted.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -13,16 +15,36 @@
 
 namespace nuvhost::check {
 
+/// Which random calls to make. Call n of a seed is the first call of the seed + n.
+struct FuzzPlan {
+  std::uint64_t seed = 0;
+  std::uint64_t calls = 0;            ///< so many, each told of before it is made; 0 for as many as
+  std::chrono::milliseconds time{0};  ///< this long
+  std::vector<std::size_t> left_out = {};  ///< instructions by their positions
+};
+
+/// The seed of the next calls, how many are told of at once, and the instruction of a single one.
+struct FuzzPlace {
+  std::uint64_t seed = 0;
+  std::uint64_t calls = 0;
+  std::size_t instruction = 0;
+};
+
 /// The writing side. Texts are UTF-8.
 class Trial {
  public:
-  Trial(std::filesystem::path library, const std::filesystem::path& record);
+  Trial(std::filesystem::path library, const std::filesystem::path& record, FuzzPlan plan = {});
 
   const std::filesystem::path& Library() const { return library_; }
+  const FuzzPlan& Plan() const { return plan_; }
 
   /// What comes next, "building the descriptors": what to blame should the trial end here.
   void At(std::string_view step) { Write("at", step); }
   void Complain(std::string_view complaint);
+  /// How far random calls have come.
+  void Reached(const FuzzPlace& place);
+  /// An instruction, by its position, is called no more.
+  void LeaveOut(std::size_t instruction) { Write("left out", std::to_string(instruction)); }
   /// There is nothing to judge.
   void Skip(std::string_view reason) { Write("skip", reason); }
   /// What was left out of the judgement.
@@ -35,6 +57,7 @@ class Trial {
   void Write(const char* what, std::string_view text);
 
   std::filesystem::path library_;
+  FuzzPlan plan_;
   std::ofstream record_;
   std::size_t complaints_ = 0;
 };
@@ -45,8 +68,11 @@ struct Verdict {
   Outcome outcome = Outcome::kFailed;
   std::vector<std::string> complaints;  ///< the first ones
   std::size_t complaint_count = 0;
-  std::string note;         ///< why it was skipped, or what was left out
-  std::string cannot_load;  ///< why the file is no dynamic library; empty where it is one
+  std::string note;                   ///< why it was skipped, or what was left out
+  std::string cannot_load;            ///< why the file is no dynamic library; empty where it is one
+  bool over = false;                  ///< else it was cut short
+  FuzzPlace reached;                  ///< how far random calls came
+  std::vector<std::size_t> left_out;  ///< instructions that they left out from then on
 };
 
 /// Reads a trial's record. `ending` tells how a trial without an end was cut short: "crashed".

@@ -1,17 +1,26 @@
 // `nuvhost check`: every law in a process of its own, and what came of it.
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <random>
+#include <set>
+#include <sstream>
 
 #include "host/setting.h"
+#include "nuvhost/checking/fuzz.h"
 #include "nuvhost/checking/law.h"
 #include "nuvhost/commands/commands.h"
+#include "nuvhost/commands/junit.h"
+#include "nuvhost/commands/law_runs.h"
 #include "nuvhost/error.h"
 #include "nuvhost/system/child_process.h"
 #include "nuvhost/system/console.h"
+#include "nuvhost/system/output_file.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/system/progress.h"
+#include "nuvhost/text/names.h"
 #include "nuvhost/text/text_table.h"
 #include "nuvhost/values/json_value.h"
 
@@ -24,31 +33,11 @@ using check::Verdict;
 
 constexpr std::size_t kShownComplaints = 5;
 
+/// How long random calls are made unless told.
+constexpr int kFuzzSeconds = 60;
+
 /// What an array may hold while instructions are called with absurd counts.
 constexpr std::size_t kMaxElements = 1'000'000;
-
-/// A folder for the records, gone with its contents at the end.
-class RecordFolder {
- public:
-  RecordFolder() {
-    std::random_device random;
-    do {
-      path_ = std::filesystem::temp_directory_path() /
-              fmt::format("nuvhost-check-{}{}", random(), random());
-    } while (!std::filesystem::create_directory(path_));
-  }
-  RecordFolder(const RecordFolder&) = delete;
-  RecordFolder& operator=(const RecordFolder&) = delete;
-  ~RecordFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-
-  std::filesystem::path File(const Law& law) const { return path_ / law.name; }
-
- private:
-  std::filesystem::path path_;
-};
 
 /// One line on a terminal that says what is being judged, and nothing elsewhere.
 class LawOnTrial {
@@ -64,20 +53,6 @@ class LawOnTrial {
   bool on_ = ErrorsGoToTerminal();
 };
 
-Verdict JudgeInChild(const Law& law, const std::filesystem::path& library, int seconds,
-                     const RecordFolder& folder) {
-  const std::filesystem::path record = folder.File(law);
-  const ChildEnd end =
-      RunChild(ProgramPath(),
-               {"check", "--law", law.name, "--record", ToUtf8(record), "--", ToUtf8(library)},
-               std::chrono::seconds(seconds));
-  const std::string ending =
-      end.in_time ? "crashed" : fmt::format("no answer within {} s", seconds);
-  Verdict verdict = check::ReadVerdict(record, ending);
-  if (!verdict.cannot_load.empty()) throw UserError(verdict.cannot_load);
-  return verdict;
-}
-
 Verdict SkippedForWantOf(const Law& essential) {
   Verdict verdict;
   verdict.outcome = Outcome::kSkipped;
@@ -85,24 +60,15 @@ Verdict SkippedForWantOf(const Law& essential) {
   return verdict;
 }
 
-const char* Word(Outcome outcome) {
-  switch (outcome) {
-    case Outcome::kPassed: return "pass";
-    case Outcome::kFailed: return "FAIL";
-    case Outcome::kSkipped: break;
-  }
-  return "skip";
-}
-
 void Show(const Law& law, const Verdict& verdict) {
   const bool failed = verdict.outcome == Outcome::kFailed;
-  const std::string remark = failed                 ? std::string("  ") + law.demand
-                             : verdict.note.empty() ? ""
-                                                    : "  (" + verdict.note + ")";
+  std::string remark = failed ? std::string("  ") + law.demand : "";
+  if (!verdict.note.empty()) remark += "  (" + verdict.note + ")";
   Print(std::string(Word(verdict.outcome)) + "  " + Padded(law.group, 11) + "  " + law.name +
         remark + '\n');
   for (std::size_t i = 0; i < verdict.complaints.size() && i < kShownComplaints; ++i) {
-    Print("        " + verdict.complaints[i] + '\n');
+    std::istringstream lines(verdict.complaints[i]);
+    for (std::string line; std::getline(lines, line);) Print("        " + line + '\n');
   }
   if (verdict.complaint_count > kShownComplaints) {
     Print(fmt::format("        and {} more\n", verdict.complaint_count - kShownComplaints));
@@ -110,63 +76,157 @@ void Show(const Law& law, const Verdict& verdict) {
   FlushOutput();
 }
 
-Json VerdictToJson(const Law& law, const Verdict& verdict) {
-  return {{"law", law.name},
-          {"group", law.group},
-          {"demand", law.demand},
+Json VerdictToJson(const JudgedLaw& judged) {
+  const auto& [law, verdict, time] = judged;
+  return {{"law", law->name},
+          {"group", law->group},
+          {"demand", law->demand},
           {"verdict", Word(verdict.outcome)},
           {"note", verdict.note},
           {"complaintCount", verdict.complaint_count},
           {"complaints", verdict.complaints}};
 }
 
+/// The laws of a level, in the order in which they are judged.
+std::vector<const Law*> LawsOf(const std::string& level) {
+  std::vector<const Law*> laws = check::AllLaws();
+  if (level == "quick") {
+    std::erase_if(laws, [](const Law* law) {
+      return law->group != std::string_view("interface") &&
+             law->group != std::string_view("descriptors");
+    });
+  }
+  if (level == "stress") laws.push_back(&check::kFuzzLaw);
+  return laws;
+}
+
+const Law* Find(const std::vector<const Law*>& laws, const std::string& name) {
+  const auto found = std::ranges::find(laws, name, &Law::name);
+  return found == laws.end() ? nullptr : *found;
+}
+
+/// The laws that are wanted, of those of the level.
+std::set<const Law*> Wanted(const CheckOptions& options, const std::vector<const Law*>& laws) {
+  std::set<const Law*> wanted;
+  for (const std::string& name : options.only) {
+    if (const Law* law = Find(laws, name)) {
+      wanted.insert(law);
+      continue;
+    }
+    const char* level = Find(LawsOf("full"), name) != nullptr ? "full" : "stress";
+    if (Find(LawsOf(level), name) != nullptr) {
+      throw UserError("law \"{}\" is not judged at --level {}; add --level {}", name, options.level,
+                      level);
+    }
+    std::vector<std::string_view> known;
+    for (const Law* law : LawsOf("stress")) known.emplace_back(law->name);
+    throw UserError("no law \"{}\"{}", name, DidYouMean(name, known));
+  }
+  if (options.only.empty()) wanted.insert(laws.begin(), laws.end());
+  return wanted;
+}
+
+/// What random calls there are to be: by time, or one where there is none.
+check::FuzzPlan PlanOf(const CheckOptions& options) {
+  check::FuzzPlan plan;
+  plan.seed = options.seed ? *options.seed : std::random_device()();
+  plan.time = std::chrono::seconds(options.seconds.value_or(kFuzzSeconds));
+  if (options.seconds == 0) plan.calls = 1;
+  return plan;
+}
+
+/// Judges the laws that are wanted and the essential ones before them, which are told where they
+/// fail.
+std::vector<JudgedLaw> Judge(const CheckOptions& options, bool tell) {
+  const std::vector<const Law*> laws = LawsOf(options.level);
+  const std::set<const Law*> wanted = Wanted(options, laws);
+  const LawRuns runs(options.library, options.timeout);
+  const LawOnTrial progress;
+  std::vector<JudgedLaw> judged;
+  const Law* unmet = nullptr;
+  std::size_t left = wanted.size();
+  for (std::size_t i = 0; i < laws.size() && left > 0; ++i) {
+    const Law& law = *laws[i];
+    const bool is_wanted = wanted.contains(&law);
+    if (is_wanted) --left;
+    if (!is_wanted && (!law.essential || unmet != nullptr)) continue;
+    progress.Show(i + 1, laws.size(), law);
+    const auto begin = std::chrono::steady_clock::now();
+    const Verdict verdict = unmet != nullptr           ? SkippedForWantOf(*unmet)
+                            : &law == &check::kFuzzLaw ? runs.JudgeFuzz(PlanOf(options))
+                                                       : runs.Judge(law);
+    progress.Wipe();
+    if (law.essential && verdict.outcome == Outcome::kFailed) unmet = &law;
+    if (!is_wanted && unmet != &law) continue;
+    judged.push_back({&law, verdict, std::chrono::steady_clock::now() - begin});
+    if (tell) Show(law, verdict);
+  }
+  return judged;
+}
+
+void CheckOptionsFit(const CheckOptions& options) {
+  std::error_code ignored;
+  if (!std::filesystem::is_regular_file(options.library, ignored)) {
+    throw UserError("no plug-in library at {}; name one: nuvhost check LIBRARY",
+                    ToUtf8(options.library));
+  }
+  if (options.level != "stress" && (options.seed || options.seconds)) {
+    throw UserError("--seed and --seconds are of random calls; add --level stress");
+  }
+  if (options.junit == kPrinted && options.as_json) {
+    throw UserError("--json and --junit both print; give --junit a file: --junit FILE.xml");
+  }
+  if (!options.junit.empty() && options.junit != kPrinted && !options.junit.ends_with(".xml")) {
+    throw UserError(
+        "--junit writes FILE.xml, not {}; a library stands before it: nuvhost check LIBRARY "
+        "--junit",
+        options.junit);
+  }
+}
+
 }  // namespace
 
-int Check(const std::filesystem::path& library, int seconds, bool as_json) {
-  std::error_code ignored;
-  if (!std::filesystem::is_regular_file(library, ignored)) {
-    throw UserError("no plug-in library at {}; name one: nuvhost check LIBRARY", ToUtf8(library));
-  }
-  const std::vector<const Law*> laws = check::AllLaws();
-  const RecordFolder folder;
-  const LawOnTrial progress;
-  Json list = Json::array();
+int Check(const CheckOptions& options) {
+  CheckOptionsFit(options);
+  std::optional<OutputFile> junit;
+  const bool prints_junit = options.junit == kPrinted;
+  if (!options.junit.empty() && !prints_junit) junit.emplace(options.junit, "JUnit XML");
+  const bool tells = !options.as_json && !prints_junit;
+  const std::vector<JudgedLaw> judged = Judge(options, tells);
   std::size_t counts[3] = {};
-  const Law* unmet = nullptr;
-  for (const Law* law : laws) {
-    progress.Show(list.size() + 1, laws.size(), *law);
-    const Verdict verdict =
-        unmet != nullptr ? SkippedForWantOf(*unmet) : JudgeInChild(*law, library, seconds, folder);
-    progress.Wipe();
-    if (law->essential && verdict.outcome == Outcome::kFailed) unmet = law;
-    ++counts[static_cast<std::size_t>(verdict.outcome)];
-    if (!as_json) Show(*law, verdict);
-    list.push_back(VerdictToJson(*law, verdict));
+  Json list = Json::array();
+  for (const JudgedLaw& one : judged) {
+    ++counts[static_cast<std::size_t>(one.verdict.outcome)];
+    list.push_back(VerdictToJson(one));
   }
   const auto [passed, failed, skipped] = counts;
-  if (as_json) {
-    const Json answer{{"library", ToUtf8(library)},
+  const std::string library = ToUtf8(options.library);
+  if (options.as_json) {
+    const Json answer{{"library", library},
                       {"laws", list},
                       {"passed", passed},
                       {"failed", failed},
                       {"skipped", skipped}};
     Print(answer.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
-  } else {
+  } else if (tells) {
     Print(fmt::format("{} passed, {} failed, {} skipped\n", passed, failed, skipped));
+  }
+  if (prints_junit) Print(JunitXml(library, judged));
+  if (junit) {
+    junit->Write(JunitXml(library, judged));
+    junit->Finish();
   }
   return failed == 0 ? kExitSuccess : kExitFailed;
 }
 
 int CheckLaw(const std::filesystem::path& library, const std::string& law,
-             const std::filesystem::path& record) {
+             const std::filesystem::path& record, const check::FuzzPlan& plan) {
   ExpectTheWorst();
   CNuvSetting::Inst().SetVectorLimit(kMaxElements);
-  for (const Law* known : check::AllLaws()) {
-    if (known->name != law) continue;
-    check::JudgeLaw(*known, library, record);
-    return kExitSuccess;
-  }
-  throw UserError("unknown law \"{}\"", law);
+  const Law* known = Find(LawsOf("stress"), law);
+  if (known == nullptr) throw UserError("unknown law \"{}\"", law);
+  check::JudgeLaw(*known, library, record, plan);
+  return kExitSuccess;
 }
 
 }  // namespace nuvhost

@@ -2,10 +2,13 @@
 // What it cannot do at all it throws as UserError.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "nuvhost/checking/trial.h"
 #include "nuvhost/library/catalogue.h"
 
 namespace nuvhost {
@@ -35,12 +38,32 @@ int CallOnce(const Catalogue& catalogue, const std::string& name,
 /// Answers JSON lines from standard input until it ends.
 int Exec(const Catalogue& catalogue);
 
-/// Judges a plug-in library's conformance, each law in a process of its own that has so many
-/// seconds.
-int Check(const std::filesystem::path& library, int seconds, bool as_json);
+/// Tells what is different between two catalogues, each a library or a file that DescribeAll
+/// printed, and whether saved programs still work.
+int Diff(const std::string& before, const std::string& after, bool as_json);
+/// DescribeAll in a process of its own, of a library that may crash or hang.
+int DescribeForDiff(const std::string& library);
+
+/// Printed in place of an output file.
+inline constexpr const char* kPrinted = "-";
+
+/// How a library is to be judged.
+struct CheckOptions {
+  std::filesystem::path library = {};
+  int timeout = 60;                        ///< seconds that each law may take
+  std::vector<std::string> only = {};      ///< laws by name; all of the level if empty
+  std::string level = "full";              ///< "quick", "full" or "stress"
+  std::optional<std::uint64_t> seed = {};  ///< of random calls
+  std::optional<int> seconds = {};         ///< how long they are made; 0 for one call
+  std::string junit = {};                  ///< a file for JUnit's XML, or kPrinted
+  bool as_json = false;
+};
+
+/// Judges a plug-in library's conformance, each law in a process of its own.
+int Check(const CheckOptions& options);
 /// What each of those processes does: it judges one law and records that in a file.
 int CheckLaw(const std::filesystem::path& library, const std::string& law,
-             const std::filesystem::path& record);
+             const std::filesystem::path& record, const check::FuzzPlan& plan);
 
 /// How a program is to be run.
 struct RunOptions {

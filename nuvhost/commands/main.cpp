@@ -41,7 +41,12 @@ struct Arguments {
   std::string library;
   std::string law;
   std::string record;
-  int timeout = 60;
+  std::string before;
+  std::string after;
+  bool describe = false;
+  CheckOptions check;
+  check::FuzzPlan plan;
+  int plan_time = 0;
   bool all = false;
   bool json = false;
 };
@@ -86,6 +91,7 @@ class CommandLine {
     AddReport();
     AddExec();
     AddCheck();
+    AddDiff();
     for (CLI::App* command : app_.get_subcommands(nullptr)) UnprotectWords(*command);
     UnprotectWords(app_);
   }
@@ -137,8 +143,11 @@ class CommandLine {
     arguments_.report.plugin = arguments_.run.plugin;
     WrittenFiles written;
     written.Add({"--log", arguments_.log});
+    if (arguments_.check.junit != kPrinted) written.Add({"--junit", arguments_.check.junit});
     written.CheckRead({"the plug-in library", arguments_.run.plugin});
     written.CheckRead({"the library", arguments_.library});
+    written.CheckRead({"the old catalogue", arguments_.before});
+    written.CheckRead({"the new catalogue", arguments_.after});
     if (!app_.got_subcommand("run") && !app_.got_subcommand("report")) UseLogFile(arguments_.log);
   }
 
@@ -282,19 +291,80 @@ class CommandLine {
   void AddCheck() {
     CLI::App* check = Add("check", "Judge a plug-in library's conformance", [](const Arguments& a) {
       const std::filesystem::path library = a.library.empty() ? Plugin(a) : PathFromUtf8(a.library);
-      return a.law.empty() ? Check(library, a.timeout, a.json)
-                           : CheckLaw(library, a.law, PathFromUtf8(a.record));
+      if (!a.law.empty()) return CheckLaw(library, a.law, PathFromUtf8(a.record), PlanOf(a));
+      CheckOptions options = a.check;
+      options.library = library;
+      options.as_json = a.json;
+      return Check(options);
     });
+    CheckOptions& options = arguments_.check;
     check->add_option("library", arguments_.library,
                       "the library (the one that came with this program unless given)");
-    check->add_option("--timeout", arguments_.timeout, "seconds that each law may take")
+    check
+        ->add_option("--level", options.level,
+                     "quick for the interface and the descriptors alone; full; stress for random "
+                     "calls as well")
+        ->check(CLI::IsMember({"quick", "full", "stress"}))
+        ->type_name("LEVEL")
+        ->capture_default_str();
+    check
+        ->add_option("--only", options.only,
+                     "one law alone, and those that it needs; may be repeated")
+        ->type_name("LAW")
+        ->expected(1)
+        ->take_all();
+    check->add_option("--seed", options.seed, "the first of the random calls, by its number")
+        ->type_name("N");
+    check
+        ->add_option("--seconds", options.seconds,
+                     "how long random calls are made, 60 s unless given; 0 for one call")
+        ->type_name("N")
+        ->check(CLI::Range(0, 1000000));
+    check->add_option("--timeout", options.timeout, "seconds that each law may take")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, 86400))
         ->capture_default_str();
     check->add_flag("--json", arguments_.json, "as JSON");
+    check
+        ->add_option("--junit", options.junit,
+                     "write JUnit's XML into FILE.xml; without it, print that")
+        ->type_name("[FILE.xml]")
+        ->expected(0, 1)
+        ->default_str(kPrinted);
     // How this program starts itself for one law.
     check->add_option("--law", arguments_.law)->group("");
     check->add_option("--record", arguments_.record)->group("");
+    check->add_option("--calls", arguments_.plan.calls)->group("");
+    check->add_option("--time", arguments_.plan_time)->group("");
+    check->add_option("--left-out", arguments_.plan.left_out)->delimiter(',')->group("");
+  }
+
+  static check::FuzzPlan PlanOf(const Arguments& arguments) {
+    check::FuzzPlan plan = arguments.plan;
+    plan.seed = arguments.check.seed.value_or(0);
+    plan.time = std::chrono::milliseconds(arguments.plan_time);
+    return plan;
+  }
+
+  void AddDiff() {
+    CLI::App* diff =
+        Add("diff", "Tell what is different between two libraries", [](const Arguments& a) {
+          return a.describe ? DescribeForDiff(a.before) : Diff(a.before, a.after, a.json);
+        });
+    diff->footer(
+        "Exit code: 0 where saved programs still work, 1 where a change breaks some, 2 for a "
+        "wrong\n"
+        "call or a file that is neither a library nor a catalogue.");
+    diff->add_option("old", arguments_.before,
+                     "a plug-in library, or a file that `describe --all --json` printed")
+        ->type_name("OLD")
+        ->required();
+    diff->add_option("new", arguments_.after, "the same of what took its place")
+        ->type_name("NEW")
+        ->required();
+    diff->add_flag("--json", arguments_.json, "as JSON");
+    // How this program starts itself for one library.
+    diff->add_flag("--describe", arguments_.describe)->group("");
   }
 
   CLI::App app_{"Reference host for plug-in libraries of instructions", "nuvhost"};

@@ -64,6 +64,14 @@ bool HasEnded(pid_t child, int options, int& status) {
   return ended == child;
 }
 
+/// Ends a child, whatever it does; how it ended.
+int Kill(pid_t child) {
+  int status = 0;
+  kill(child, SIGKILL);
+  HasEnded(child, 0, status);
+  return status;
+}
+
 }  // namespace
 
 ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::string>& words,
@@ -77,8 +85,7 @@ ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::s
   while (!HasEnded(child, WNOHANG, status)) {
     if (Clock::now() >= deadline) {
       in_time = false;
-      kill(child, SIGKILL);
-      HasEnded(child, 0, status);
+      status = Kill(child);
       break;
     }
     std::this_thread::sleep_for(pause);
@@ -133,9 +140,7 @@ Partner::Partner(const std::filesystem::path& program, const std::vector<std::st
 Partner::~Partner() {
   close(process_->input);
   close(process_->output);
-  kill(process_->child, SIGKILL);
-  int status = 0;
-  HasEnded(process_->child, 0, status);
+  Kill(process_->child);
 }
 
 void Partner::Send(std::string_view line) {

@@ -59,6 +59,40 @@ HANDLE MakeJob() {
   return job;
 }
 
+/// A started process, and the job that it is in.
+struct Started {
+  HANDLE process;
+  HANDLE job;
+};
+
+/// Starts a program with these as its standard input and output, and this process's standard error.
+Started Start(const std::filesystem::path& program, const std::vector<std::string>& words,
+              const Handle& input, const Handle& output) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = input.Get();
+  startup.hStdOutput = output.Get();
+  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
+  SetHandleInformation(startup.hStdError, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  PROCESS_INFORMATION started{};
+  std::wstring line = CommandLine(program, words);
+  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                      &startup, &started)) {
+    throw UserError("cannot start {}: error {}", ToUtf8(program), GetLastError());
+  }
+  CloseHandle(started.hThread);
+  const HANDLE job = MakeJob();
+  AssignProcessToJobObject(job, started.hProcess);
+  return {started.hProcess, job};
+}
+
+/// Ends a process, whatever it does.
+void Kill(HANDLE process) {
+  TerminateProcess(process, 1);
+  WaitForSingleObject(process, INFINITE);
+}
+
 LONG WINAPI EndQuietly(EXCEPTION_POINTERS* exception) {
   TerminateProcess(GetCurrentProcess(), exception->ExceptionRecord->ExceptionCode);
   return EXCEPTION_EXECUTE_HANDLER;
@@ -71,29 +105,12 @@ ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::s
   const Handle input(OpenForChild(L"NUL", GENERIC_READ, OPEN_EXISTING));
   const Handle written(output.empty() ? OpenForChild(L"NUL", GENERIC_WRITE, OPEN_EXISTING)
                                       : OpenForChild(output.c_str(), GENERIC_WRITE, CREATE_ALWAYS));
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdInput = input.Get();
-  startup.hStdOutput = written.Get();
-  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  SetHandleInformation(startup.hStdError, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-  PROCESS_INFORMATION started{};
-  std::wstring line = CommandLine(program, words);
-  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                      &startup, &started)) {
-    throw UserError("cannot start {}: error {}", ToUtf8(program), GetLastError());
-  }
-  const Handle process(started.hProcess);
-  const Handle thread(started.hThread);
-  const Handle job(MakeJob());
-  AssignProcessToJobObject(job.Get(), process.Get());
+  const Started started = Start(program, words, input, written);
+  const Handle process(started.process);
+  const Handle job(started.job);
   const bool in_time =
       WaitForSingleObject(process.Get(), static_cast<DWORD>(limit.count())) == WAIT_OBJECT_0;
-  if (!in_time) {
-    TerminateProcess(process.Get(), 1);
-    WaitForSingleObject(process.Get(), INFINITE);
-  }
+  if (!in_time) Kill(process.Get());
   DWORD code = 0;
   GetExitCodeProcess(process.Get(), &code);
   return {in_time, static_cast<int>(code)};
@@ -122,32 +139,21 @@ Partner::Partner(const std::filesystem::path& program, const std::vector<std::st
   const Handle output(written);
   SetHandleInformation(process_->input, HANDLE_FLAG_INHERIT, 0);
   SetHandleInformation(process_->output, HANDLE_FLAG_INHERIT, 0);
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdInput = input.Get();
-  startup.hStdOutput = output.Get();
-  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  SetHandleInformation(startup.hStdError, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-  PROCESS_INFORMATION started{};
-  std::wstring line = CommandLine(program, words);
-  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                      &startup, &started)) {
+  try {
+    const Started started = Start(program, words, input, output);
+    process_->process = started.process;
+    process_->job = started.job;
+  } catch (...) {
     CloseHandle(process_->input);
     CloseHandle(process_->output);
-    throw UserError("cannot start {}: error {}", ToUtf8(program), GetLastError());
+    throw;
   }
-  CloseHandle(started.hThread);
-  process_->process = started.hProcess;
-  process_->job = MakeJob();
-  AssignProcessToJobObject(process_->job, process_->process);
 }
 
 Partner::~Partner() {
   CloseHandle(process_->input);
   CloseHandle(process_->output);
-  TerminateProcess(process_->process, 1);
-  WaitForSingleObject(process_->process, INFINITE);
+  Kill(process_->process);
   CloseHandle(process_->process);
   CloseHandle(process_->job);
 }

@@ -138,6 +138,8 @@ struct Double final : Slots<Double> {
     if (Fault("exit") && std::isnan(number)) std::_Exit(0);
     for (volatile bool on = Fault("hang") && number == 1e300; on;) {
     }
+    if (Fault("crash between") && number > 10 && number < 20) Crash();
+    if (Fault("odd text") && std::isnan(number)) throw std::runtime_error("<&\"'\x01\xFF]]>");
     if (Fault("exception") && std::isinf(number)) throw std::runtime_error("number too large");
     if (Fault("odd exception") && std::isinf(number)) throw 7;
     if (Fault("status 7")) return static_cast<Status>(7);
@@ -202,6 +204,7 @@ struct Pick final : Slots<Pick> {
     if (Fault("constant changed") && static_cast<int>(offset) == 10) {
       *context.ConstantValues()[1] = 9;
     }
+    if (Fault("odd offset") && static_cast<int>(offset) % 10 > 6) return static_cast<Status>(7);
     if (Fault("array changed") && array.Size() == 1000) {
       static_cast<CNuvDoubleVector&>(*context.InputValues()[0])[999] = 0.5;
     }
