@@ -2,6 +2,10 @@
 
 namespace formula {
 
-const Kernels* const kKernels = __builtin_cpu_supports("avx2") ? &kAvx2Kernels : &kSse2Kernels;
+#if defined(__x86_64__)
+const Kernels* const kKernels = __builtin_cpu_supports("avx2") ? &kAvx2Kernels : &kBaseKernels;
+#else
+const Kernels* const kKernels = &kBaseKernels;
+#endif
 
 }  // namespace formula

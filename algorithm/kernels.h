@@ -1,8 +1,8 @@
 // Kernels: the inner loops of the number-array instructions, over plain pointers.
 //
-// There are two tables of the same functions, for the processor's SSE2 and for its AVX2 lanes.
-// Both give the bits of the plain formula on every element (of two NaN operands either may be the
-// result's payload).
+// There are two tables of the same functions, for the lanes of two numbers that every processor
+// has and for the four of AVX2. Both give the bits of the plain formula on every element (of two
+// NaN operands either may be the result's payload, and the sign of a new NaN is the processor's).
 #pragma once
 
 #include <cstddef>
@@ -69,8 +69,8 @@ struct Kernels {
 inline constexpr std::ptrdiff_t kSmoothPasses = 32;
 inline constexpr std::size_t kCorrelationPadding = 32;
 
-extern const Kernels kSse2Kernels;
-extern const Kernels kAvx2Kernels;
+extern const Kernels kBaseKernels;
+extern const Kernels kAvx2Kernels;  ///< on x86-64 alone
 
 /// The table for this processor, set while the library is loaded.
 extern const Kernels* const kKernels;

@@ -1,14 +1,30 @@
 #include "algorithm/text_search.h"
 
-#include <emmintrin.h>
-
 #include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
+#if defined(__aarch64__)
+#include <arm_neon.h>
+#endif
+
 namespace formula {
 namespace {
+
+using Characters [[gnu::vector_size(16)]] = signed char;
+
+/// Bit i: lane i, whose bits are all set or none, is set.
+std::uint32_t Bits(Characters lanes) {
+#if defined(__aarch64__)
+  constexpr uint8x16_t kPlaces{1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+  const uint8x16_t set = reinterpret_cast<uint8x16_t>(lanes) & kPlaces;
+  return vaddv_u8(vget_low_u8(set)) | std::uint32_t{vaddv_u8(vget_high_u8(set))} << 8;
+#else
+  using Chars [[gnu::vector_size(16)]] = char;
+  return static_cast<std::uint32_t>(__builtin_ia32_pmovmskb128(reinterpret_cast<Chars>(lanes)));
+#endif
+}
 
 constexpr std::size_t kBlock = 32;
 
@@ -16,8 +32,8 @@ constexpr std::size_t kBlock = 32;
 class Ends {
  public:
   explicit Ends(std::string_view what)
-      : first_(_mm_set1_epi8(what.front())),
-        last_(_mm_set1_epi8(what.back())),
+      : first_(static_cast<signed char>(what.front()) - Characters{}),
+        last_(static_cast<signed char>(what.back()) - Characters{}),
         distance_(what.size() - 1) {}
   /// Bit i: both fit at text[i].
   std::uint32_t Fitting(const char* text) const {
@@ -26,15 +42,15 @@ class Ends {
 
  private:
   std::uint32_t FittingHalf(const char* text) const {
-    const __m128i fits = _mm_and_si128(_mm_cmpeq_epi8(Load(text), first_),
-                                       _mm_cmpeq_epi8(Load(text + distance_), last_));
-    return static_cast<std::uint32_t>(_mm_movemask_epi8(fits));
+    return Bits((Load(text) == first_) & (Load(text + distance_) == last_));
   }
-  static __m128i Load(const char* from) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  static Characters Load(const char* from) {
+    Characters characters;
+    std::memcpy(&characters, from, sizeof characters);
+    return characters;
   }
-  __m128i first_;
-  __m128i last_;
+  Characters first_;
+  Characters last_;
   std::size_t distance_;
 };
 

@@ -256,8 +256,8 @@ const bool registered = [] {
       {1000, 50}, {2000, 200}, {4000, 500}};
   Register("CorrelateCircular/ours", CorrelateOurs, correlations);
   Register(
-      "CorrelateCircular/sse2",
-      [](benchmark::State& state) { CorrelateLanes(state, formula::kSse2Kernels); }, correlations);
+      "CorrelateCircular/base",
+      [](benchmark::State& state) { CorrelateLanes(state, formula::kBaseKernels); }, correlations);
   Register("CorrelateCircular/plain", CorrelatePlain, correlations);
 
   const std::initializer_list<std::vector<std::int64_t>> sorts = {{30},    {100},    {1000},

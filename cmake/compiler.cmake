@@ -12,12 +12,18 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG")
 
+set(processor_options)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
+  set(processor_options -fsigned-char)  # as on x86-64
+endif()
+
 add_library(formula_options INTERFACE)
 target_include_directories(formula_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_compile_options(formula_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion
   # The contract fixes results to the last bit: no fused multiply-add, on any processor.
   -ffp-contract=off
+  ${processor_options}
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
 if(FORMULA_WARNINGS_AS_ERRORS)
   target_compile_options(formula_options INTERFACE -Werror)

@@ -2,76 +2,87 @@
 // the lanes are added at the end: the same bits wherever it is computed.
 #pragma once
 
-#include <emmintrin.h>
-
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
+#include <cstring>
 
 namespace geometry {
 
+/// Two numbers, and two integers, as the compiler does them in lanes.
+using Numbers [[gnu::vector_size(16)]] = double;
+using Integers [[gnu::vector_size(16)]] = long long;
+
 struct Two {
-  __m128d lanes = _mm_setzero_pd();
+  Numbers lanes{};
 
   Two() = default;
-  Two(__m128d value) : lanes(value) {}
-  explicit Two(double both) : lanes(_mm_set1_pd(both)) {}
-  explicit Two(const double* first) : lanes(_mm_loadu_pd(first)) {}
-  Two(double low, double high) : lanes(_mm_set_pd(high, low)) {}
+  Two(Numbers value) : lanes(value) {}
+  explicit Two(double both) : lanes{both, both} {}
+  explicit Two(const double* first) { std::memcpy(&lanes, first, sizeof lanes); }
+  Two(double low, double high) : lanes{low, high} {}
 
-  friend Two operator+(Two a, Two b) { return _mm_add_pd(a.lanes, b.lanes); }
-  friend Two operator-(Two a, Two b) { return _mm_sub_pd(a.lanes, b.lanes); }
-  friend Two operator*(Two a, Two b) { return _mm_mul_pd(a.lanes, b.lanes); }
-  friend Two operator/(Two a, Two b) { return _mm_div_pd(a.lanes, b.lanes); }
+  friend Two operator+(Two a, Two b) { return a.lanes + b.lanes; }
+  friend Two operator-(Two a, Two b) { return a.lanes - b.lanes; }
+  friend Two operator*(Two a, Two b) { return a.lanes * b.lanes; }
+  friend Two operator/(Two a, Two b) { return a.lanes / b.lanes; }
   Two& operator+=(Two b) { return *this = *this + b; }
 };
 
 inline double Sqrt(double a) {
   return std::sqrt(a);
 }
+#if defined(__SSE2__)
 inline Two Sqrt(Two a) {
-  return _mm_sqrt_pd(a.lanes);
+  return __builtin_ia32_sqrtpd(a.lanes);
 }
 inline Two Largest(Two a, Two b) {
-  return _mm_max_pd(a.lanes, b.lanes);
+  return __builtin_ia32_maxpd(a.lanes, b.lanes);
 }
 inline Two Smallest(Two a, Two b) {
-  return _mm_min_pd(a.lanes, b.lanes);
+  return __builtin_ia32_minpd(a.lanes, b.lanes);
 }
+#else
+inline Two Sqrt(Two a) {
+  return {std::sqrt(a.lanes[0]), std::sqrt(a.lanes[1])};
+}
+// The second where they are equal or one is NaN, as everywhere.
+inline Two Largest(Two a, Two b) {
+  return a.lanes > b.lanes ? a.lanes : b.lanes;
+}
+inline Two Smallest(Two a, Two b) {
+  return a.lanes < b.lanes ? a.lanes : b.lanes;
+}
+#endif
 inline Two Absolute(Two a) {
-  return _mm_andnot_pd(_mm_set1_pd(-0.0), a.lanes);
+  return reinterpret_cast<Numbers>(reinterpret_cast<Integers>(a.lanes) & ~(1LL << 63));
 }
 /// All bits set, which is a NaN, in the lanes that are NaN; no bit in the others.
 inline Two IsNan(Two a) {
-  return _mm_cmpunord_pd(a.lanes, a.lanes);
+  return reinterpret_cast<Numbers>(a.lanes != a.lanes);
 }
 inline Two Either(Two a, Two b) {
-  return _mm_or_pd(a.lanes, b.lanes);
+  return reinterpret_cast<Numbers>(reinterpret_cast<Integers>(a.lanes) |
+                                   reinterpret_cast<Integers>(b.lanes));
 }
 
 /// How many of the values are below the limit.
 inline std::size_t CountBelow(const double* values, std::size_t count, double limit) {
-  const __m128d limits = _mm_set1_pd(limit);
-  __m128i below = _mm_setzero_si128();
+  Integers below{};
   std::size_t i = 0;
-  for (; i + 1 < count; i += 2) {
-    // A lane that compares true is -1 as an integer.
-    const __m128d less = _mm_cmplt_pd(_mm_loadu_pd(values + i), limits);
-    below = _mm_sub_epi64(below, _mm_castpd_si128(less));
-  }
-  const std::int64_t sum =
-      _mm_cvtsi128_si64(below) + _mm_cvtsi128_si64(_mm_unpackhi_epi64(below, below));
-  return static_cast<std::size_t>(sum) + (i < count && values[i] < limit ? 1 : 0);
+  // A lane that compares true is -1 as an integer.
+  for (; i + 1 < count; i += 2) below -= Two(values + i).lanes < limit;
+  const auto sum = static_cast<std::size_t>(below[0] + below[1]);
+  return sum + (i < count && values[i] < limit ? 1 : 0);
 }
 
 inline void Store(Two a, double* first) {
-  _mm_storeu_pd(first, a.lanes);
+  std::memcpy(first, &a.lanes, sizeof a.lanes);
 }
 inline double Low(Two a) {
-  return _mm_cvtsd_f64(a.lanes);
+  return a.lanes[0];
 }
 inline double High(Two a) {
-  return _mm_cvtsd_f64(_mm_unpackhi_pd(a.lanes, a.lanes));
+  return a.lanes[1];
 }
 inline double Sum(Two a) {
   return Low(a) + High(a);

@@ -18,7 +18,7 @@ import struct
 import subprocess
 import sys
 
-CATEGORIES = pathlib.Path(__file__).resolve().parents[2] / "nuvhost/library/categories.h"
+CATEGORIES = pathlib.Path(__file__).resolve().parents[1] / "nuvhost/library/categories.h"
 OUTER_WORLD = set(re.findall(r'{"([^"]+)", true}', CATEGORIES.read_text()))
 SPECIAL = ["NaN", "Infinity", "-Infinity", 0, -0.0, 1, -1, 0.5, 1.5, 2.5, -0.5, 1e-300, 1e300,
            5e-324, 2147483647, -2147483648, 2147483648, 4294967296, 2.220446049250313e-16]

@@ -4,6 +4,6 @@
 
 namespace formula {
 
-const Kernels kSse2Kernels = kBodies;
+const Kernels kBaseKernels = kBodies;
 
 }  // namespace formula
