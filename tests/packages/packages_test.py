@@ -11,7 +11,6 @@ import re
 import shutil
 import subprocess
 import sys
-import tarfile
 import tempfile
 import unittest
 import zipfile
@@ -53,9 +52,7 @@ class Packages(unittest.TestCase):
         return overlay
 
     def test_tar(self):
-        with tarfile.open(package("nuvformula-*-linux-x86_64.tar.gz")) as archive:
-            self.assertEqual({(item.uid, item.gid) for item in archive}, {(0, 0)})
-            archive.extractall(self.folder, filter="tar")
+        run("tar", "xzf", package("nuvformula-*-linux-x86_64.tar.gz"), "-C", self.folder)
         (unpacked,) = self.folder.iterdir()
         home = unpacked.rename(self.folder / "another name")
         overlay = self.use(lambda *words: run(home / "bin/nuvhost", *words, env={}, cwd="/"),
@@ -95,17 +92,19 @@ class Packages(unittest.TestCase):
                      self.folder / "usr/share/doc/nuvformula/examples", self.folder)
             return
 
+        as_root = [] if os.geteuid() == 0 else ["sudo"]
+
         def inside(*words):
             environment = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "HOME": "/root"}
-            return run("/usr/sbin/chroot", OPTIONS.bare, *words, env=environment)
+            return run(*as_root, "/usr/sbin/chroot", OPTIONS.bare, *words, env=environment)
 
         shutil.copy(deb, OPTIONS.bare / "tmp")
         inside("apt-get", "install", "--yes", f"/tmp/{deb.name}")
         self.use(lambda *words: inside("nuvhost", *words),
                  Path("/usr/share/doc/nuvformula/examples"), Path("/tmp"))
+        files = [path for path in inside("dpkg", "-L", "nuvformula").splitlines() if "uv" in path]
         inside("apt-get", "purge", "--yes", "nuvformula")
-        left = [path for path in (OPTIONS.bare / "usr").rglob("*[Nn]uv*")]
-        self.assertEqual(left, [])
+        self.assertEqual([path for path in files if (OPTIONS.bare / path[1:]).exists()], [])
 
 
 if __name__ == "__main__":
