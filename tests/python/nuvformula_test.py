@@ -125,7 +125,8 @@ class Values(WithHost):
 
     def test_texts_are_their_bytes(self):
         every = bytes(range(1, 256))
-        for text in ("größer als 5 µm", "€\U0001d11e", every, every.decode("utf-8", "surrogateescape")):
+        for text in ("größer als 5 µm", "€\U0001d11e", every,
+                     every.decode("utf-8", "surrogateescape")):
             wanted = text if isinstance(text, bytes) else text.encode("utf-8", "surrogateescape")
             self.assertEqual(self.f.LenStr(text), len(wanted))
             copy = self.f.SetString(text)
@@ -267,6 +268,9 @@ class Outcomes(WithHost):
         self.fails(ValueError, "did you mean rim edge", self.f.run, program, {"rim egde": 1})
         steps = [{"name": "a", "instr": "Divide", "in": [1, 0]}]
         self.fails(FormulaError, 'step "a": Numeric: Divide', self.f.run, {"steps": steps})
+        with self.assertWarnsRegex(FormulaWarning, 'step "a": Correlate: Constant') as warned:
+            self.f.run({"steps": [{"name": "a", "instr": "Correlate", "in": [[5], [7]]}]})
+        self.assertEqual(warned.filename, __file__)
         self.fails(ValueError, 'no instruction "Dvide"', self.f.run,
                    {"steps": [dict(steps[0], instr="Dvide")]})
 
@@ -366,7 +370,7 @@ class Processes(unittest.TestCase):
             with nuvformula.Host(COMMAND) as f:
                 for number in range(1500):
                     try:
-                        signal.setitimer(signal.ITIMER_REAL, chance.uniform(5e-6, 4e-4))
+                        signal.setitimer(signal.ITIMER_REAL, chance.uniform(5e-6, 2e-4))
                         if number % 10 == 0:
                             f.Array_String.Size(texts)
                         f.Numeric.Add(number, 0.25)
