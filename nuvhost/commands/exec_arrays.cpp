@@ -16,7 +16,7 @@ namespace {
 static_assert(std::endian::native == std::endian::little);
 
 /// Below so many elements a list costs less than a file.
-constexpr std::size_t kFewest = 256;
+constexpr std::size_t kFewest = 64;
 
 // How an element lies in a file: as a few scalars, one behind the other.
 struct BooleanLayout {

@@ -12,7 +12,7 @@ import weakref
 
 from nuvformula.values import Block, from_bytes
 
-FEWEST_IN_FILE = 256  # elements; fewer cost less as JSON
+FEWEST_IN_FILE = 64  # elements; fewer cost less as JSON
 
 
 class HostError(RuntimeError):
@@ -230,7 +230,7 @@ class Process:
         self._child.stdin.close()
         self._child.stdout.close()
         try:
-            self._child.wait(2)
+            self._child.wait(20 if self._in_step else 1)  # else a call may go on for long
         except subprocess.TimeoutExpired:
             self._child.kill()
             self._child.wait()

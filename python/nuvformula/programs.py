@@ -102,7 +102,7 @@ def run(host, program, data):
     for step in told["steps"]:
         where = f"step \"{step['name']}\": "
         instruction = host._instructions[step["instr"]]
-        host._tell(instruction, outcome.steps[step["name"]], step["state"] == "failed", 5, where)
+        host._tell(instruction, outcome.steps[step["name"]], step["state"] == "failed", 4, where)
     if told["status"] == "failed":  # in an expression
         raise FormulaError(str(name), "\n".join(told["errors"]))
     return outcome

@@ -49,7 +49,8 @@ class Result:
         if not isinstance(key, str):
             return self._values[key]
         if key not in self._names:
-            raise UnknownNameError(f"no result {key!r}; there are {', '.join(map(repr, self._names))}")
+            known = ", ".join(map(repr, self._names))
+            raise UnknownNameError(f"no result {key!r}; there are {known}")
         return self._values[self._names.index(key)]
 
     def __getattr__(self, name):

@@ -4,7 +4,10 @@
 
 #include <cmath>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <random>
+#include <tuple>
 
 #include "host/setting.h"
 #include "nuvhost/error.h"
@@ -53,6 +56,14 @@ TEST(ExecSession, RefusesWhatItCannotCarryOutAndGoesOn) {
       {R"({"set":{"angleUnit":"grad"}})", "\"radians\" or \"degrees\""},
       {R"({"set":{"defaultColor":-1}})", "0 to 4294967295"},
       {R"({"set":{},"in":[]})", "unknown member \"in\""},
+      {R"({"instr":"MeanArr","in":[{}]})", "in[0]: expected a list, or {\"file\""},
+      {R"({"instr":"MeanArr","in":[{"file":"none.bin","count":0}]})", "cannot read the file"},
+      {R"({"instr":"MeanArr","in":[{"file":"/dev/zero","count":1}]})", "cannot read the file"},
+      {R"({"instr":"MeanArr","in":[{"file":"x","count":-1}]})", "\"count\": expected a whole"},
+      {R"({"instr":"Divide","outFile":"none.bin"})", "it must be a file that is there"},
+      {R"({"instr":"Divide","outFile":1})", "expected a file's name, found the number 1"},
+      {R"({"draw":[{"op":"circle"}]})", "draw[0]: no annotation of an answer"},
+      {R"({"draw":[],"image":"none.png"})", "\"image\": cannot take \"none.png\""},
   };
   nuvhost::ExecSession session(BuiltCatalogue());
   const std::string whole = R"({"instr":"Divide"})";
@@ -76,6 +87,35 @@ TEST(ExecSession, RefusesWhatItCannotCarryOutAndGoesOn) {
               R"({"status":0,"out":[0.5]})")
         << name;
   }
+}
+
+TEST(ExecSession, ReadsNoArrayBeyondItsFile) {
+  nuvhost::ExecSession session(BuiltCatalogue());
+  const std::filesystem::path path = std::filesystem::temp_directory_path() / "exec_arrays.bin";
+  const double numbers[] = {1, 2, 4};
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(numbers), 24);
+  const auto answer = [&](const char* instruction, const char* offset, const char* count) {
+    Json request{{"instr", instruction}};
+    request["in"] = {{{"file", path.generic_string()},
+                      {"offset", Json::parse(offset)},
+                      {"count", Json::parse(count)}}};
+    return Json::parse(session.Answer(request.dump()));
+  };
+  EXPECT_EQ(answer("MaxArr", "0", "3")["out"][0], 4);
+  EXPECT_EQ(answer("MaxArr", "0", "2")["out"][0], 2);
+  EXPECT_EQ(answer("_Nuv_System_CPArrSize_", "8", "1")["out"][0], 1);
+  EXPECT_EQ(answer("_Nuv_System_CBArrSize_", "0", "24")["out"][0], 24);
+  for (const auto& [instruction, offset, count] : {std::tuple("MaxArr", "0", "4"),
+                                                   {"MaxArr", "1", "3"},
+                                                   {"MaxArr", "25", "0"},
+                                                   {"MaxArr", "18446744073709551615", "1"},
+                                                   {"MaxArr", "0", "18446744073709551615"},
+                                                   {"MaxArr", "0", "2305843009213693952"},
+                                                   {"_Nuv_System_CPArrSize_", "8", "2"},
+                                                   {"_Nuv_System_CBArrSize_", "0", "25"}}) {
+    EXPECT_TRUE(answer(instruction, offset, count).contains("error")) << offset << ' ' << count;
+  }
+  std::filesystem::remove(path);
 }
 
 TEST(ExecSession, ABrokenSettingChangesNothing) {
