@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
+#include <new>
 
 #include "host/setting.h"
 #include "nuvhost/error.h"
+#include "nuvhost/system/input_file.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/values/answer.h"
 
@@ -111,7 +113,10 @@ Json ApplySettings(const Json& settings) {
 
 std::string ExecSession::Answer(std::string_view line) {
   try {
+    if (line.size() > kLongestLine) throw ValueError("a line longer than {} bytes", kLongestLine);
     return Dump(Respond(ParseJson(line)));
+  } catch (const std::bad_alloc&) {
+    return R"({"error":"memory has run out"})";
   } catch (const std::exception& error) {
     const Json answer{{"error", error.what()}};
     return answer.dump(-1, ' ', false, Json::error_handler_t::replace);
