@@ -1,5 +1,6 @@
 #include "plugin/call.h"
 
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -12,6 +13,21 @@ namespace {
 template <class Vector>
 void Empty(CNuvObject& result) {
   if (result.GetType() == Vector::kType) static_cast<Vector&>(result).Resize(0);
+}
+
+void EmptyArrays(IXInstrContext& context, const Definition& definition) {
+  CNuvObject** result = context.ResultValues();
+  for (const Parameter& declared : definition.results) {
+    switch (declared.type) {
+      case NUV_PARAM_BOOLEAN_ARRAY: Empty<CNuvBoolVector>(**result); break;
+      case NUV_PARAM_NUMBER_ARRAY: Empty<CNuvDoubleVector>(**result); break;
+      case NUV_PARAM_STRING_ARRAY: Empty<CNuvStringVector>(**result); break;
+      case NUV_PARAM_POINT_ARRAY: Empty<CNuvPointVector>(**result); break;
+      case NUV_PARAM_LINE_ARRAY: Empty<CNuvLineVector>(**result); break;
+      default: break;
+    }
+    ++result;
+  }
 }
 
 }  // namespace
@@ -46,19 +62,15 @@ void Call::WriteKept() {
   }
 }
 
-void EmptyArrays(IXInstrContext& context, const Definition& definition) noexcept {
-  CNuvObject** result = context.ResultValues();
-  for (const Parameter& declared : definition.results) {
-    switch (declared.type) {
-      case NUV_PARAM_BOOLEAN_ARRAY: Empty<CNuvBoolVector>(**result); break;
-      case NUV_PARAM_NUMBER_ARRAY: Empty<CNuvDoubleVector>(**result); break;
-      case NUV_PARAM_STRING_ARRAY: Empty<CNuvStringVector>(**result); break;
-      case NUV_PARAM_POINT_ARRAY: Empty<CNuvPointVector>(**result); break;
-      case NUV_PARAM_LINE_ARRAY: Empty<CNuvLineVector>(**result); break;
-      default: break;
-    }
-    ++result;
+Status FailAfterException(IXInstrContext& context, const Definition& definition) noexcept {
+  try {
+    throw;
+  } catch (const std::bad_alloc&) {
+    EmptyArrays(context, definition);
+  } catch (...) {
+    // Nothing was written: what an array can refuse is asked of it first.
   }
+  return Status::kFailure;
 }
 
 Status Call::Fail(const char* source, const char* text) {

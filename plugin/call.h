@@ -144,7 +144,8 @@ class Call {
   Kept kept_[kMostResults];     // those whose bits are set
 };
 
-/// Empties the array results of a call that ran out of memory before they were written.
-void EmptyArrays(IXInstrContext& context, const Definition& definition) noexcept;
+/// Gives failure for the exception that is being handled. Where it is that memory ran out, the
+/// array results are emptied, which may have been written in part.
+Status FailAfterException(IXInstrContext& context, const Definition& definition) noexcept;
 
 }  // namespace formula

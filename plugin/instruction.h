@@ -29,8 +29,9 @@ constexpr bool HasTextResult(const Definition& definition) {
 
 /// Reads the inputs of a call and hands them to the instruction's Run, whose parameters they are.
 template <class I, class... Parameters, std::size_t... index>
-Status RunInstruction(IXInstrContext& context, Status (* /*run*/)(Call&, Parameters...),
-                      std::index_sequence<index...> /*indices*/) {
+[[gnu::always_inline]] inline Status RunInstruction(IXInstrContext& context,
+                                                    Status (* /*run*/)(Call&, Parameters...),
+                                                    std::index_sequence<index...> /*indices*/) {
   constexpr const Definition& kDefinition = I::kDefinition;
   static_assert(sizeof...(Parameters) == kDefinition.inputs.size(),
                 "Run takes the call and one parameter for each input of kDefinition");
@@ -51,7 +52,8 @@ Status RunInstruction(IXInstrContext& context, Status (* /*run*/)(Call&, Paramet
 }
 
 template <class I, class... Parameters>
-Status RunInstruction(IXInstrContext& context, Status (*run)(Call&, Parameters...)) {
+[[gnu::always_inline]] inline Status RunInstruction(IXInstrContext& context,
+                                                    Status (*run)(Call&, Parameters...)) {
   return RunInstruction<I>(context, run, std::index_sequence_for<Parameters...>());
 }
 
@@ -79,11 +81,8 @@ class Instruction : public IXInstrPlugin {
   Status Execute(IXInstrContext* context) final {
     try {
       return RunInstruction<I>(*context, &I::Run);
-    } catch (const std::bad_alloc&) {
-      EmptyArrays(*context, I::kDefinition);
-      return Status::kFailure;
     } catch (...) {
-      return Status::kFailure;
+      return FailAfterException(*context, I::kDefinition);
     }
   }
   IXInstrPlugin* Create() final { return NewInstruction<I>(); }

@@ -5,6 +5,7 @@
 #include "nuvhost/error.h"
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/system/console.h"
+#include "nuvhost/system/input_file.h"
 
 namespace nuvhost {
 
@@ -12,7 +13,7 @@ int Exec(const Catalogue& catalogue) {
   std::ios::sync_with_stdio(false);
   ExecSession session(catalogue);
   std::string line;
-  while (std::getline(std::cin, line)) {
+  while (ReadLine(std::cin, line)) {
     Print(session.Answer(line) + '\n');
     FlushOutput();
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -155,7 +156,10 @@ Json Draw(const Json& request) {
 
 std::string ExecSession::Answer(std::string_view line) {
   try {
+    if (line.size() > kLongestLine) throw ValueError("a line longer than {} bytes", kLongestLine);
     return Dump(Respond(ParseJson(line)));
+  } catch (const std::bad_alloc&) {
+    return R"({"error":"memory has run out"})";
   } catch (const std::exception& error) {
     const Json answer{{"error", error.what()}};
     return answer.dump(-1, ' ', false, Json::error_handler_t::replace);

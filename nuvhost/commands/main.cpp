@@ -23,6 +23,7 @@
 #if defined(_WIN32)
 #include <fcntl.h>
 #include <io.h>
+#include <windows.h>
 #endif
 
 namespace nuvhost {
@@ -406,6 +407,8 @@ int Main(Words words) {
 #if defined(_WIN32)
 
 int wmain(int count, wchar_t** words) {
+  // Nothing that is loaded from here on, by whomever, comes from the current folder.
+  SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);
   _setmode(_fileno(stderr), _O_BINARY);

@@ -24,7 +24,11 @@ std::string LastError() {
 }
 
 void* Load(const std::filesystem::path& path) {
-  return LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  // What it needs lies beside it, beside this program or in the system, and nowhere else: not in
+  // the current folder, nor in those of PATH.
+  std::filesystem::path file = path;
+  return LoadLibraryExW(file.make_preferred().c_str(), nullptr,
+                        LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
 }
 
 void* FindExport(void* module) {

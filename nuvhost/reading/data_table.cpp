@@ -13,10 +13,10 @@
 namespace nuvhost {
 
 std::optional<std::size_t> DataTable::Find(const ColumnName& name, std::string& reason) const {
-  const std::string columns = fmt::format("\"{}\" has {}", Name(), DescribeColumns());
   if (const auto* position = std::get_if<std::size_t>(&name)) {
     if (*position < columns_) return *position;
-    reason = fmt::format("no column {}, counted from 0: {}", *position, columns);
+    reason = fmt::format("no column {}, counted from 0: \"{}\" has {}", *position, Name(),
+                         DescribeColumns());
     return std::nullopt;
   }
   const auto& wanted = std::get<std::string>(name);

@@ -11,6 +11,7 @@ namespace nuvhost {
 namespace {
 
 constexpr int kMaxNesting = 200;
+constexpr std::size_t kLongestExpression = 10000;
 
 /// An operator or a function: the instruction that it stands for, and what it takes.
 struct Operation {
@@ -324,6 +325,10 @@ class Parser {
 Operand ReadExpression(std::string_view text, const Catalogue& catalogue,
                        const ResolveName& resolve, const Generated& generated,
                        std::vector<Step>& steps) {
+  if (text.size() > kLongestExpression) {
+    throw ExpressionError(kLongestExpression,
+                          fmt::format("an expression longer than {} bytes", kLongestExpression));
+  }
   return Parser(text, catalogue, resolve, generated, steps).Read();
 }
 

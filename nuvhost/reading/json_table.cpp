@@ -4,6 +4,7 @@
 
 #include "host/records.h"
 #include "nuvhost/error.h"
+#include "nuvhost/values/json_text.h"
 
 namespace nuvhost {
 namespace {
@@ -30,7 +31,7 @@ std::unique_ptr<JsonTable> JsonTable::Read(SourceText source, Mistakes& mistakes
   if (root.is_object() && std::ranges::all_of(root, is_list)) {
     table->TakeColumns();
   } else if (root.is_array() && !root.empty() && std::ranges::all_of(root, is_object)) {
-    table->TakeRows();
+    if (!table->TakeRows(mistakes)) return nullptr;
   }
   return table;
 }
@@ -44,7 +45,7 @@ void JsonTable::TakeColumns() {
   }
 }
 
-void JsonTable::TakeRows() {
+bool JsonTable::TakeRows(Mistakes& mistakes) {
   is_table_ = true;
   for (const Located& row : Root().Elements()) {
     for (const auto& [name, value] : row.Members()) {
@@ -53,18 +54,21 @@ void JsonTable::TakeRows() {
       column.emplace_back(value);
     }
     ++rows_;
+    if (columns_ <= kMostMembers) continue;
+    mistakes.Add(Source(), row.Offset(), fmt::format("more than {} columns", kMostMembers));
+    return false;
   }
+  return true;
 }
 
 JsonTable::Column& JsonTable::ColumnNamed(std::string_view name) {
-  const auto known = std::ranges::find(header_, name);
-  const auto column = static_cast<std::size_t>(known - header_.begin());
-  if (known == header_.end()) {
+  const auto [known, is_new] = by_name_.emplace(name, columns_);
+  if (is_new) {
     header_.emplace_back(name);
     cells_.emplace_back();
     ++columns_;
   }
-  return cells_[column];
+  return cells_[known->second];
 }
 
 const Json& JsonTable::At(std::size_t row, std::size_t column) const {

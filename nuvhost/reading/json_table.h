@@ -1,6 +1,8 @@
 // JsonTable: the data in a JSON file, as one value or as rows and columns.
 #pragma once
 
+#include <functional>
+#include <map>
 #include <memory>
 
 #include "nuvhost/reading/data_table.h"
@@ -13,7 +15,7 @@ namespace nuvhost {
 /// column, and null, is blank.
 class JsonTable final : public DataTable {
  public:
-  /// Broken JSON is a mistake that leaves nothing.
+  /// Broken JSON is a mistake that leaves nothing, and so are more than 4000 columns.
   static std::unique_ptr<JsonTable> Read(SourceText source, Mistakes& mistakes);
 
   /// The value as a whole.
@@ -37,7 +39,7 @@ class JsonTable final : public DataTable {
 
   explicit JsonTable(SourceText source) : DataTable(std::move(source)) {}
   void TakeColumns();
-  void TakeRows();
+  bool TakeRows(Mistakes& mistakes);
   Column& ColumnNamed(std::string_view name);
   const Json& At(std::size_t row, std::size_t column) const;
 
@@ -45,6 +47,7 @@ class JsonTable final : public DataTable {
   bool is_table_ = false;
   std::size_t rows_ = 0;
   std::vector<Column> cells_;
+  std::map<std::string, std::size_t, std::less<>> by_name_;  ///< the columns
 };
 
 }  // namespace nuvhost

@@ -4,49 +4,10 @@
 #include <unordered_map>
 
 #include "nuvhost/text/names.h"
+#include "nuvhost/values/json_text.h"
 
 namespace nuvhost {
 namespace {
-
-constexpr std::size_t kMaxNesting = 200;
-constexpr std::string_view kBrackets = "[]{}";
-constexpr std::string_view kSpaces = " \t\r\n,:";
-constexpr std::string_view kNoWord = " \t\r\n,:[]{}\"";  ///< what a word or number ends at
-
-/// One token of a text that need not be JSON: a bracket, a text, or a run of anything else. It is
-/// empty at the end.
-struct Token {
-  std::size_t begin;
-  std::size_t end;
-};
-
-Token NextToken(std::string_view text, std::size_t offset) {
-  const std::size_t begin = text.find_first_not_of(kSpaces, offset);
-  if (begin == std::string_view::npos) return {text.size(), text.size()};
-  std::size_t end = begin + 1;
-  if (text[begin] == '"') {
-    while (end < text.size() && text[end] != '"') end += text[end] == '\\' ? 2 : 1;
-    end = std::min(end + 1, text.size());
-  } else if (kBrackets.find(text[begin]) == std::string_view::npos) {
-    end = std::min(text.find_first_of(kNoWord, end), text.size());
-  }
-  return {begin, end};
-}
-
-/// The bracket that opens a level too many, if one does.
-std::optional<std::size_t> TooDeep(std::string_view text) {
-  std::size_t depth = 0;
-  for (Token token = NextToken(text, 0); token.begin < text.size();
-       token = NextToken(text, token.end)) {
-    const char first = text[token.begin];
-    if (first == '[' || first == '{') {
-      if (++depth > kMaxNesting) return token.begin;
-    } else if ((first == ']' || first == '}') && depth > 0) {
-      --depth;
-    }
-  }
-  return std::nullopt;
-}
 
 /// What the parser says in words for people: without its prefix and the text it read last, but
 /// with the token that it did not expect.
@@ -176,8 +137,8 @@ std::optional<Located> Located::Find(std::string_view name) const {
 std::optional<LocatedJson> LocatedJson::Parse(const SourceText& source, Mistakes& mistakes) {
   if (!IsText(source, mistakes)) return std::nullopt;
   const std::string_view text = source.Text();
-  if (const auto bracket = TooDeep(text)) {
-    mistakes.Add(source, *bracket, "nested over 200 deep");
+  if (const auto excess = FindExcess(text)) {
+    mistakes.Add(source, excess->offset, excess->what);
     return std::nullopt;
   }
   try {
@@ -189,8 +150,7 @@ std::optional<LocatedJson> LocatedJson::Parse(const SourceText& source, Mistakes
     // A word, number or text that stopped short is itself the one to show.
     const auto says = [&](const char* words) { return what.find(words) != what.npos; };
     const bool is_word = says("- invalid literal") || says("- invalid number");
-    if (byte > 0 && (says("missing closing quote") ||
-                     (is_word && kNoWord.find(text[byte - 1]) == kNoWord.npos))) {
+    if (byte > 0 && (says("missing closing quote") || (is_word && !EndsWord(text[byte - 1])))) {
       --byte;
     }
     const Token token = TokenAt(text, byte);

@@ -41,8 +41,8 @@ class Located {
 
 class LocatedJson {
  public:
-  /// Parses a text. Broken JSON and nesting over 200 are mistakes that leave nothing; a member
-  /// given twice is a mistake too.
+  /// Parses a text. Broken JSON and what exceeds a limit (json_text.h) are mistakes that leave
+  /// nothing; a member given twice is a mistake too.
   static std::optional<LocatedJson> Parse(const SourceText& source, Mistakes& mistakes);
 
   Located Root() const { return {json_, places_}; }

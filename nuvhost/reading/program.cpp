@@ -102,10 +102,17 @@ class ProgramReader {
     return (json.contains("x") && json.contains("y")) || (json.contains("a") && json.contains("d"));
   }
 
+  bool HasTooMany(const std::vector<Located>& elements, const char* what) {
+    if (elements.size() <= kMostElements) return false;
+    checker_.Complain(elements[kMostElements], "more than {} {}", kMostElements, what);
+    return true;
+  }
+
   /// Takes all names first, so that a reference to a later step is told from one to no step.
   void ReadSteps(const Located& json) {
     const std::vector<Located> steps = json.Elements();
     if (steps.empty()) checker_.Complain(json, "\"steps\" is a list of at least one step");
+    if (HasTooMany(steps, "steps")) return;
     std::vector<bool> sound;
     for (const Located& step : steps) sound.push_back(ReadHead(step));
     for (std::size_t i = 0; i < steps.size(); ++i) {
@@ -153,6 +160,7 @@ class ProgramReader {
     if (!json->is_array()) {
       checker_.Complain(json, "\"report\" is a list of rows, found " + DescribeKind(*json));
     }
+    if (HasTooMany(json.Elements(), "report rows")) return;
     for (const Located& row : json.Elements()) {
       if (checker_.IsObject(row, "a report row",
                             {"label", "value", "unit", "decimals", "min", "max", "nominal",
@@ -187,6 +195,8 @@ class ProgramReader {
     row.limits = ReadLimits(checker_, json, type);
     program_.report.push_back(std::move(row));
   }
+
+  static constexpr std::size_t kMostElements = 10000;  ///< of the steps, and of the report
 
   const Catalogue& catalogue_;
   Program& program_;

@@ -34,11 +34,16 @@ void SourceText::MoveDown(std::size_t offset, std::size_t line) {
 std::string SourceText::Place(std::size_t offset) const {
   const auto next_line = std::ranges::upper_bound(lines_, offset);
   const std::size_t begin = *std::prev(next_line);
-  const std::string_view before = Text().substr(begin, offset - begin);
+  if (last_offset_ < begin || last_offset_ > offset) {
+    last_offset_ = begin;
+    last_column_ = 0;
+  }
+  last_column_ += Width(Text().substr(last_offset_, offset - last_offset_));
+  last_offset_ = offset;
   const std::size_t moved = offset < moved_from_ ? 0 : moved_by_;
   return name_ + ':' +
          std::to_string(static_cast<std::size_t>(next_line - lines_.begin()) + moved) + ':' +
-         std::to_string(Width(before) + 1);
+         std::to_string(last_column_ + 1);
 }
 
 std::optional<SourceText> ReadSource(const std::string& name, std::string& reason) {

@@ -25,6 +25,9 @@ class SourceText {
   std::string name_;
   std::string text_;
   std::vector<std::size_t> lines_;  ///< where each begins
+  // The last place that was asked for, so that many in one long line are found in one pass.
+  mutable std::size_t last_offset_ = 0;
+  mutable std::size_t last_column_ = 0;
   std::size_t moved_from_ = std::string::npos;
   std::size_t moved_by_ = 0;
 };

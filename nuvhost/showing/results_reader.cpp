@@ -73,7 +73,8 @@ bool ResultsReader::NextCsv(std::vector<std::string>& fields) {
 bool ResultsReader::NextJson(std::vector<std::string>& fields) {
   fields.clear();
   std::string line;
-  if (!std::getline(file_, line) || file_.eof()) return false;
+  if (!ReadLine(file_, line) || file_.eof()) return false;
+  if (line.size() > kLongestLine) Fail(fmt::format("longer than {} bytes", kLongestLine));
   Json json;
   try {
     json = ParseJson(line);

@@ -64,4 +64,17 @@ std::optional<std::string> ReadStandardInput(std::string& reason) {
   return std::nullopt;
 }
 
+bool ReadLine(std::istream& stream, std::string& line, std::size_t longest) {
+  line.clear();
+  constexpr int kEnd = std::istream::traits_type::eof();
+  int c = stream.rdbuf()->sbumpc();
+  if (c == kEnd) stream.setstate(std::ios::eofbit | std::ios::failbit);
+  const bool is_line = c != kEnd;
+  for (; c != kEnd && c != '\n'; c = stream.rdbuf()->sbumpc()) {
+    if (line.size() <= longest) line += static_cast<char>(c);
+  }
+  if (c == kEnd) stream.setstate(std::ios::eofbit);
+  return is_line;
+}
+
 }  // namespace nuvhost

@@ -1,6 +1,8 @@
 // Files that are read as they are.
 #pragma once
 
+#include <cstddef>
+#include <istream>
 #include <optional>
 #include <string>
 
@@ -17,5 +19,12 @@ bool IsReadable(const std::string& name, std::string& reason);
 std::optional<std::string> ReadBytes(const std::string& name, std::string& reason);
 /// The bytes of standard input, which can be read once.
 std::optional<std::string> ReadStandardInput(std::string& reason);
+
+/// No line that is a request or a record of JSON has more bytes.
+inline constexpr std::size_t kLongestLine = std::size_t{1} << 28;
+
+/// The next line without its end; false where there is none. Of one that has more than `longest`
+/// bytes the first are kept, one more than that.
+bool ReadLine(std::istream& stream, std::string& line, std::size_t longest = kLongestLine);
 
 }  // namespace nuvhost

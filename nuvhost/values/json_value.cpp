@@ -7,11 +7,10 @@
 #include "host/records.h"
 #include "nuvhost/error.h"
 #include "nuvhost/text/utf8.h"
+#include "nuvhost/values/json_text.h"
 
 namespace nuvhost {
 namespace {
-
-constexpr int kMaxNesting = 200;
 
 [[noreturn]] void Expected(const char* what, const Json& found) {
   throw ValueError("expected {}, found {}", what, DescribeKind(found));
@@ -160,18 +159,15 @@ struct FigureToJson {
 }  // namespace
 
 Json ParseJson(std::string_view text) {
-  const auto limit_nesting = [](int depth, Json::parse_event_t /*event*/, Json& /*parsed*/) {
-    if (depth > kMaxNesting) throw ValueError("nested over 200 deep");
-    return true;
-  };
   const std::size_t zero = text.find('\0');
   if (zero != std::string_view::npos) {  // the parser would take it for the end
     const std::string_view before = text.substr(0, zero);
     throw ValueError("parse error at line {}, column {}: a zero byte",
                      std::ranges::count(before, '\n') + 1, zero - (before.rfind('\n') + 1) + 1);
   }
+  if (const auto excess = FindExcess(text)) throw ValueError(excess->what);
   try {
-    return Json::parse(text, limit_nesting);
+    return Json::parse(text);
   } catch (const Json::exception& error) {
     // Without the library's own prefix, "[json.exception.parse_error.101] ".
     const std::string_view what = error.what();

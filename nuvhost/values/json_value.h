@@ -17,7 +17,8 @@ namespace nuvhost {
 /// Keeps members in the order they were written.
 using Json = nlohmann::ordered_json;
 
-/// Parses one JSON text; throws ValueError for broken JSON and for nesting over 200.
+/// Parses one JSON text; throws ValueError for broken JSON and for what exceeds a limit
+/// (json_text.h).
 Json ParseJson(std::string_view text);
 
 /// One line; texts must be valid UTF-8, as all that this header makes are.

@@ -7,10 +7,13 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <sstream>
 #include <tuple>
 
 #include "host/setting.h"
 #include "nuvhost/error.h"
+#include "nuvhost/reading/json_table.h"
+#include "nuvhost/system/input_file.h"
 #include "nuvhost/values/json_value.h"
 #include "tests/instr/table.h"
 
@@ -143,6 +146,39 @@ TEST(ExecSession, EveryNumberSurvivesTheWayThere) {
     } else {
       ASSERT_EQ(std::memcmp(&number, &received, sizeof number), 0) << answer.dump();
     }
+  }
+}
+
+// Each limit on both of its sides. What is within fails, too, but for another reason.
+TEST(ExecSession, WhatIsReadHasLimits) {
+  const auto members = [](std::size_t count, std::size_t longest) {
+    std::string object = "{";
+    for (std::size_t i = 0; i < count; ++i) {
+      object += (i == 0 ? "\"" : ",\"") + std::to_string(i) + "\":{\"x\":[1,2]}";
+    }
+    return object + ",\"" + std::string(longest, 'n') + "\":0}";
+  };
+  nuvhost::ExecSession session(BuiltCatalogue());
+  const auto complaint = [&](const std::string& line) { return session.Answer(line); };
+  EXPECT_NE(complaint(members(3999, 1000)).find("unknown member \\\"0\\\""), std::string::npos);
+  EXPECT_EQ(complaint(members(4000, 1)), R"({"error":"an object with more than 4000 members"})");
+  EXPECT_EQ(complaint(members(1, 1001)), R"({"error":"a name longer than 1000 bytes"})");
+
+  std::istringstream lines("12345\n1234567890\n\nend");
+  std::string line;
+  for (const char* kept : {"12345", "123456", "", "end"}) {
+    EXPECT_TRUE(nuvhost::ReadLine(lines, line, 5));
+    EXPECT_EQ(line, kept);
+  }
+  EXPECT_FALSE(nuvhost::ReadLine(lines, line, 5));
+
+  nuvhost::Mistakes mistakes;
+  for (const std::size_t columns : {4000, 4001, 4002}) {  // the last row is read no more
+    std::string rows = "[{}";
+    for (std::size_t i = 0; i < columns; ++i) rows += ",{\"" + std::to_string(i) + "\":1}";
+    const bool fits = nuvhost::JsonTable::Read({"d.json", rows + "]"}, mistakes) != nullptr;
+    EXPECT_EQ(fits, columns == 4000);
+    EXPECT_EQ(mistakes.Empty(), fits);
   }
 }
 

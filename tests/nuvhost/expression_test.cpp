@@ -130,6 +130,10 @@ TEST(Expression, TellsMistakesByTheirPlace) {
   const std::string deep(201, '(');
   EXPECT_NE(Dump(ValueOf(WithExpression(deep))).find("nested over 200 deep"), std::string::npos);
   EXPECT_EQ(ValueOf(WithExpression(deep.substr(1) + "1" + std::string(200, ')'))), 1);
+  const std::string longest = "1" + std::string(9999, ' ');
+  EXPECT_EQ(ValueOf(WithExpression(longest)), 1);
+  EXPECT_NE(Dump(ValueOf(WithExpression(longest + ' '))).find("longer than 10000 bytes"),
+            std::string::npos);
 }
 
 // The graph shows no operators: what an expression takes flows into its user.

@@ -60,6 +60,8 @@ std::string With(const std::string& members, const std::string& more = "") {
 
 TEST(Program, TellsBrokenJsonByItsPlace) {
   const std::string deep(200, '[');
+  std::string steps = R"({"steps": [)";
+  for (int i = 0; i < 10000; ++i) steps += "1, ";
   CheckWrong({
       {"@", "unexpected end of the file; expected a value"},
       {"{\"steps\": [\n@", "unexpected end of the file"},
@@ -75,6 +77,7 @@ TEST(Program, TellsBrokenJsonByItsPlace) {
       {R"({"a": [1, @1e999]})", "1e999 is beyond the range of numbers"},
       {R"({"steps": [@-1.]})", "expected digit after '.'"},
       {deep + "@[", "nested over 200 deep"},
+      {steps + "@1]}", "more than 10000 steps"},
       {std::string("{\n @\0}", 6), "a zero byte"},
   });
   EXPECT_EQ(Complaints("\xEF\xBB\xBF\xEF\xBB\xBF{}"),

@@ -54,7 +54,8 @@ namespace {
 
 template <class Function>
 Function* Runtime(const char* name) {
-  return reinterpret_cast<Function*>(GetProcAddress(GetModuleHandleA("msvcrt.dll"), name));
+  return reinterpret_cast<Function*>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("msvcrt.dll"), name)));
 }
 
 auto* const runtime_malloc = Runtime<void*(std::size_t)>("malloc");
@@ -91,10 +92,14 @@ void TakeThePlace(HMODULE module) {
     auto* slot = at(static_cast<void**>(nullptr), library->FirstThunk);
     for (; *slot != nullptr; ++slot) {
       void* replacement = nullptr;
-      if (*slot == reinterpret_cast<void*>(runtime_malloc)) replacement = (void*)Malloc;
-      if (*slot == reinterpret_cast<void*>(runtime_calloc)) replacement = (void*)Calloc;
-      if (*slot == reinterpret_cast<void*>(runtime_realloc)) replacement = (void*)Realloc;
-      if (*slot == reinterpret_cast<void*>(runtime_free)) replacement = (void*)Free;
+      if (*slot == reinterpret_cast<void*>(runtime_malloc))
+        replacement = reinterpret_cast<void*>(Malloc);
+      if (*slot == reinterpret_cast<void*>(runtime_calloc))
+        replacement = reinterpret_cast<void*>(Calloc);
+      if (*slot == reinterpret_cast<void*>(runtime_realloc))
+        replacement = reinterpret_cast<void*>(Realloc);
+      if (*slot == reinterpret_cast<void*>(runtime_free))
+        replacement = reinterpret_cast<void*>(Free);
       if (replacement == nullptr) continue;
       DWORD before = 0;
       VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
