@@ -2,6 +2,10 @@
 // the lanes are added at the end: the same bits wherever it is computed.
 #pragma once
 
+#if defined(__x86_64__)
+#include <emmintrin.h>
+#endif
+
 #include <cmath>
 #include <cstddef>
 #include <cstring>
@@ -31,32 +35,42 @@ struct Two {
 inline double Sqrt(double a) {
   return std::sqrt(a);
 }
-#if defined(__SSE2__)
+#if defined(__x86_64__)
+
 inline Two Sqrt(Two a) {
-  return __builtin_ia32_sqrtpd(a.lanes);
+  return _mm_sqrt_pd(a.lanes);
 }
 inline Two Largest(Two a, Two b) {
-  return __builtin_ia32_maxpd(a.lanes, b.lanes);
+  return _mm_max_pd(a.lanes, b.lanes);
 }
 inline Two Smallest(Two a, Two b) {
-  return __builtin_ia32_minpd(a.lanes, b.lanes);
+  return _mm_min_pd(a.lanes, b.lanes);
 }
-#else
+inline Two Absolute(Two a) {
+  return _mm_andnot_pd(_mm_set1_pd(-0.0), a.lanes);
+}
+/// All bits set, which is a NaN, in the lanes that are NaN; no bit in the others.
+inline Two IsNan(Two a) {
+  return _mm_cmpunord_pd(a.lanes, a.lanes);
+}
+inline Two Either(Two a, Two b) {
+  return _mm_or_pd(a.lanes, b.lanes);
+}
+
+#else  // the same, where compilers do not need to be told the instruction
+
 inline Two Sqrt(Two a) {
   return {std::sqrt(a.lanes[0]), std::sqrt(a.lanes[1])};
 }
-// The second where they are equal or one is NaN, as everywhere.
 inline Two Largest(Two a, Two b) {
   return a.lanes > b.lanes ? a.lanes : b.lanes;
 }
 inline Two Smallest(Two a, Two b) {
   return a.lanes < b.lanes ? a.lanes : b.lanes;
 }
-#endif
 inline Two Absolute(Two a) {
   return reinterpret_cast<Numbers>(reinterpret_cast<Integers>(a.lanes) & ~(1LL << 63));
 }
-/// All bits set, which is a NaN, in the lanes that are NaN; no bit in the others.
 inline Two IsNan(Two a) {
   return reinterpret_cast<Numbers>(a.lanes != a.lanes);
 }
@@ -64,6 +78,8 @@ inline Two Either(Two a, Two b) {
   return reinterpret_cast<Numbers>(reinterpret_cast<Integers>(a.lanes) |
                                    reinterpret_cast<Integers>(b.lanes));
 }
+
+#endif
 
 /// How many of the values are below the limit.
 inline std::size_t CountBelow(const double* values, std::size_t count, double limit) {
