@@ -19,7 +19,8 @@ using nuvhost::CatalogueEntry;
 using nuvhost::Services;
 
 std::vector<std::uint64_t>& Calls() {
-  static std::vector<std::uint64_t> calls(Instructions().Entries().size());
+  // Never destroyed, since they are written when the process ends.
+  static auto& calls = *new std::vector<std::uint64_t>(Instructions().Entries().size());
   return calls;
 }
 

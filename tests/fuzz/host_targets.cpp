@@ -141,8 +141,8 @@ void DrawOverlay(Bytes bytes) {
   for (const nuvhost::Annotation& one : drawn) annotations.push_back(&one);
   std::optional<nuvhost::Image> image;
   if (bytes.Next() % 4 == 0) {
-    image.emplace("bytes", "image/png", 1 + static_cast<std::uint32_t>(bytes.Next(2)),
-                  1 + static_cast<std::uint32_t>(bytes.Next(2)));
+    image = nuvhost::Image{"bytes", "image/png", 1 + static_cast<std::uint32_t>(bytes.Next(2)),
+                           1 + static_cast<std::uint32_t>(bytes.Next(2))};
   }
   const std::string svg = DrawSvg(annotations, image, 0).svg;
   for (const char* wrong : {"nan", "inf", " width=\"0\"", " height=\"0\"", "font-size=\"0\"",

@@ -197,7 +197,7 @@ CNuvObject AnyValue(Bytes& bytes, NUV_OBJ_TYPE type) {
 std::string Bits(const CNuvObject& value) {
   std::string bits;
   AppendBits(bits, value.GetType());
-  const auto each = [&bits](const auto& array, auto append) {
+  const auto each = [](const auto& array, auto append) {
     for (std::size_t i = 0; i < array.Size(); ++i) append(array[i]);
   };
   switch (value.GetType()) {
