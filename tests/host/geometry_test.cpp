@@ -392,7 +392,7 @@ TEST(Geometry, CirclesAndLinesMeetOnBoth) {
       ASSERT_EQ(count, distance < radius ? 2 : 0);
     }
     for (int i = 0; i < count; ++i) {
-      ExpectOn(line, points[i], 1e-14);
+      EXPECT_NEAR(Offset(line, points[i]), 0.0, tolerance);
       EXPECT_NEAR(G::Point2PointDist(points[i], center), radius, tolerance);
     }
     if (count == 2) {  // the first lies behind the second along the line in normal form
