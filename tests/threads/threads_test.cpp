@@ -153,9 +153,6 @@ class Threads : public testing::Test {
   /// An object of IndexArray runs on one thread at a time.
   template <class Together>
   void MakeAllCalls(std::size_t threads, Together together) {
-    const CatalogueEntry* const index_array =
-        catalogue_.FindIdentifier("_Nuv_Array_CNArrMathIndexArray_");
-    ASSERT_NE(index_array, nullptr);
     std::atomic<std::size_t> executed = 0;
     const auto run = [&] {
       const CatalogueEntry* instruction = nullptr;
@@ -165,7 +162,7 @@ class Threads : public testing::Test {
         IXInstrPlugin* const own = prototype.Create();
         SharedContext context(*call.values, store_);
         const std::string answer =
-            context.Answer(call.instruction == index_array ? *own : prototype);
+            context.Answer(call.instruction == index_array_ ? *own : prototype);
         if (!call.answer.empty()) {
           EXPECT_EQ(answer, call.answer) << "instruction " << call.instruction->index;
         }
@@ -180,6 +177,8 @@ class Threads : public testing::Test {
   }
 
   const nuvhost::Catalogue catalogue_{nuvhost::DefaultPluginPath()};
+  /// Found before anything reads or builds descriptors.
+  const CatalogueEntry* const index_array_ = &catalogue_.Find("_Nuv_Array_CNArrMathIndexArray_");
   nuvhost::Services services_;
   SharedStore store_;
   std::atomic<int> logged_ = 0;
