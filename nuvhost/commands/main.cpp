@@ -66,7 +66,8 @@ std::string Unprotected(const std::string& word) {
 
 constexpr const char* kNoMemory = "nuvhost: memory has run out\n";
 
-/// What the JSON library throws while it clears away cannot be caught: memory for that was short.
+/// What libraries throw where they may not, as when JSON is cleared away, cannot be caught: memory
+/// for that was short.
 [[noreturn]] void EndWithoutMemory() {
   std::fputs(kNoMemory, stderr);
   std::_Exit(kExitWrongCall);
@@ -115,7 +116,7 @@ class CommandLine {
     }
     UseFiles();
     // A crash while a library is judged is the library's.
-    if (!app_.got_subcommand("check")) std::set_terminate(EndWithoutMemory);
+    if (app_.got_subcommand("check")) std::set_terminate(std::abort);
     return command_(arguments_);
   }
 
@@ -393,6 +394,7 @@ int Guarded(Rest rest) {
 /// `words` gives those of the command line in UTF-8.
 template <class Words>
 int Main(Words words) {
+  std::set_terminate(EndWithoutMemory);
   HoldStandardStreams();
   const int code = Guarded([&] { return CommandLine().Run(words()); });
   return Guarded([&] {
