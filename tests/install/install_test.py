@@ -1,7 +1,7 @@
 """Installs a build into a folder, moves it, and uses what is there as its users do: nuvhost, and a
 program that is built by find_package and by pkg-config.
 
-install_test.py BUILD VERSION COMPILER [TOOLCHAIN EMULATOR]: the build folder; the last two where it
+install_test.py BUILD VERSION COMPILER [TOOLCHAIN EMULATOR...]: the build folder; the last ones where it
 is for another system.
 """
 
@@ -17,11 +17,11 @@ import unittest
 from pathlib import Path
 
 BUILD, VERSION, COMPILER, *CROSS = sys.argv[1:]
-TOOLCHAIN, EMULATOR = CROSS if CROSS else (None, None)
+TOOLCHAIN, *EMULATOR = CROSS or [None]
 CONSUMER = Path(__file__).resolve().parent / "consumer"
 ROOT = CONSUMER.parents[2]
 COUNT = re.search(r"kSize == (\d+)", (ROOT / "plugin/catalogue.h").read_text())[1]
-WINDOWS = EMULATOR is not None and "wine" in EMULATOR
+WINDOWS = EMULATOR != [] and EMULATOR[0].endswith("wine")
 
 
 def run(*words, encoding="utf-8", **options):
@@ -34,7 +34,7 @@ def run(*words, encoding="utf-8", **options):
 def execute(program, *words):
     """Runs an installed program in an empty environment but for what finds Wine's own things."""
     kept = {name: os.environ[name] for name in ("HOME", "PATH", "WINEPREFIX") if name in os.environ}
-    return run(*([EMULATOR] if EMULATOR else []), program, *words, cwd="/", env=kept)
+    return run(*EMULATOR, program, *words, cwd="/", env=kept)
 
 
 def file_version(path):
