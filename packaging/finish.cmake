@@ -9,7 +9,8 @@ if(CPACK_GENERATOR STREQUAL "DEB")
   file(COPY_FILE ${CPACK_RESOURCE_FILE_LICENSE} ${root}/usr/share/doc/nuvformula/copyright)
 endif()
 
-# The same tree gives the same package.
+# The same tree gives the same package, whatever the packer's mask and clock.
+execute_process(COMMAND find ${root} -type d -exec chmod 755 {} + COMMAND_ERROR_IS_FATAL ANY)
 if(DEFINED ENV{SOURCE_DATE_EPOCH})
   execute_process(COMMAND find ${root} -exec touch --no-dereference
     --date=@$ENV{SOURCE_DATE_EPOCH} {} + COMMAND_ERROR_IS_FATAL ANY)

@@ -2,7 +2,7 @@
 host that is built by find_package, by pkg-config and by the lines of docs/hosting.md; and builds
 the plug-in anew against what was installed.
 
-install_test.py BUILD VERSION COMPILER [TOOLCHAIN EMULATOR]: the build folder; the last two where it
+install_test.py BUILD VERSION COMPILER [TOOLCHAIN EMULATOR...]: the build folder; the last ones where it
 is for another system.
 """
 
@@ -18,13 +18,13 @@ import unittest
 from pathlib import Path
 
 BUILD, VERSION, COMPILER, *CROSS = sys.argv[1:]
-TOOLCHAIN, EMULATOR = CROSS if CROSS else (None, None)
+TOOLCHAIN, *EMULATOR = CROSS or [None]
 CONSUMER = Path(__file__).resolve().parent / "consumer"
 ROOT = CONSUMER.parents[2]
 PAGE = (ROOT / "docs/hosting.md").read_text(encoding="utf-8")
 SAID = (ROOT / "examples/host/README.md").read_text(encoding="utf-8").split("```\n")[-2]
 COUNT = re.search(r"kSize == (\d+)", (ROOT / "plugin/catalogue.h").read_text())[1]
-WINDOWS = EMULATOR is not None and "wine" in EMULATOR
+WINDOWS = EMULATOR != [] and EMULATOR[0].endswith("wine")
 
 
 def run(*words, encoding="utf-8", **options):
@@ -37,7 +37,7 @@ def run(*words, encoding="utf-8", **options):
 def execute(program, *words):
     """Runs an installed program in an empty environment but for what finds Wine's own things."""
     kept = {name: os.environ[name] for name in ("HOME", "PATH", "WINEPREFIX") if name in os.environ}
-    return run(*([EMULATOR] if EMULATOR else []), program, *words, cwd="/", env=kept)
+    return run(*EMULATOR, program, *words, cwd="/", env=kept)
 
 
 def file_version(path):
