@@ -45,6 +45,25 @@ if(FORMULA_SANITIZERS)
   target_link_options(formula_options INTERFACE -fsanitize=${FORMULA_SANITIZERS})
 endif()
 
+# What makes a fault in memory end the program before it can be turned to use; in optimised builds,
+# which are those that are handed out. tests/abi/hardening.py holds the built files against it.
+set(optimised "$<CONFIG:Release,RelWithDebInfo,MinSizeRel>")
+set(hardening -fstack-protector-strong)
+if(WIN32)
+  target_link_options(formula_options INTERFACE
+    -fstack-protector-strong -Wl,--dynamicbase -Wl,--high-entropy-va -Wl,--nxcompat)
+else()
+  list(APPEND hardening -fstack-clash-protection)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$")
+    list(APPEND hardening -fcf-protection=full)
+    target_link_options(formula_options INTERFACE -Wl,-z,shstk)
+  elseif(CMAKE_SYSTEM_PROCESSOR MATCHES "^(aarch64|arm64|ARM64)$")
+    list(APPEND hardening -mbranch-protection=standard)
+  endif()
+endif()
+target_compile_options(formula_options INTERFACE "$<${optimised}:${hardening}>")
+target_compile_definitions(formula_options INTERFACE $<${optimised}:_FORTIFY_SOURCE=2>)
+
 if(WIN32)
   # Each module carries its C++ runtime, and the same sources link to the same bytes anywhere.
   target_link_options(formula_options INTERFACE
@@ -54,5 +73,5 @@ else()
   if(NOT (FORMULA_SANITIZERS AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
     target_link_options(formula_options INTERFACE -Wl,-z,defs)
   endif()
-  target_link_options(formula_options INTERFACE -Wl,-z,now)
+  target_link_options(formula_options INTERFACE -Wl,-z,relro -Wl,-z,now)
 endif()
