@@ -18,8 +18,8 @@ import struct
 import subprocess
 import sys
 
-CATEGORIES = pathlib.Path(__file__).resolve().parents[1] / "nuvhost/library/categories.h"
-OUTER_WORLD = set(re.findall(r'{"([^"]+)", true}', CATEGORIES.read_text()))
+HEADER = pathlib.Path(__file__).resolve().parents[1] / "nuvhost/library/outer_world.h"
+OUTER_WORLD = set(re.findall(r'"(_[^"]+_)"', HEADER.read_text()))
 SPECIAL = ["NaN", "Infinity", "-Infinity", 0, -0.0, 1, -1, 0.5, 1.5, 2.5, -0.5, 1e-300, 1e300,
            5e-324, 2147483647, -2147483648, 2147483648, 4294967296, 2.220446049250313e-16]
 # Identifiers of instructions whose numbers may differ by this many units in the last place.
@@ -160,7 +160,7 @@ def main():
         sys.exit("the two describe different catalogues")
 
     rng = random.Random(options.seed)
-    instructions = [i for i in json.loads(catalogues[0]) if i["category"] not in OUTER_WORLD]
+    instructions = [i for i in json.loads(catalogues[0]) if i["identifier"] not in OUTER_WORLD]
     requests = [call(rng, instructions[i % len(instructions)]) for i in range(options.calls)]
     text_in = ("\n".join(requests) + "\n").encode()
     ours, others = answers([options.nuvhost], text_in), answers(options.other, text_in)

@@ -4,9 +4,8 @@
 #include <memory>
 #include <set>
 
-#include "nuvhost/checking/call_judgement.h"
+#include "nuvhost/checking/calling.h"
 #include "nuvhost/checking/fuzz_call.h"
-#include "nuvhost/checking/subject.h"
 #include "nuvhost/system/paths.h"
 
 namespace nuvhost::check {
@@ -24,8 +23,12 @@ struct Callable {
 
 /// How a call is made again: with all judgement, and by `nuvhost exec`.
 std::string Reproducer(const Trial& trial, std::uint64_t seed, const std::string& exec_line) {
-  return fmt::format("\nnuvhost check \"{}\" --level stress --only {} --seed {} --seconds 0\n{}",
-                     ToUtf8(trial.Library()), kFuzzLaw.name, seed, exec_line);
+  std::string outer_world;
+  for (const std::string& identifier : trial.Charged().outer_world) {
+    outer_world += fmt::format(" --outer-world \"{}\"", identifier);
+  }
+  return fmt::format("\nnuvhost check \"{}\" --level stress --only {} --seed {} --seconds 0{}\n{}",
+                     ToUtf8(trial.Charged().library), kFuzzLaw.name, seed, outer_world, exec_line);
 }
 
 /// Whether there is time for one more call; a plan for a number of calls has all the time.
@@ -33,17 +36,9 @@ bool HasTime(const FuzzPlan& plan, std::uint64_t done, Clock::time_point deadlin
   return plan.calls > 0 ? done < plan.calls : Clock::now() < deadline;
 }
 
-void JudgeFuzz(Trial& trial) {
-  const FuzzPlan& plan = trial.Plan();
+void MakeCalls(Trial& trial, const std::vector<Callable>& callable) {
+  const FuzzPlan& plan = trial.Charged().plan;
   Services services;
-  const Subject subject(trial);
-  std::vector<Callable> callable;
-  for (const CatalogueEntry& instruction : subject.Entries()) {
-    if (!IsCallable(instruction)) continue;
-    trial.At("creating an object of " + Label(instruction));
-    callable.push_back({&instruction, std::make_unique<WorkingObject>(*instruction.prototype)});
-  }
-  if (callable.empty()) return trial.Skip("no instruction can be called so");
   std::set<std::size_t> left_out(plan.left_out.begin(), plan.left_out.end());
   const Clock::time_point deadline = Clock::now() + plan.time;
   std::uint64_t done = 0;
@@ -70,6 +65,20 @@ void JudgeFuzz(Trial& trial) {
   }
   trial.Reached({plan.seed + done, 0});
   trial.At("destroying the objects of the instructions");
+}
+
+void JudgeFuzz(Trial& trial) {
+  WithSubject(trial, [&](const Entries& entries) {
+    std::vector<Callable> callable;
+    for (const CatalogueEntry& instruction : entries) {
+      if (TouchesOuterWorld(trial, instruction)) continue;
+      trial.At("creating an object of " + Label(instruction));
+      callable.push_back({&instruction, std::make_unique<WorkingObject>(*instruction.prototype)});
+    }
+    trial.NotCalled(entries.size() - callable.size());
+    if (callable.empty()) return trial.Skip("no instruction can be called so");
+    MakeCalls(trial, callable);
+  });
 }
 
 }  // namespace

@@ -102,23 +102,6 @@ CNuvObject HostileArray(NUV_OBJ_TYPE type) {
       [](std::size_t i) { return Texts()[i % Texts().size()].text; });
 }
 
-/// An ordinary value of the type.
-CNuvObject Sample(NUV_OBJ_TYPE type) {
-  CNuvObject value(type);
-  switch (type) {
-    case NUV_OBJ_EMPTY: break;
-    case NUV_OBJ_BOOL: value = true; break;
-    case NUV_OBJ_DOUBLE: value = 2.5; break;
-    case NUV_OBJ_STRING: value = "text"; break;
-    case NUV_OBJ_POINT: value = CNuvPoint(3, 4); break;
-    case NUV_OBJ_LINE: value = CNuvLine(0.5, 6); break;
-    case NUV_OBJ_CIRCLE: value = CNuvCircle(1, 2, 3); break;
-    case NUV_OBJ_RECT: value = CNuvRect(1, 2, 3, 4, 0.5); break;
-    default: value = PlainArray(type, 3); break;
-  }
-  return value;
-}
-
 /// A number in whatever holds numbers.
 std::optional<CNuvObject> NumberAs(NUV_OBJ_TYPE type, double number) {
   CNuvObject value;
@@ -171,6 +154,22 @@ void AddInputCases(Cases& cases, const DescriptorRecord& descriptor, const std::
 }
 
 }  // namespace
+
+CNuvObject Sample(NUV_OBJ_TYPE type) {
+  CNuvObject value(type);
+  switch (type) {
+    case NUV_OBJ_EMPTY: break;
+    case NUV_OBJ_BOOL: value = true; break;
+    case NUV_OBJ_DOUBLE: value = 2.5; break;
+    case NUV_OBJ_STRING: value = "text"; break;
+    case NUV_OBJ_POINT: value = CNuvPoint(3, 4); break;
+    case NUV_OBJ_LINE: value = CNuvLine(0.5, 6); break;
+    case NUV_OBJ_CIRCLE: value = CNuvCircle(1, 2, 3); break;
+    case NUV_OBJ_RECT: value = CNuvRect(1, 2, 3, 4, 0.5); break;
+    default: value = PlainArray(type, 3); break;
+  }
+  return value;
+}
 
 Cases DefaultCases(const DescriptorRecord& descriptor) {
   return {{"its defaults", [](CallContext&) {}},

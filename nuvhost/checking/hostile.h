@@ -16,6 +16,9 @@ struct Case {
 };
 using Cases = std::vector<Case>;
 
+/// An ordinary value of the type, other than its empty one.
+CNuvObject Sample(NUV_OBJ_TYPE type);
+
 // The calls of each kind that suit a descriptor; none where it has no value of the kind.
 Cases DefaultCases(const DescriptorRecord& descriptor);
 /// Every hostile number in the numbers, points and lines, in all at once and in one at a time.

@@ -6,15 +6,15 @@ namespace nuvhost::check {
 
 std::vector<const Law*> AllLaws() {
   std::vector<const Law*> all;
-  for (const auto laws : {InterfaceLaws(), InstructionLaws(), DescriptorLaws(), CallLaws()}) {
+  for (const auto laws :
+       {InterfaceLaws(), InstructionLaws(), DescriptorLaws(), CallLaws(), ConductLaws()}) {
     for (const Law& law : laws) all.push_back(&law);
   }
   return all;
 }
 
-void JudgeLaw(const Law& law, const std::filesystem::path& library,
-              const std::filesystem::path& record, const FuzzPlan& plan) {
-  Trial trial(library, record, plan);
+void JudgeLaw(const Law& law, const Charge& charge, const Trial::Recorder& recorder) {
+  Trial trial(charge, recorder);
   try {
     law.judge(trial);
   } catch (const std::exception& error) {

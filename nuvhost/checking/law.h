@@ -23,10 +23,10 @@ std::span<const Law> InterfaceLaws();
 std::span<const Law> DescriptorLaws();
 std::span<const Law> InstructionLaws();
 std::span<const Law> CallLaws();
+std::span<const Law> ConductLaws();
 std::vector<const Law*> AllLaws();
 
-/// Judges one law in this process, with the record in a file.
-void JudgeLaw(const Law& law, const std::filesystem::path& library,
-              const std::filesystem::path& record, const FuzzPlan& plan = {});
+/// Judges one law in this process; hands each line of the record to `recorder`.
+void JudgeLaw(const Law& law, const Charge& charge, const Trial::Recorder& recorder);
 
 }  // namespace nuvhost::check

@@ -3,55 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <exception>
 #include <string_view>
 
-#include "nuvhost/checking/call_judgement.h"
-#include "nuvhost/checking/facts.h"
-#include "nuvhost/checking/hostile.h"
+#include "nuvhost/checking/calling.h"
 #include "nuvhost/checking/law.h"
-#include "nuvhost/checking/subject.h"
-#include "nuvhost/library/categories.h"
 #include "nuvhost/text/names.h"
 
 namespace nuvhost::check {
 namespace {
-
-/// "IO: System and IO: Keyboard".
-std::string CategoriesNotCalled() {
-  std::string names;
-  for (const Category& category : kCategories) {
-    if (!category.touches_outer_world) continue;
-    names += (names.empty() ? "" : " and ") + std::string(category.name);
-  }
-  return names;
-}
-
-/// Values in a form that tells every bit of a number but which NaN it is.
-std::vector<std::string> AllShown(const std::vector<CNuvObject>& values) {
-  std::vector<std::string> shown;
-  for (const CNuvObject& value : values) shown.push_back(Shown(value));
-  return shown;
-}
-
-/// A long text around the place that matters.
-std::string Excerpt(const std::string& text, std::size_t place) {
-  constexpr std::size_t kBefore = 20;
-  constexpr std::size_t kLength = 60;
-  const std::size_t begin = place < kLength ? 0 : place - kBefore;
-  const bool cut = text.size() - begin > kLength;
-  return (begin > 0 ? "..." : "") + text.substr(begin, kLength) + (cut ? "..." : "");
-}
-
-std::string Changed(const char* list, const std::vector<std::string>& before,
-                    const std::vector<CNuvObject>& values) {
-  const std::vector<std::string> after = AllShown(values);
-  const auto [was, is] = std::ranges::mismatch(before, after);
-  if (was == before.end()) return "";
-  const auto place = static_cast<std::size_t>(std::ranges::mismatch(*was, *is).in1 - was->begin());
-  return fmt::format("{} {} was changed from {} to {}", list, was - before.begin(),
-                     Excerpt(*was, place), Excerpt(*is, place));
-}
 
 /// Kept: these report their errors and succeed; saved programs go on after them.
 bool SucceedsAfterErrors(std::string_view identifier) {
@@ -64,6 +23,9 @@ std::string StatusComplaint(std::string_view identifier, std::int32_t status,
   for (const Message& message : messages) {
     if (message.severity != NUV_SEVERITY_WARNING && message.severity != NUV_SEVERITY_ERROR) {
       return "reported a message of severity " + std::to_string(message.severity);
+    }
+    if (message.source.empty() || message.text.empty()) {
+      return "reported a message without a source or without a text";
     }
   }
   const auto is_error = [](const Message& m) { return m.severity == NUV_SEVERITY_ERROR; };
@@ -97,24 +59,7 @@ std::string ResultComplaint(const DescriptorRecord& descriptor,
   return "";
 }
 
-/// Executes; a complaint where an exception comes out. It is read here, since its class goes with
-/// the library.
-std::string Execute(CallContext& context, IXInstrPlugin& object, std::int32_t& status) {
-  try {
-    status = context.Execute(object);
-    return "";
-  } catch (const std::exception& error) {
-    return std::string("an exception left Execute: ") + error.what();
-  } catch (...) {
-    return "an exception of an unknown type left Execute";
-  }
-}
-
 }  // namespace
-
-bool IsCallable(const CatalogueEntry& instruction) {
-  return !TouchesOuterWorld(TextOrEmpty(instruction.descriptor->category));
-}
 
 std::string CallComplaint(IXInstrPlugin& object, const DescriptorRecord& descriptor,
                           const Case& call, Services& services) {
@@ -127,7 +72,7 @@ std::string CallComplaint(IXInstrPlugin& object, const DescriptorRecord& descrip
   std::int32_t status = 0;
   std::string complaint = Execute(context, object, status);
   if (!complaint.empty()) return complaint;
-  complaint = StatusComplaint(descriptor.identifier, status, services.Take().messages);
+  complaint = StatusComplaint(TextOrEmpty(descriptor.identifier), status, services.Take().messages);
   if (complaint.empty()) complaint = Changed("input", inputs, context.inputs);
   if (complaint.empty()) complaint = Changed("constant", constants, context.constants);
   if (complaint.empty() && status == 0 && HaveDeclaredTypes(context.inputs, descriptor)) {
@@ -155,25 +100,6 @@ void JudgeInstruction(Trial& trial, const CatalogueEntry& instruction, const Cas
   trial.At("destroying an object of " + label);
 }
 
-/// What a call gives, and the values of its results.
-struct Answer {
-  std::int32_t status = 0;
-  std::vector<std::string> results;
-  std::string complaint;
-};
-
-Answer AnswerOf(IXInstrPlugin& object, const DescriptorRecord& descriptor, const Case& call,
-                Services& services, bool has_services) {
-  CallContext context(descriptor, services);
-  call.prepare(context);
-  context.has_services = has_services;
-  Answer answer;
-  answer.complaint = Execute(context, object, answer.status);
-  services.Take();
-  answer.results = AllShown(context.results);
-  return answer;
-}
-
 /// Whether an instruction answers the same with and without services.
 void JudgeServices(Trial& trial, const CatalogueEntry& instruction, const Cases& calls,
                    Services& services) {
@@ -183,8 +109,14 @@ void JudgeServices(Trial& trial, const CatalogueEntry& instruction, const Cases&
     const std::string what = fmt::format("{} without services, with {}", label, call.how);
     trial.At("executing " + what);
     const DescriptorRecord& descriptor = *instruction.descriptor;
-    const Answer with = AnswerOf(object.Get(), descriptor, call, services, true);
-    const Answer without = AnswerOf(object.Get(), descriptor, call, services, false);
+    const auto answer = [&](bool has_services) {
+      return AnswerOf(descriptor, call, services, [&](CallContext& context) {
+        context.has_services = has_services;
+        return context.Execute(object.Get());
+      });
+    };
+    const Answer with = answer(true);
+    const Answer without = answer(false);
     if (!without.complaint.empty()) return trial.Complain(what + ": " + without.complaint);
     if (with.status != without.status) {
       return trial.Complain(fmt::format("{}: returned status {}, and {} with them", what,
@@ -202,18 +134,18 @@ struct Kept {
 };
 
 /// The defaults of every instruction and, where it may be called, its results.
-std::vector<Kept> ValuesOf(Trial& trial, const Subject& subject) {
+std::vector<Kept> ValuesOf(Trial& trial, const Entries& entries) {
   Services services;
   std::vector<Kept> kept;
   const auto keep = [&kept](const std::string& label, const std::vector<CNuvObject>& values) {
     kept.push_back({label, values, AllShown(values)});
   };
-  for (const CatalogueEntry& instruction : subject.Entries()) {
+  for (const CatalogueEntry& instruction : entries) {
     const std::string label = Label(instruction);
     CallContext defaults(*instruction.descriptor, services);
     keep("the default inputs of " + label, defaults.inputs);
     keep("the default constants of " + label, defaults.constants);
-    if (!IsCallable(instruction)) continue;
+    if (TouchesOuterWorld(trial, instruction)) continue;
     for (const Case& call : ResultCases(*instruction.descriptor)) {
       trial.At(fmt::format("executing {} with {}", label, call.how));
       CallContext context(*instruction.descriptor, services);
@@ -233,10 +165,7 @@ std::vector<Kept> ValuesOf(Trial& trial, const Subject& subject) {
 
 void JudgeUnload(Trial& trial) {
   std::vector<Kept> kept;
-  {
-    const Subject subject(trial);
-    kept = ValuesOf(trial, subject);
-  }
+  WithSubject(trial, [&](const Entries& entries) { kept = ValuesOf(trial, entries); });
   for (Kept& one : kept) {
     trial.At("reading, copying, comparing and clearing, after the library was unloaded, " +
              one.label);
@@ -252,53 +181,15 @@ void JudgeUnload(Trial& trial) {
   }
 }
 
-/// Applies `judge` to each instruction that may be called, in the ways that suit it.
-template <class MakeCases, class Judge>
-void ForEachCallable(Trial& trial, MakeCases make_cases, Judge judge) {
-  Services services;
-  const Subject subject(trial);
-  std::size_t called = 0;
-  std::size_t not_called = 0;
-  for (const CatalogueEntry& instruction : subject.Entries()) {
-    const Cases calls = make_cases(*instruction.descriptor);
-    if (calls.empty()) continue;
-    if (!IsCallable(instruction)) {
-      ++not_called;
-      continue;
-    }
-    ++called;
-    judge(trial, instruction, calls, services);
-  }
-  if (called == 0 && not_called == 0) return trial.Skip("no instruction can be called so");
-  std::string note = std::to_string(called) + " instructions called";
-  if (not_called > 0) {
-    note += fmt::format(
-        ", {} of {} not called, since arbitrary values would reach files, dialogs and time",
-        not_called, CategoriesNotCalled());
-  }
-  if (called == 0) {
-    trial.Skip(note);
-  } else {
-    trial.Note(note);
-  }
-}
-
-template <auto MakeCases>
+template <auto MakeCases, auto judge = JudgeInstruction>
 void JudgeCalls(Trial& trial) {
-  ForEachCallable(trial, MakeCases, JudgeInstruction);
-}
-
-/// Calls that end well, fail and report.
-Cases ServiceCases(const DescriptorRecord& descriptor) {
-  Cases cases = DefaultCases(descriptor);
-  for (const auto make : {NumberCases, ArrayCases, CountCases}) {
-    for (Case& call : make(descriptor)) cases.push_back(std::move(call));
-  }
-  return cases;
-}
-
-void JudgeServiceCalls(Trial& trial) {
-  ForEachCallable(trial, ServiceCases, JudgeServices);
+  Services services;
+  WithSubject(trial, [&](const Entries& entries) {
+    ForEachCallable(trial, entries, MakeCases,
+                    [&](const CatalogueEntry& instruction, const Cases& calls) {
+                      judge(trial, instruction, calls, services);
+                    });
+  });
 }
 
 // Each of these laws asks the same of every call; docs/check.md tells it in full.
@@ -333,7 +224,7 @@ constexpr Law kLaws[] = {
     {"calls", "call-services",
      "Every instruction answers the same where the host has no services: what it reports or draws "
      "is dropped.",
-     JudgeServiceCalls},
+     JudgeCalls<ServiceCases, JudgeServices>},
     {"calls", "unload",
      "Defaults and results stay whole after the library is unloaded: they are read, copied, "
      "compared and cleared.",

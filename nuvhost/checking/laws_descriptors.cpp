@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <map>
+#include <set>
 #include <string_view>
 
 #include "nuvhost/checking/facts.h"
@@ -60,6 +61,58 @@ std::string Texts(const DescriptorRecord& descriptor) {
   };
   const std::string complaint = FirstComplaint("inputs", descriptor.inputs, named);
   return complaint.empty() ? FirstComplaint("results", descriptor.results, named) : complaint;
+}
+
+/// Whether a text can be read and told: not of blanks alone, and without control characters.
+bool IsReadable(std::string_view text) {
+  const auto is_control = [](unsigned char c) { return c < 0x20 || c == 0x7F; };
+  return text.find_first_not_of(' ') != text.npos && std::ranges::none_of(text, is_control);
+}
+
+/// Kept: two pairs of inputs bear one name; saved programs have them by their positions.
+bool MayShareNames(std::string_view identifier) {
+  return identifier == "_Nuv_Numeric_Max2Numbers_" || identifier == "_Nuv_Numeric_Min2Numbers_";
+}
+
+template <class Record>
+std::string SharedName(const char* list, const TStdVector<Record>& records) {
+  std::set<std::string_view> names;
+  return FirstComplaint(list, records, [&](const Record& record, std::size_t) -> std::string {
+    if (record.name == nullptr || names.insert(record.name).second) return "";
+    return "has the name of one before it, " + Quoted(record.name);
+  });
+}
+
+std::string ParameterNames(const DescriptorRecord& descriptor) {
+  std::string complaint = FirstComplaint(descriptor, [](const auto& record, std::size_t) {
+    if (record.name == nullptr || IsReadable(record.name)) return std::string();
+    return "has the name " + Quoted(record.name);
+  });
+  if (!complaint.empty()) return complaint;
+  const auto label = [](const ConstantRecord& constant, std::size_t) -> std::string {
+    if (constant.group != nullptr && !IsReadable(constant.group)) {
+      return "has the group label " + Quoted(constant.group);
+    }
+    for (auto* node = constant.choices.First(); node != nullptr; node = CChoiceMap::Next(node)) {
+      if (node->label.Size() > 0 && !IsReadable(node->label.View())) {
+        return "has the label " + Quoted(node->label.c_str());
+      }
+    }
+    return "";
+  };
+  return FirstComplaint("constants", descriptor.constants, label);
+}
+
+std::string Names(const DescriptorRecord& descriptor) {
+  for (const char* text : {descriptor.name, descriptor.category, descriptor.identifier}) {
+    if (!IsEmptyText(text) && !IsReadable(text)) return "has the text " + Quoted(text);
+  }
+  std::string complaint = ParameterNames(descriptor);
+  if (complaint.empty() && !MayShareNames(TextOrEmpty(descriptor.identifier))) {
+    complaint = SharedName("inputs", descriptor.inputs);
+  }
+  if (complaint.empty()) complaint = SharedName("constants", descriptor.constants);
+  return complaint.empty() ? SharedName("results", descriptor.results) : complaint;
 }
 
 /// Complains of each instruction that shares its key with one before it.
@@ -175,16 +228,23 @@ std::string Range(const ConstantRecord& constant) {
   return fmt::format("has the default {} outside its range, {} to {}", value, minimum, maximum);
 }
 
+/// A boolean, which may be held as the number 0 or 1.
+bool IsBoolean(const CNuvObject& value) {
+  if (value.GetType() == NUV_OBJ_BOOL) return true;
+  return IsInteger(value) && (static_cast<int>(value) == 0 || static_cast<int>(value) == 1);
+}
+
 std::string ConstantValues(const ConstantRecord& constant, std::size_t /*index*/) {
   const bool boolean = constant.type == NUV_PARAM_BOOLEAN;
-  const NUV_OBJ_TYPE held = constant.default_value.GetType();
-  if (!IsInteger(constant.default_value) && !(boolean && held == NUV_OBJ_BOOL)) {
+  if (boolean ? !IsBoolean(constant.default_value) : !IsInteger(constant.default_value)) {
     return fmt::format("has type code {} and the default {}", constant.type,
-                       Dump(ToJson(constant.default_value)));
+                       Shown(constant.default_value));
   }
+  const bool has_range = !IsEmpty(constant.minimum) || !IsEmpty(constant.maximum);
+  if (has_range && constant.type != NUV_PARAM_INTEGER) return "has a range and is no integer";
   if (constant.type == NUV_PARAM_CHOICE) return Choices(constant);
   if (constant.choices.Size() != 0) return "has choices and is no choice";
-  return boolean ? "" : Range(constant);
+  return Range(constant);
 }
 
 std::string Constants(const DescriptorRecord& descriptor) {
@@ -209,6 +269,10 @@ constexpr Law kLaws[] = {
      "Name, category and identifier are texts that are not empty, inputs and results have names, "
      "and every other text ends or is null.",
      JudgeEach<Texts>},
+    {"descriptors", "names",
+     "Names, labels, categories and identifiers are texts without control characters, none of "
+     "them empty, and no two inputs, constants or results of an instruction have one name.",
+     JudgeEach<Names>},
     {"descriptors", "identifiers", "No two instructions have the same identifier.",
      [](Trial& trial) {
        JudgeUnique(trial, "identifier", [](const DescriptorRecord& descriptor) {
@@ -234,8 +298,8 @@ constexpr Law kLaws[] = {
     {"descriptors", "defaults", "An input's default is a value of the input's type.",
      JudgeEach<Defaults>},
     {"descriptors", "constants",
-     "A constant's default is of its type, lies within the range where there is one, and is among "
-     "the choices, which a choice has and which have labels.",
+     "A constant's default is of its type, lies within the range where there is one, which only "
+     "integers have, and is among the choices, which only a choice has and which have labels.",
      JudgeEach<Constants>},
     {"descriptors", "repeatable",
      "The repeatable flag is 0 or 1, and 1 only where there is an input to repeat.",

@@ -1,7 +1,12 @@
 // The laws of an instruction's slots other than Execute.
 
+#include <fmt/format.h>
+
+#include <algorithm>
+
 #include "nuvhost/checking/facts.h"
 #include "nuvhost/checking/law.h"
+#include "nuvhost/checking/process_state.h"
 #include "nuvhost/checking/subject.h"
 
 namespace nuvhost::check {
@@ -10,12 +15,13 @@ namespace {
 /// Lets `judge` use each prototype; it gives a complaint or "".
 template <class Judge>
 void ForEachPrototype(Trial& trial, const std::string& doing, Judge judge) {
-  const Subject subject(trial);
-  for (const CatalogueEntry& instruction : subject.Entries()) {
-    trial.At(doing + " " + Label(instruction));
-    const std::string complaint = judge(*instruction.prototype);
-    if (!complaint.empty()) trial.Complain(Label(instruction) + ": " + complaint);
-  }
+  WithSubject(trial, [&](const Entries& entries) {
+    for (const CatalogueEntry& instruction : entries) {
+      trial.At(doing + " " + Label(instruction));
+      const std::string complaint = judge(*instruction.prototype);
+      if (!complaint.empty()) trial.Complain(Label(instruction) + ": " + complaint);
+    }
+  });
 }
 
 std::string Created(IXInstrPlugin& prototype) {
@@ -43,6 +49,38 @@ std::string Destroyed(IXInstrPlugin& prototype) {
   const bool intact = kept->GetDescriptor() == prototype.GetDescriptor();
   prototype.Destroy(kept);
   return intact ? "" : "slot 7 broke the object that it was called on";
+}
+
+/// Whether a new object stands at the address of one whose memory should still be its maker's.
+bool IsReused(IXInstrPlugin& prototype, const void* address) {
+  IXInstrPlugin* made[8] = {};
+  for (IXInstrPlugin*& one : made) one = prototype.Create();
+  const bool reused = std::ranges::find(made, address) != std::end(made);
+  for (IXInstrPlugin* one : made) {
+    if (one != address) prototype.Destroy(one);
+  }
+  return reused;
+}
+
+std::string Destructed(IXInstrPlugin& prototype) {
+  constexpr std::size_t kObjects = 1000;
+  for (const std::uint32_t flags : {0U, 1U}) {
+    IXInstrPlugin* object = prototype.Create();
+    if (object == nullptr || object == &prototype) return "";  // "create" tells of that
+    void* address = object;
+    const void* returned = object->DeletingDestructor(flags);
+    if (returned != address) {
+      return fmt::format("slot 0 with flags {} does not return the address", flags);
+    }
+    if (flags == 0) {
+      if (IsReused(prototype, address)) return "slot 0 with flags 0 frees the object";
+      ::operator delete(address);
+    }
+  }
+  const std::size_t before = MeasureMemory().heap;
+  for (std::size_t i = 0; i < kObjects; ++i) prototype.Create()->DeletingDestructor(1);
+  const std::size_t after = MeasureMemory().heap;
+  return after < before + kObjects * sizeof(void*) ? "" : "slot 0 with flags 1 does not free";
 }
 
 std::string ReservedSlots(IXInstrPlugin& prototype) {
@@ -87,6 +125,9 @@ constexpr Law kLaws[] = {
     {"interface", "destroy",
      "Slot 7 destroys the object it is given, not the one it is called on, and takes null.",
      [](Trial& trial) { ForEachPrototype(trial, "destroying objects of", Destroyed); }},
+    {"interface", "destructor",
+     "Slot 0 returns the object's address, frees the object with flags 1 and not with flags 0.",
+     [](Trial& trial) { ForEachPrototype(trial, "calling slot 0 of", Destructed); }},
     {"interface", "reserved-slots",
      "The reserved slots may be called, and 8 and 12 to 15 give false.",
      [](Trial& trial) { ForEachPrototype(trial, "calling the reserved slots of", ReservedSlots); }},

@@ -19,10 +19,20 @@ std::string Prototype(std::size_t index) {
   return "prototype " + std::to_string(index);
 }
 
-/// The library as it is before anyone called InitPlugins.
-PluginLibrary Load(Trial& trial) {
+/// Shows the library as it is before anyone called InitPlugins.
+template <class Judge>
+void WithLoaded(Trial& trial, Judge judge) {
   trial.At("loading the library");
-  return PluginLibrary(trial.Library());
+  trial.WithLibrary([&](const PluginLibrary& loaded) {
+    judge(trial, loaded.Get());
+    trial.At("unloading the library");
+  });
+}
+
+/// A law of the library as it is loaded.
+template <auto judge>
+void Judge(Trial& trial) {
+  WithLoaded(trial, judge);
 }
 
 std::vector<DescriptorRecord*> Descriptors(Trial& trial, IXInstrPluginLib& library) {
@@ -36,11 +46,13 @@ std::vector<DescriptorRecord*> Descriptors(Trial& trial, IXInstrPluginLib& libra
 
 void JudgeExport(Trial& trial) {
   try {
-    const PluginLibrary library = Load(trial);
-    trial.At("calling NuvPluginLibGet again");
-    if (library.CallExport() != &library.Get()) {
-      trial.Complain("a second call of NuvPluginLibGet gave another object");
-    }
+    trial.At("loading the library");
+    trial.WithLibrary([&](const PluginLibrary& library) {
+      trial.At("calling NuvPluginLibGet again");
+      if (library.CallExport() != &library.Get()) {
+        trial.Complain("a second call of NuvPluginLibGet gave another object");
+      }
+    });
   } catch (const NoPluginError& error) {
     trial.Complain(error.what());
   } catch (const UserError& error) {
@@ -48,11 +60,10 @@ void JudgeExport(Trial& trial) {
   }
 }
 
-void JudgePrototypes(Trial& trial) {
-  const PluginLibrary library = Load(trial);
+void JudgePrototypes(Trial& trial, IXInstrPluginLib& library) {
   trial.At("reading the array of prototypes");
-  const std::uint64_t count = library.Get().GetPluginCount();
-  IXInstrPlugin** prototypes = library.Get().GetPlugins();
+  const std::uint64_t count = library.GetPluginCount();
+  IXInstrPlugin** prototypes = library.GetPlugins();
   if (count == 0) return trial.Complain("GetPluginCount gives 0: there are no instructions");
   if (prototypes == nullptr) {
     return trial.Complain("GetPlugins gives null, though GetPluginCount gives " +
@@ -74,27 +85,26 @@ void JudgePrototypes(Trial& trial) {
 }
 
 void JudgeInit(Trial& trial) {
-  const Subject subject(trial);
-  for (const CatalogueEntry& instruction : subject.Entries()) {
-    if (instruction.descriptor->format == 0) {
-      trial.Complain(Label(instruction) + ": the format code is still 0 after InitPlugins");
+  WithSubject(trial, [&](const Entries& entries) {
+    for (const CatalogueEntry& instruction : entries) {
+      if (instruction.descriptor->format == 0) {
+        trial.Complain(Label(instruction) + ": the format code is still 0 after InitPlugins");
+      }
     }
-  }
+  });
 }
 
-void JudgeInformation(Trial& trial) {
-  const PluginLibrary library = Load(trial);
+void JudgeInformation(Trial& trial, IXInstrPluginLib& library) {
   trial.At("reading the information record");
-  const LibraryInfo* info = library.Get().GetLibInfo();
+  const LibraryInfo* info = library.GetLibInfo();
   if (info == nullptr) return trial.Complain("GetLibInfo gives null");
   if (info->version != 1) trial.Complain("the version is " + std::to_string(info->version));
   trial.At("reading the text of the information record");
   if (TextOrEmpty(info->text).empty()) trial.Complain("the text is null or empty");
 }
 
-void JudgeUntouched(Trial& trial) {
-  const PluginLibrary library = Load(trial);
-  const std::vector<DescriptorRecord*> descriptors = Descriptors(trial, library.Get());
+void JudgeUntouched(Trial& trial, IXInstrPluginLib& library) {
+  const std::vector<DescriptorRecord*> descriptors = Descriptors(trial, library);
   for (std::size_t i = 0; i < descriptors.size(); ++i) {
     unsigned char bytes[sizeof(DescriptorRecord)];
     std::memcpy(bytes, static_cast<const void*>(descriptors[i]), sizeof bytes);
@@ -105,25 +115,23 @@ void JudgeUntouched(Trial& trial) {
   }
 }
 
-void JudgeInitCount(Trial& trial) {
-  const PluginLibrary library = Load(trial);
+void JudgeInitCount(Trial& trial, IXInstrPluginLib& library) {
   for (const char* time : {"the first", "a second"}) {
     trial.At(fmt::format("calling InitPlugins {} time", time));
-    const std::uint64_t visited = library.Get().InitPlugins();
-    const std::uint64_t count = library.Get().GetPluginCount();
+    const std::uint64_t visited = library.InitPlugins();
+    const std::uint64_t count = library.GetPluginCount();
     if (visited == count) continue;
     trial.Complain(
         fmt::format("InitPlugins gives {} {} time, GetPluginCount {}", visited, time, count));
   }
 }
 
-void JudgeEmptyObject(Trial& trial) {
-  const PluginLibrary library = Load(trial);
+void JudgeEmptyObject(Trial& trial, IXInstrPluginLib& library) {
   trial.At("calling GetEmptyObject");
   alignas(CNuvObject) unsigned char storage[sizeof(CNuvObject)];
   std::memset(storage, 0xAA, sizeof storage);
   auto* expected = reinterpret_cast<CNuvObject*>(storage);
-  const CNuvObject* object = library.Get().GetEmptyObject(expected);
+  const CNuvObject* object = library.GetEmptyObject(expected);
   if (object != expected) {
     return trial.Complain("GetEmptyObject does not return the address that it was given");
   }
@@ -134,9 +142,7 @@ void JudgeEmptyObject(Trial& trial) {
   if (object->GetType() <= NUV_OBJ_LINE_VECTOR) std::destroy_at(expected);
 }
 
-void JudgeRelease(Trial& trial) {
-  const PluginLibrary loaded = Load(trial);
-  IXInstrPluginLib& library = loaded.Get();
+void JudgeRelease(Trial& trial, IXInstrPluginLib& library) {
   trial.At("calling InitPlugins");
   library.InitPlugins();
   const std::vector<DescriptorRecord*> descriptors = Descriptors(trial, library);
@@ -167,20 +173,84 @@ void JudgeRelease(Trial& trial) {
 /// prototypes does so as it is unloaded.
 std::vector<Facts> FactsOfALoad(Trial& trial, const char* time, bool release) {
   trial.At(fmt::format("loading the library {} time", time));
-  const PluginLibrary library(trial.Library());
-  trial.At(fmt::format("building the descriptors of the library loaded {} time", time));
-  library.Get().InitPlugins();
   std::vector<Facts> facts;
-  for (const DescriptorRecord* descriptor : Descriptors(trial, library.Get())) {
-    facts.push_back(AllFacts(*descriptor));
-  }
-  if (release) {
-    trial.At("calling ReleasePlugins");
-    library.Get().ReleasePlugins();
-  }
-  trial.At(std::string("unloading the library ") +
-           (release ? "after ReleasePlugins" : "without ReleasePlugins"));
+  trial.WithLibrary([&](const PluginLibrary& loaded) {
+    IXInstrPluginLib& library = loaded.Get();
+    trial.At(fmt::format("building the descriptors of the library loaded {} time", time));
+    library.InitPlugins();
+    for (const DescriptorRecord* descriptor : Descriptors(trial, library)) {
+      facts.push_back(AllFacts(*descriptor));
+    }
+    if (release) {
+      trial.At("calling ReleasePlugins");
+      library.ReleasePlugins();
+    }
+    trial.At(std::string("unloading the library ") +
+             (release ? "after ReleasePlugins" : "without ReleasePlugins"));
+  });
   return facts;
+}
+
+/// The library's own slot 0, which a host's compiler calls with either flag.
+template <std::uint32_t flags>
+void JudgeLibraryDestructor(Trial& trial, IXInstrPluginLib& library) {
+  trial.At("calling InitPlugins");
+  library.InitPlugins();
+  trial.At(fmt::format("calling slot 0 of the library with flags {}", flags));
+  const void* returned = library.DeletingDestructor(flags);
+  if (returned != static_cast<void*>(&library)) {
+    return trial.Complain(fmt::format("slot 0 with flags {} does not return the address", flags));
+  }
+  trial.At(fmt::format("using the library after slot 0 with flags {}", flags));
+  const std::uint64_t count = library.GetPluginCount();
+  if (count != 0) {
+    return trial.Complain(
+        fmt::format("GetPluginCount gives {} after slot 0 with flags {}", count, flags));
+  }
+  library.GetPlugins();
+  library.GetLibInfo();
+  library.ReleasePlugins();
+  if (library.InitPlugins() != 0) {
+    trial.Complain(fmt::format("InitPlugins finds prototypes after slot 0 with flags {}", flags));
+  }
+}
+
+void JudgeLibraryDestructors(Trial& trial) {
+  WithLoaded(trial, JudgeLibraryDestructor<0>);
+  WithLoaded(trial, JudgeLibraryDestructor<1>);
+}
+
+/// What a host keeps pointers to.
+struct Addresses {
+  explicit Addresses(IXInstrPluginLib& library)
+      : information(library.GetLibInfo()), prototypes(library.GetPlugins()) {
+    const std::uint64_t count = library.GetPluginCount();
+    for (std::uint64_t i = 0; i < count; ++i) {
+      objects.push_back(prototypes[i]);
+      descriptors.push_back(prototypes[i]->GetDescriptor());
+    }
+  }
+
+  const void* information;
+  IXInstrPlugin** prototypes;
+  std::vector<const void*> objects;
+  std::vector<const void*> descriptors;
+};
+
+void JudgeAddresses(Trial& trial, IXInstrPluginLib& library) {
+  trial.At("asking for the addresses");
+  const Addresses before(library);
+  for (const char* when : {"when asked again", "after InitPlugins"}) {
+    const Addresses after(library);
+    const auto same = [&](const char* what, const auto& a, const auto& b) {
+      if (a != b) trial.Complain(fmt::format("{} has moved {}", what, when));
+    };
+    same("the information", before.information, after.information);
+    same("the array of prototypes", before.prototypes, after.prototypes);
+    same("a prototype", before.objects, after.objects);
+    same("a descriptor", before.descriptors, after.descriptors);
+    library.InitPlugins();
+  }
 }
 
 void JudgeReload(Trial& trial) {
@@ -206,20 +276,30 @@ constexpr Law kLaws[] = {
     {"interface", "prototypes",
      "GetPlugins holds as many prototypes as GetPluginCount says, at least one, all different, "
      "each with a descriptor of its own.",
-     JudgePrototypes, true},
+     Judge<JudgePrototypes>, true},
     {"interface", "init", "InitPlugins fills every prototype's descriptor.", JudgeInit, true},
     {"interface", "init-count",
-     "InitPlugins returns the number of prototypes, however often it is called.", JudgeInitCount},
+     "InitPlugins returns the number of prototypes, however often it is called.",
+     Judge<JudgeInitCount>},
     {"interface", "information",
-     "The information record has version 1 and a text that is not empty.", JudgeInformation},
-    {"interface", "untouched", "Before InitPlugins every descriptor is all zero.", JudgeUntouched},
+     "The information record has version 1 and a text that is not empty.", Judge<JudgeInformation>},
+    {"interface", "untouched", "Before InitPlugins every descriptor is all zero.",
+     Judge<JudgeUntouched>},
     {"interface", "empty-object",
      "GetEmptyObject makes a value of type 0 where it is told to, and returns its address.",
-     JudgeEmptyObject},
+     Judge<JudgeEmptyObject>},
     {"interface", "release",
      "After ReleasePlugins there are no prototypes, their descriptors hold no records, and every "
      "slot of the library may still be called.",
-     JudgeRelease},
+     Judge<JudgeRelease>},
+    {"interface", "library-destructor",
+     "Slot 0 of the library, with either flag, returns its address and leaves a library without "
+     "prototypes, whose slots may still be called.",
+     JudgeLibraryDestructors},
+    {"interface", "addresses",
+     "The information, the array of prototypes, the prototypes and their descriptors stand where "
+     "they stand, before InitPlugins and after.",
+     Judge<JudgeAddresses>},
     {"interface", "reload",
      "A library that was unloaded, with or without ReleasePlugins, is the same when it is loaded "
      "again.",

@@ -6,24 +6,26 @@
 
 namespace nuvhost::check {
 
-class Subject {
- public:
-  explicit Subject(Trial& trial) : trial_(trial), catalogue_(Announce(trial).Library()) {}
-  Subject(const Subject&) = delete;
-  Subject& operator=(const Subject&) = delete;
-  ~Subject() { trial_.At("releasing and unloading the library"); }
+using Entries = std::vector<CatalogueEntry>;
 
-  const std::vector<CatalogueEntry>& Entries() const { return catalogue_.Entries(); }
-
- private:
-  static Trial& Announce(Trial& trial) {
-    trial.At("loading the library and building its descriptors");
-    return trial;
-  }
-
-  Trial& trial_;
-  Catalogue catalogue_;
-};
+/// Loads the library, builds its descriptors, shows its instructions to `use`, and releases and
+/// unloads it.
+template <class Use>
+void WithSubject(Trial& trial, Use use) {
+  trial.At("loading the library and building its descriptors");
+  trial.WithLibrary([&](const PluginLibrary& loaded) {
+    IXInstrPluginLib& library = loaded.Get();
+    library.InitPlugins();
+    Entries entries;
+    for (std::size_t i = 0; i < library.GetPluginCount(); ++i) {
+      IXInstrPlugin* prototype = library.GetPlugins()[i];
+      entries.push_back({i, prototype, prototype->GetDescriptor()});
+    }
+    use(std::as_const(entries));
+    trial.At("releasing and unloading the library");
+    library.ReleasePlugins();
+  });
+}
 
 /// An instruction as complaints name it: by its identifier, or by its position.
 inline std::string Label(const CatalogueEntry& instruction) {
@@ -35,12 +37,13 @@ inline std::string Label(const CatalogueEntry& instruction) {
 /// Shows each instruction's descriptor to `look`, which gives a complaint or "".
 template <class Look>
 void ForEachDescriptor(Trial& trial, Look look) {
-  const Subject subject(trial);
-  for (const CatalogueEntry& instruction : subject.Entries()) {
-    trial.At("reading the descriptor of prototype " + std::to_string(instruction.index));
-    const std::string complaint = look(*instruction.descriptor);
-    if (!complaint.empty()) trial.Complain(Label(instruction) + ": " + complaint);
-  }
+  WithSubject(trial, [&](const Entries& entries) {
+    for (const CatalogueEntry& instruction : entries) {
+      trial.At("reading the descriptor of prototype " + std::to_string(instruction.index));
+      const std::string complaint = look(*instruction.descriptor);
+      if (!complaint.empty()) trial.Complain(Label(instruction) + ": " + complaint);
+    }
+  });
 }
 
 }  // namespace nuvhost::check

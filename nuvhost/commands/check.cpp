@@ -83,6 +83,7 @@ Json VerdictToJson(const JudgedLaw& judged) {
           {"demand", law->demand},
           {"verdict", Word(verdict.outcome)},
           {"note", verdict.note},
+          {"notCalled", verdict.not_called},
           {"complaintCount", verdict.complaint_count},
           {"complaints", verdict.complaints}};
 }
@@ -140,7 +141,7 @@ check::FuzzPlan PlanOf(const CheckOptions& options) {
 std::vector<JudgedLaw> Judge(const CheckOptions& options, bool tell) {
   const std::vector<const Law*> laws = LawsOf(options.level);
   const std::set<const Law*> wanted = Wanted(options, laws);
-  const LawRuns runs(options.library, options.timeout);
+  const LawRuns runs({options.library, options.outer_world, PlanOf(options)}, options.timeout);
   const LawOnTrial progress;
   std::vector<JudgedLaw> judged;
   const Law* unmet = nullptr;
@@ -153,7 +154,7 @@ std::vector<JudgedLaw> Judge(const CheckOptions& options, bool tell) {
     progress.Show(i + 1, laws.size(), law);
     const auto begin = std::chrono::steady_clock::now();
     const Verdict verdict = unmet != nullptr           ? SkippedForWantOf(*unmet)
-                            : &law == &check::kFuzzLaw ? runs.JudgeFuzz(PlanOf(options))
+                            : &law == &check::kFuzzLaw ? runs.JudgeFuzz()
                                                        : runs.Judge(law);
     progress.Wipe();
     if (law.essential && verdict.outcome == Outcome::kFailed) unmet = &law;
@@ -194,22 +195,23 @@ int Check(const CheckOptions& options) {
   const bool tells = !options.as_json && !prints_junit;
   const std::vector<JudgedLaw> judged = Judge(options, tells);
   std::size_t counts[3] = {};
+  std::size_t not_called = 0;
   Json list = Json::array();
   for (const JudgedLaw& one : judged) {
     ++counts[static_cast<std::size_t>(one.verdict.outcome)];
+    not_called = std::max(not_called, one.verdict.not_called);
     list.push_back(VerdictToJson(one));
   }
   const auto [passed, failed, skipped] = counts;
   const std::string library = ToUtf8(options.library);
   if (options.as_json) {
-    const Json answer{{"library", library},
-                      {"laws", list},
-                      {"passed", passed},
-                      {"failed", failed},
-                      {"skipped", skipped}};
+    const Json answer{{"library", library}, {"laws", list},       {"passed", passed},
+                      {"failed", failed},   {"skipped", skipped}, {"notCalled", not_called}};
     Print(answer.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   } else if (tells) {
-    Print(fmt::format("{} passed, {} failed, {} skipped\n", passed, failed, skipped));
+    Print(fmt::format("{} passed, {} failed, {} skipped", passed, failed, skipped));
+    if (not_called > 0) Print(fmt::format("; {} instructions not called", not_called));
+    Print("\n");
   }
   if (prints_junit) Print(JunitXml(library, judged));
   if (junit) {
@@ -219,13 +221,20 @@ int Check(const CheckOptions& options) {
   return failed == 0 ? kExitSuccess : kExitFailed;
 }
 
-int CheckLaw(const std::filesystem::path& library, const std::string& law,
-             const std::filesystem::path& record, const check::FuzzPlan& plan) {
-  ExpectTheWorst();
-  CNuvSetting::Inst().SetVectorLimit(kMaxElements);
+int CheckLaw(const check::Charge& charge, const std::string& law) {
   const Law* known = Find(LawsOf("stress"), law);
   if (known == nullptr) throw UserError("unknown law \"{}\"", law);
-  check::JudgeLaw(*known, library, record, plan);
+  ExpectTheWorst();
+  CNuvSetting::Inst().SetVectorLimit(kMaxElements);
+  PrivateOutput output;
+  // What sets up handlers is told by "process", before which they must not be refused.
+  if (law != "process") RefuseCrashHandlers();
+  check::JudgeLaw(*known, charge, [&](std::string_view line) {
+#if defined(_WIN32)
+    if (law != "process") RefuseCrashHandlers();  // once more, before what comes next
+#endif
+    output.Write(line);
+  });
   return kExitSuccess;
 }
 

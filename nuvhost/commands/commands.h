@@ -50,20 +50,20 @@ inline constexpr const char* kPrinted = "-";
 /// How a library is to be judged.
 struct CheckOptions {
   std::filesystem::path library = {};
-  int timeout = 60;                        ///< seconds that each law may take
-  std::vector<std::string> only = {};      ///< laws by name; all of the level if empty
-  std::string level = "full";              ///< "quick", "full" or "stress"
-  std::optional<std::uint64_t> seed = {};  ///< of random calls
-  std::optional<int> seconds = {};         ///< how long they are made; 0 for one call
-  std::string junit = {};                  ///< a file for JUnit's XML, or kPrinted
+  std::vector<std::string> outer_world = {};  ///< identifiers of instructions that are not called
+  int timeout = 60;                           ///< seconds that each law may take
+  std::vector<std::string> only = {};         ///< laws by name; all of the level if empty
+  std::string level = "full";                 ///< "quick", "full" or "stress"
+  std::optional<std::uint64_t> seed = {};     ///< of random calls
+  std::optional<int> seconds = {};            ///< how long they are made; 0 for one call
+  std::string junit = {};                     ///< a file for JUnit's XML, or kPrinted
   bool as_json = false;
 };
 
 /// Judges a plug-in library's conformance, each law in a process of its own.
 int Check(const CheckOptions& options);
-/// What each of those processes does: it judges one law and records that in a file.
-int CheckLaw(const std::filesystem::path& library, const std::string& law,
-             const std::filesystem::path& record, const check::FuzzPlan& plan);
+/// What each of those processes does: it judges one law and records that on standard output.
+int CheckLaw(const check::Charge& charge, const std::string& law);
 
 /// How a program is to be run.
 struct RunOptions {

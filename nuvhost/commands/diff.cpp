@@ -11,7 +11,6 @@
 #include "nuvhost/system/console.h"
 #include "nuvhost/system/input_file.h"
 #include "nuvhost/system/paths.h"
-#include "nuvhost/system/temporary_folder.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/text/text_table.h"
 
@@ -38,12 +37,9 @@ std::string BytesOf(const std::string& name) {
 /// A library's catalogue as JSON, told by a process of its own: the library may crash or hang, and
 /// the other one may be loaded by then. Nothing where that process has said what is wrong.
 std::optional<std::string> DescribedByChild(const std::string& library) {
-  const TemporaryFolder folder;
-  const std::filesystem::path output = folder.Path() / "catalogue.json";
-  const ChildEnd end =
-      RunChild(ProgramPath(), {"diff", "--describe", "--", library, library}, kLimit, output);
+  ChildEnd end = RunChild(ProgramPath(), {"diff", "--describe", "--", library, library}, kLimit);
   if (!end.in_time) throw UserError("{} told no catalogue within {} s", library, kLimit.count());
-  if (end.code == kExitSuccess) return BytesOf(ToUtf8(output));
+  if (end.code == kExitSuccess) return std::move(end.output);
   if (end.code == kExitWrongCall) return std::nullopt;
   throw UserError("{} crashed as its catalogue was read; see nuvhost check", library);
 }

@@ -24,14 +24,17 @@ constexpr std::chrono::milliseconds kSlice(10'000);
 
 Verdict LawRuns::Run(const Law& law, std::vector<std::string> more,
                      std::chrono::milliseconds time) const {
-  const std::filesystem::path record = folder_.Path() / law.name;
-  std::vector<std::string> words = {"check", "--law", law.name, "--record", ToUtf8(record)};
+  std::vector<std::string> words = {"check", "--law", law.name};
+  for (const std::string& identifier : charge_.outer_world) {
+    words.insert(words.end(), {"--outer-world", identifier});
+  }
   words.insert(words.end(), more.begin(), more.end());
-  words.insert(words.end(), {"--", ToUtf8(library_)});
+  words.insert(words.end(), {"--", ToUtf8(charge_.library)});
   const ChildEnd end = RunChild(ProgramPath(), words, time + std::chrono::seconds(seconds_));
-  const std::string ending =
-      end.in_time ? "crashed" : fmt::format("no answer within {} s", seconds_);
-  Verdict verdict = check::ReadVerdict(record, ending);
+  const std::string ending = !end.in_time    ? fmt::format("no answer within {} s", seconds_)
+                             : end.code != 0 ? "crashed"
+                                             : "";
+  Verdict verdict = check::ReadVerdict(end.output, ending);
   if (!verdict.cannot_load.empty()) throw UserError(verdict.cannot_load);
   return verdict;
 }
@@ -70,7 +73,8 @@ void LawRuns::FindAgain(Verdict& verdict, FuzzPlan& rest) const {
   }
 }
 
-Verdict LawRuns::JudgeFuzz(const FuzzPlan& plan) const {
+Verdict LawRuns::JudgeFuzz() const {
+  const FuzzPlan& plan = charge_.plan;
   if (plan.calls > 0) return RunFuzz(plan);
   using Clock = std::chrono::steady_clock;
   const Clock::time_point deadline = Clock::now() + plan.time;
@@ -90,6 +94,7 @@ Verdict LawRuns::JudgeFuzz(const FuzzPlan& plan) const {
     } else {
       goes_on = false;  // it was no call
     }
+    all.not_called = verdict.not_called;
     all.complaint_count += verdict.complaint_count;
     all.complaints.insert(all.complaints.end(), verdict.complaints.begin(),
                           verdict.complaints.end());

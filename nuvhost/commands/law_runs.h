@@ -5,21 +5,19 @@
 #include <vector>
 
 #include "nuvhost/checking/law.h"
-#include "nuvhost/system/temporary_folder.h"
 
 namespace nuvhost {
 
 class LawRuns {
  public:
   /// Each law may take so many seconds.
-  LawRuns(std::filesystem::path library, int seconds)
-      : library_(std::move(library)), seconds_(seconds) {}
+  LawRuns(check::Charge charge, int seconds) : charge_(std::move(charge)), seconds_(seconds) {}
 
   /// Throws UserError where the library cannot be loaded at all.
   check::Verdict Judge(const check::Law& law) const;
-  /// The law of random calls, for the plan's time. A call that ends its process is found again,
-  /// and the others go on without its instruction.
-  check::Verdict JudgeFuzz(const check::FuzzPlan& plan) const;
+  /// The law of random calls, for the time of the charge's plan. A call that ends its process is
+  /// found again, and the others go on without its instruction.
+  check::Verdict JudgeFuzz() const;
 
  private:
   check::Verdict Run(const check::Law& law, std::vector<std::string> more,
@@ -29,9 +27,8 @@ class LawRuns {
   /// it was. The rest goes on behind it.
   void FindAgain(check::Verdict& verdict, check::FuzzPlan& rest) const;
 
-  std::filesystem::path library_;
+  check::Charge charge_;
   int seconds_;
-  TemporaryFolder folder_;
 };
 
 }  // namespace nuvhost

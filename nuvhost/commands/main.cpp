@@ -41,7 +41,6 @@ struct Arguments {
   ReportOptions report;
   std::string library;
   std::string law;
-  std::string record;
   std::string before;
   std::string after;
   bool describe = false;
@@ -293,7 +292,7 @@ class CommandLine {
   void AddCheck() {
     CLI::App* check = Add("check", "Judge a plug-in library's conformance", [](const Arguments& a) {
       const std::filesystem::path library = a.library.empty() ? Plugin(a) : PathFromUtf8(a.library);
-      if (!a.law.empty()) return CheckLaw(library, a.law, PathFromUtf8(a.record), PlanOf(a));
+      if (!a.law.empty()) return CheckLaw({library, a.check.outer_world, PlanOf(a)}, a.law);
       CheckOptions options = a.check;
       options.library = library;
       options.as_json = a.json;
@@ -333,9 +332,15 @@ class CommandLine {
         ->type_name("[FILE.xml]")
         ->expected(0, 1)
         ->default_str(kPrinted);
+    check
+        ->add_option("--outer-world", options.outer_world,
+                     "an instruction that acts on files, devices or time, by its identifier; it is "
+                     "not called, as those of this system are not; may be given again")
+        ->type_name("IDENTIFIER")
+        ->expected(1)
+        ->take_all();
     // How this program starts itself for one law.
     check->add_option("--law", arguments_.law)->group("");
-    check->add_option("--record", arguments_.record)->group("");
     check->add_option("--calls", arguments_.plan.calls)->group("");
     check->add_option("--time", arguments_.plan_time)->group("");
     check->add_option("--left-out", arguments_.plan.left_out)->delimiter(',')->group("");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -12,15 +13,32 @@
 namespace nuvhost {
 
 struct ChildEnd {
-  bool in_time;  ///< else it was killed
-  int code;      ///< the exit code; says nothing reliable of a process that crashed
+  bool in_time;        ///< else it was killed
+  int code;            ///< the exit code; says nothing reliable of a process that crashed
+  std::string output;  ///< what it wrote to its standard output
 };
 
-/// Runs a program and waits for its end, or kills it at the time limit. It reads nothing, writes
-/// its standard output to a file, or nowhere where that is empty, and shares this process's
+/// Runs a program and waits for its end, or kills it at the time limit, or once it has written
+/// 256 MiB. It reads nothing, writes its standard output into a pipe, and shares this process's
 /// standard error. Words are UTF-8. Throws UserError where the program cannot be started.
 ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::string>& words,
-                  std::chrono::milliseconds limit, const std::filesystem::path& output = {});
+                  std::chrono::milliseconds limit);
+
+/// This process's standard output, taken over: it has no name and no number that could be guessed
+/// any more, and what is written to the standard output from then on goes nowhere.
+class PrivateOutput {
+ public:
+  /// Throws UserError where it cannot be had.
+  PrivateOutput();
+  PrivateOutput(const PrivateOutput&) = delete;
+  PrivateOutput& operator=(const PrivateOutput&) = delete;
+  ~PrivateOutput();
+
+  void Write(std::string_view text);
+
+ private:
+  std::intptr_t output_;
+};
 
 /// A process that is asked and answers, line by line, over its standard input and output. It shares
 /// this process's standard error, and Ctrl-C does not reach it.
@@ -53,5 +71,9 @@ void LeaveInterruptsToParent();
 /// What a child that may crash or hang does first: it shows no dialog, leaves no core file and
 /// does not outlive its parent.
 void ExpectTheWorst();
+
+/// A crash ends this process from now on, whatever handlers for it are set up. False where the
+/// system does not allow that.
+bool RefuseCrashHandlers();
 
 }  // namespace nuvhost

@@ -1,15 +1,21 @@
 #include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
-#include <thread>
+#include <iterator>
+#include <random>
 
 #include "nuvhost/error.h"
 #include "nuvhost/system/child_process.h"
@@ -19,16 +25,15 @@ namespace nuvhost {
 namespace {
 
 constexpr int kPipeSize = 1 << 20;
+constexpr std::size_t kMaxOutput = std::size_t{256} << 20;
 
 /// Which files a child starts with.
 class FileActions {
  public:
-  explicit FileActions(const std::filesystem::path& output) {
+  explicit FileActions(int output) {
     posix_spawn_file_actions_init(&actions_);
     posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO,
-                                     output.empty() ? "/dev/null" : output.c_str(),
-                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
   }
   FileActions(const FileActions&) = delete;
   FileActions& operator=(const FileActions&) = delete;
@@ -40,8 +45,7 @@ class FileActions {
   posix_spawn_file_actions_t actions_;
 };
 
-pid_t Start(const std::filesystem::path& program, std::vector<std::string> words,
-            const std::filesystem::path& output) {
+pid_t Start(const std::filesystem::path& program, std::vector<std::string> words, int output) {
   words.insert(words.begin(), program.string());
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
@@ -54,6 +58,37 @@ pid_t Start(const std::filesystem::path& program, std::vector<std::string> words
   }
   return child;
 }
+
+/// A pipe that a child writes into.
+class Pipe {
+ public:
+  Pipe() {
+    if (pipe2(ends_, O_CLOEXEC) != 0) throw UserError("no pipe: {}", std::strerror(errno));
+    fcntl(ends_[1], F_SETPIPE_SZ, kPipeSize);  // a larger one lets it go on meanwhile
+    fcntl(ends_[0], F_SETFL, O_NONBLOCK);
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+  ~Pipe() {
+    close(ends_[0]);
+    close(ends_[1]);
+  }
+
+  int Reader() const { return ends_[0]; }
+  int Writer() const { return ends_[1]; }
+  /// Appends what is there by now.
+  void Read(std::string& text) const {
+    char block[65536];
+    while (text.size() <= kMaxOutput) {
+      const ssize_t size = read(ends_[0], block, sizeof block);
+      if (size > 0) text.append(block, static_cast<std::size_t>(size));
+      if (size == 0 || (size < 0 && errno != EINTR)) return;
+    }
+  }
+
+ private:
+  int ends_[2];
+};
 
 /// Waits for a child, without blocking where `options` say so; whether it has ended.
 bool HasEnded(pid_t child, int options, int& status) {
@@ -75,23 +110,54 @@ int Kill(pid_t child) {
 }  // namespace
 
 ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::string>& words,
-                  std::chrono::milliseconds limit, const std::filesystem::path& output) {
+                  std::chrono::milliseconds limit) {
   using Clock = std::chrono::steady_clock;
-  const pid_t child = Start(program, words, output);
+  const Pipe pipe;
+  const pid_t child = Start(program, words, pipe.Writer());
   const Clock::time_point deadline = Clock::now() + limit;
+  ChildEnd end{true, 0, {}};
   int status = 0;
-  bool in_time = true;
-  std::chrono::milliseconds pause(1);
-  while (!HasEnded(child, WNOHANG, status)) {
-    if (Clock::now() >= deadline) {
-      in_time = false;
-      status = Kill(child);
-      break;
+  // What it started may hold the pipe longer than it lives, so the pipe's end says nothing.
+  while (true) {
+    const bool has_ended = HasEnded(child, WNOHANG, status);
+    pipe.Read(end.output);
+    if (has_ended) break;
+    if (Clock::now() < deadline && end.output.size() <= kMaxOutput) {
+      pollfd readable{pipe.Reader(), POLLIN, 0};
+      poll(&readable, 1, 2);
+      continue;
     }
-    std::this_thread::sleep_for(pause);
-    pause = std::min(2 * pause, std::chrono::milliseconds(20));
+    end.in_time = false;
+    status = Kill(child);
+    break;
   }
-  return {in_time, WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status)};
+  end.code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+  return end;
+}
+
+PrivateOutput::PrivateOutput() {
+  // Where nobody looks: neither the next free number, nor one that two processes have in common.
+  std::random_device random;
+  const int lowest = static_cast<int>(100 + random() % 800);
+  const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+  const int output = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, lowest);
+  if (nowhere < 0 || output < 0 || dup2(nowhere, STDOUT_FILENO) < 0) {
+    throw UserError("no output: {}", std::strerror(errno));
+  }
+  close(nowhere);
+  output_ = output;
+}
+
+PrivateOutput::~PrivateOutput() {
+  close(static_cast<int>(output_));
+}
+
+void PrivateOutput::Write(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(static_cast<int>(output_), text.data(), text.size());
+    if (written < 0 && errno != EINTR) return;
+    if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
+  }
 }
 
 struct Partner::Process {
@@ -184,6 +250,33 @@ void ExpectTheWorst() {
   const rlimit no_core{0, 0};
   setrlimit(RLIMIT_CORE, &no_core);
   prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
+bool RefuseCrashHandlers() {
+  // The system answers as if the handler were set; whoever asks what is set gets to know.
+  constexpr std::uint32_t kNumber = offsetof(seccomp_data, nr);
+  constexpr std::uint32_t kSignal = offsetof(seccomp_data, args[0]);
+  constexpr std::uint32_t kAction = offsetof(seccomp_data, args[1]);
+  sock_filter steps[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kNumber),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_rt_sigaction, 0, 12),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kAction),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, 0, 0, 2),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kAction + 4),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, 0, 8, 0),
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, kSignal),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SIGSEGV, 5, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SIGBUS, 4, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SIGFPE, 3, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SIGILL, 2, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SIGABRT, 1, 0),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SIGTRAP, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  const sock_fprog filter{static_cast<unsigned short>(std::size(steps)), steps};
+  return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+         prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
 }
 
 }  // namespace nuvhost

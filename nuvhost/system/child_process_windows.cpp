@@ -1,3 +1,5 @@
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 #include "nuvhost/error.h"
@@ -8,6 +10,7 @@ namespace nuvhost {
 namespace {
 
 constexpr DWORD kPipeSize = 1 << 20;
+constexpr std::size_t kMaxOutput = std::size_t{256} << 20;
 
 /// A handle that is closed at the end.
 class Handle {
@@ -93,27 +96,97 @@ void Kill(HANDLE process) {
   WaitForSingleObject(process, INFINITE);
 }
 
+/// Appends what is in a pipe by now.
+void ReadWhatIsThere(HANDLE pipe, std::string& text) {
+  char block[65536];
+  DWORD size = 0;
+  while (text.size() <= kMaxOutput && PeekNamedPipe(pipe, nullptr, 0, nullptr, &size, nullptr) &&
+         size > 0 && ReadFile(pipe, block, sizeof block, &size, nullptr)) {
+    text.append(block, size);
+  }
+}
+
 LONG WINAPI EndQuietly(EXCEPTION_POINTERS* exception) {
   TerminateProcess(GetCurrentProcess(), exception->ExceptionRecord->ExceptionCode);
   return EXCEPTION_EXECUTE_HANDLER;
 }
 
+/// Ends the process at what no code is meant to handle; exceptions of C++ go their way.
+LONG WINAPI EndAtCrash(EXCEPTION_POINTERS* exception) {
+  switch (exception->ExceptionRecord->ExceptionCode) {
+    case EXCEPTION_ACCESS_VIOLATION:
+    case EXCEPTION_IN_PAGE_ERROR:
+    case EXCEPTION_STACK_OVERFLOW:
+    case EXCEPTION_ILLEGAL_INSTRUCTION:
+    case EXCEPTION_PRIV_INSTRUCTION:
+    case EXCEPTION_INT_DIVIDE_BY_ZERO:
+    case EXCEPTION_BREAKPOINT: return EndQuietly(exception);
+    default: return EXCEPTION_CONTINUE_SEARCH;
+  }
+}
+
 }  // namespace
 
 ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::string>& words,
-                  std::chrono::milliseconds limit, const std::filesystem::path& output) {
+                  std::chrono::milliseconds limit) {
   const Handle input(OpenForChild(L"NUL", GENERIC_READ, OPEN_EXISTING));
-  const Handle written(output.empty() ? OpenForChild(L"NUL", GENERIC_WRITE, OPEN_EXISTING)
-                                      : OpenForChild(output.c_str(), GENERIC_WRITE, CREATE_ALWAYS));
-  const Started started = Start(program, words, input, written);
+  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+  HANDLE read = nullptr;
+  HANDLE written = nullptr;
+  if (!CreatePipe(&read, &written, &inherited, kPipeSize)) {
+    throw UserError("no pipe: error {}", GetLastError());
+  }
+  const Handle reader(read);
+  const Handle writer(written);
+  SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
+  const Started started = Start(program, words, input, writer);
   const Handle process(started.process);
   const Handle job(started.job);
-  const bool in_time =
-      WaitForSingleObject(process.Get(), static_cast<DWORD>(limit.count())) == WAIT_OBJECT_0;
-  if (!in_time) Kill(process.Get());
+  const ULONGLONG deadline = GetTickCount64() + static_cast<ULONGLONG>(limit.count());
+  ChildEnd end{true, 0, {}};
+  // What it started may hold the pipe longer than it lives, so the pipe's end says nothing.
+  while (true) {
+    const bool has_ended = WaitForSingleObject(process.Get(), 2) == WAIT_OBJECT_0;
+    ReadWhatIsThere(read, end.output);
+    if (has_ended) break;
+    if (GetTickCount64() < deadline && end.output.size() <= kMaxOutput) continue;
+    end.in_time = false;
+    Kill(process.Get());
+    break;
+  }
   DWORD code = 0;
   GetExitCodeProcess(process.Get(), &code);
-  return {in_time, static_cast<int>(code)};
+  end.code = static_cast<int>(code);
+  return end;
+}
+
+PrivateOutput::PrivateOutput() {
+  const HANDLE self = GetCurrentProcess();
+  const int nowhere = _open("NUL", _O_WRONLY | _O_BINARY);
+  HANDLE output = nullptr;
+  if (nowhere < 0 || !DuplicateHandle(self, GetStdHandle(STD_OUTPUT_HANDLE), self, &output, 0,
+                                      FALSE, DUPLICATE_SAME_ACCESS)) {
+    throw UserError("no output: error {}", GetLastError());
+  }
+  _dup2(nowhere, 1);  // which closes what it was
+  _close(nowhere);
+  SetStdHandle(STD_OUTPUT_HANDLE, reinterpret_cast<HANDLE>(_get_osfhandle(1)));
+  output_ = reinterpret_cast<std::intptr_t>(output);
+}
+
+PrivateOutput::~PrivateOutput() {
+  CloseHandle(reinterpret_cast<HANDLE>(output_));
+}
+
+void PrivateOutput::Write(std::string_view text) {
+  while (!text.empty()) {
+    DWORD written = 0;
+    if (!WriteFile(reinterpret_cast<HANDLE>(output_), text.data(), static_cast<DWORD>(text.size()),
+                   &written, nullptr)) {
+      return;
+    }
+    text.remove_prefix(written);
+  }
 }
 
 struct Partner::Process {
@@ -194,6 +267,15 @@ void LeaveInterruptsToParent() {
 void ExpectTheWorst() {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
   SetUnhandledExceptionFilter(EndQuietly);
+}
+
+bool RefuseCrashHandlers() {
+  // Handlers are asked from the latest that put itself first, so this stands before every one that
+  // is there by now.
+  static void* handler = nullptr;
+  if (handler != nullptr) RemoveVectoredExceptionHandler(handler);
+  handler = AddVectoredExceptionHandler(1, EndAtCrash);
+  return handler != nullptr;
 }
 
 }  // namespace nuvhost

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "host/setting.h"
-#include "nuvhost/library/categories.h"
+#include "nuvhost/library/outer_world.h"
 #include "tests/fuzz/sandbox.h"
 #include "tests/fuzz/targets.h"
 #include "tests/fuzz/values.h"
@@ -152,7 +152,7 @@ class Judge {
       : instruction_(instruction),
         descriptor_(*instruction.descriptor),
         services_(services),
-        outer_world_(nuvhost::TouchesOuterWorld(descriptor_.category)) {}
+        outer_world_(nuvhost::TouchesOuterWorld(descriptor_.identifier)) {}
 
   void Call(Bytes bytes) {
     CallContext call(descriptor_, services_);

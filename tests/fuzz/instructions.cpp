@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "nuvhost/library/categories.h"
+#include "nuvhost/library/outer_world.h"
 #include "tests/fuzz/targets.h"
 
 namespace fuzz {
@@ -33,7 +33,7 @@ const nuvhost::Catalogue& HarmlessInstructions() {
   static nuvhost::Catalogue catalogue(nuvhost::DefaultPluginPath());
   static const bool replaced = [] {
     for (const nuvhost::CatalogueEntry& entry : catalogue.Entries()) {
-      if (!nuvhost::TouchesOuterWorld(entry.descriptor->category)) continue;
+      if (!nuvhost::TouchesOuterWorld(entry.descriptor->identifier)) continue;
       const_cast<nuvhost::CatalogueEntry&>(entry).prototype = &harmless;
     }
     return true;

@@ -1,5 +1,5 @@
 // A small plug-in library with one fault: the one that the environment variable NUV_FAULT names,
-// none without it.
+// none without it. What is at fault in what it does stands in faults.cpp.
 
 #include <cmath>
 #include <cstdlib>
@@ -9,13 +9,9 @@
 
 #include "host/instr_plugin_lib.h"
 #include "host/services.h"
+#include "tests/nuvhost/faults.h"
 
 namespace {
-
-bool Fault(std::string_view name) {
-  const char* fault = std::getenv("NUV_FAULT");
-  return fault != nullptr && name == fault;
-}
 
 template <class Record>
 Record& Add(TStdVector<Record>& records, NuvParamType type, const char* name) {
@@ -75,8 +71,9 @@ template <class Self>
 class Slots : public IXInstrPlugin {
  public:
   void* DeletingDestructor(std::uint32_t flags) override {
-    if ((flags & 1U) != 0) delete static_cast<Self*>(this);
-    return this;
+    const bool frees = Fault("frees always") || ((flags & 1U) != 0 && !Fault("frees never"));
+    if (frees) ::operator delete(static_cast<Self*>(this));
+    return Fault("destroyed nowhere") ? nullptr : this;
   }
   void BuildDescriptor() override {
     const bool grows = Fault("grows") && !record_.results.Empty();
@@ -95,6 +92,7 @@ class Slots : public IXInstrPlugin {
   DescriptorRecord* GetDescriptor() override { return Fault("no descriptor") ? nullptr : &record_; }
   Status Execute(IXInstrContext* context) override { return Self::Run(*context); }
   IXInstrPlugin* Create() override {
+    Misbehave(Place::kCreate);
     if (Fault("creates null")) return nullptr;
     return Fault("creates itself") ? this : new Self;
   }
@@ -115,6 +113,9 @@ struct Double final : Slots<Double> {
 
     if (Fault("no name")) r.name = nullptr;
     if (Fault("no input name")) r.inputs[0].name = nullptr;
+    if (Fault("control character")) r.name = "Dou\bble";
+    if (Fault("blank name")) r.inputs[0].name = " ";
+    if (Fault("odd text")) r.identifier = "\xFF\xFE\"{";
     if (Fault("same identifier")) r.identifier = "_Faulty_Join_";
     if (Fault("same help number")) r.help = 460001;
     if (Fault("low help number")) r.help = 459999;
@@ -127,13 +128,24 @@ struct Double final : Slots<Double> {
     if (Fault("result type")) r.results[0].type = NUV_PARAM_INTEGER;
     if (Fault("default type")) r.inputs[0].default_value = "0";
     if (Fault("repeatable twice")) r.repeatable = 2;
+    if (Fault("hidden by category")) r.category = "IO: System";
   }
 
   static Status Run(IXInstrContext& context) {
     CNuvObject& input = *context.InputValues()[0];
     CNuvObject& result = *context.ResultValues()[0];
     const auto number = static_cast<double>(input);
-    if (Fault("crash") && std::isnan(number)) Crash();
+    Misbehave(Place::kDouble, &context);
+    if (Fault("result pointer") || Fault("counts calls") || Fault("stack garbage") ||
+        Fault("heap garbage") || Fault("address") || Fault("shared scratch")) {
+      return Status::kSuccess;
+    }
+    if (Fault("descriptor changed")) record_.description = "changed";
+    if (Fault("writes and fails") && std::isnan(number)) {
+      result = 1.0;
+      return Status::kFailure;
+    }
+    if ((Fault("crash") || Fault("hidden by category")) && std::isnan(number)) Crash();
     if (volatile int depth = 0; Fault("recursion") && std::isnan(number)) Recurse(&depth);
     if (Fault("exit") && std::isnan(number)) std::_Exit(0);
     for (volatile bool on = Fault("hang") && number == 1e300; on;) {
@@ -166,6 +178,7 @@ struct Join final : Slots<Join> {
   }
 
   static Status Run(IXInstrContext& context) {
+    Misbehave(Place::kJoin, &context);
     std::string joined;
     for (std::int32_t i = 0; i < context.InputCount(); ++i) {
       joined += static_cast<const char*>(*context.InputValues()[i]);
@@ -192,12 +205,21 @@ struct Pick final : Slots<Pick> {
     offset.minimum = 0;
     if (!Fault("half a range")) offset.maximum = 10;
     if (Fault("constant type")) r.constants[0].type = NUV_PARAM_NUMBER;
+    if (Fault("odd boolean")) {
+      r.constants[0].type = NUV_PARAM_BOOLEAN;
+      r.constants[0].default_value = 7;
+    }
+    if (Fault("range of a choice")) r.constants[0].minimum = 0;
+    if (Fault("range of numbers")) offset.minimum = 0.5;
+    if (Fault("label with control")) r.constants[0].choices.Insert(2, "a\nb");
     Add(r.inputs, NUV_PARAM_NUMBER_ARRAY, "array").default_value.SetType(NUV_OBJ_DOUBLE_VECTOR);
-    Add(r.inputs, NUV_PARAM_NUMBER, "index").default_value = 0.0;
+    Add(r.inputs, NUV_PARAM_NUMBER, Fault("same name") ? "array" : "index").default_value = 0.0;
     Add(r.results, NUV_PARAM_NUMBER, "element");
   }
 
   static Status Run(IXInstrContext& context) {
+    Misbehave(Place::kPick, &context);
+    if (Fault("element before")) return Status::kSuccess;
     const CNuvObject& input = *context.InputValues()[0];
     const auto& array = static_cast<const CNuvDoubleVector&>(input);
     const CNuvObject& offset = *context.ConstantValue(1);
@@ -252,6 +274,7 @@ bool EveryOtherLoad() {
 class Library final : public IXInstrPluginLib {
  public:
   Library() {
+    Misbehave(Place::kLoad);
     if (Fault("crash on load")) Crash();
     if (Fault("filled early")) Double::record_.format = 17;
     if (Fault("null prototype")) prototypes_[1] = nullptr;
@@ -260,16 +283,27 @@ class Library final : public IXInstrPluginLib {
     if (Fault("no instructions")) count_ = 0;
   }
 
-  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
+  ~Library() { Misbehave(Place::kUnload); }
+
+  void* DeletingDestructor(std::uint32_t /*flags*/) override {
+    if (!Fault("library stays")) count_ = 0;
+    return Fault("library nowhere") ? nullptr : this;
+  }
   const LibraryInfo* GetLibInfo() override {
     static LibraryInfo info{1, 0, "A library at fault"};
+    static LibraryInfo other = info;
+    if (Fault("other information") && std::exchange(asked_, !asked_)) return &other;
     if (Fault("version")) info.version = 2;
     if (Fault("no text")) info.text = "";
     return &info;
   }
-  IXInstrPlugin** GetPlugins() override { return Fault("no array") ? nullptr : prototypes_; }
+  IXInstrPlugin** GetPlugins() override {
+    if (Fault("array moves")) return std::exchange(asked_, !asked_) ? moved_ : prototypes_;
+    return Fault("no array") ? nullptr : prototypes_;
+  }
   std::uint64_t GetPluginCount() override { return count_; }
   std::uint64_t InitPlugins() override {
+    Misbehave(Place::kInit);
     const std::uint64_t first = Fault("one not built") ? 1 : 0;
     for (std::uint64_t i = first; i < count_; ++i) prototypes_[i]->BuildDescriptor();
     return Fault("count too high") && count_ > 0 ? count_ + 1 : count_;
@@ -290,7 +324,9 @@ class Library final : public IXInstrPluginLib {
   Pick pick_;
   Danger danger_;
   IXInstrPlugin* prototypes_[4] = {&double_, &join_, &pick_, &danger_};
+  IXInstrPlugin* moved_[4] = {&double_, &join_, &pick_, &danger_};
   std::uint64_t count_ = 4;
+  bool asked_ = false;
 };
 
 Library library;

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <filesystem>
 
-#include "nuvhost/library/categories.h"
+#include "nuvhost/library/outer_world.h"
 #include "tests/instr/table.h"
 #include "tests/plugin/allocation_failure.h"
 
@@ -69,7 +69,7 @@ class Setting {
   Setting(const nuvhost::CatalogueEntry& instruction, Amount amount, bool has_results)
       : prototype_(*instruction.prototype),
         descriptor_(*instruction.descriptor),
-        reaches_out_(nuvhost::TouchesOuterWorld(descriptor_.category)) {
+        reaches_out_(nuvhost::TouchesOuterWorld(descriptor_.identifier)) {
     for (std::size_t i = 0; i < descriptor_.inputs.Size(); ++i) {
       inputs_.push_back(Given(nuvhost::ValueType(descriptor_.inputs[i].type), amount));
       if (reaches_out_ && inputs_[i].GetType() == NUV_OBJ_STRING) inputs_[i] = "scratch";

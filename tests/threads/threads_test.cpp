@@ -17,7 +17,7 @@
 
 #include "host/log.h"
 #include "nuvhost/library/catalogue.h"
-#include "nuvhost/library/categories.h"
+#include "nuvhost/library/outer_world.h"
 #include "reference_host/services/call_context.h"
 #include "tests/fuzz/sandbox.h"
 #include "tests/fuzz/values.h"
@@ -112,7 +112,7 @@ std::vector<SharedCall> MakeCalls(const nuvhost::Catalogue& catalogue, nuvhost::
       auto values = std::make_unique<CallContext>(descriptor, services);
       for (CNuvObject& input : values->inputs) input = fuzz::AnyValue(bytes, input.GetType());
       SharedCall call{&instruction, std::move(values), ""};
-      if (!nuvhost::TouchesOuterWorld(descriptor.category)) {
+      if (!nuvhost::TouchesOuterWorld(descriptor.identifier)) {
         call.answer = SharedContext(*call.values, store).Answer(*instruction.prototype);
       } else if (!fuzz::Confine(descriptor, *call.values)) {
         continue;
