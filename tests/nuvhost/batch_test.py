@@ -73,6 +73,7 @@ def ends_where_it_is_interrupted():
     process = slow.start("--results", "out.json")
     while not any(slow.path.glob("*.part")):
         time.sleep(0.01)
+    time.sleep(1)
     process.send_signal(signal.SIGINT)
     time.sleep(0.5)
     expect(process.poll() is None, "the first ended it at once")
