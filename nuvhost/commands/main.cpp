@@ -333,9 +333,10 @@ class CommandLine {
         ->expected(0, 1)
         ->default_str(kPrinted);
     check
-        ->add_option("--outer-world", options.outer_world,
-                     "an instruction that acts on files, devices or time, by its identifier; it is "
-                     "not called, as those of this system are not; may be given again")
+        ->add_option(
+            "--outer-world", options.outer_world,
+            "an instruction that acts on files, devices or time and must not be called; may "
+            "be repeated")
         ->type_name("IDENTIFIER")
         ->expected(1)
         ->take_all();

@@ -6,6 +6,7 @@
 #include <clocale>
 #include <csetjmp>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -297,6 +298,11 @@ const Row kRows[] = {
 #if defined(__x86_64__)
     {"tiny numbers", Place::kDouble,
      [](Context*) { __builtin_ia32_ldmxcsr(__builtin_ia32_stmxcsr() | 0x8040); }},
+#elif defined(__aarch64__)
+    {"tiny numbers", Place::kDouble,
+     [](Context*) {
+       __asm__ volatile("msr fpcr, %0" : : "r"(std::uint64_t{1} << 24));
+     }},
 #endif
     {"folder", Place::kDouble,
      [](Context*) { std::filesystem::current_path(std::filesystem::temp_directory_path()); }},
