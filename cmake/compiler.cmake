@@ -26,6 +26,9 @@ target_compile_options(formula_options INTERFACE
   -ffp-contract=off
   ${processor_options}
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
+if(CMAKE_UNITY_BUILD)  # A neighbour's name is no name around it.
+  target_compile_options(formula_options INTERFACE -Wno-shadow)
+endif()
 if(FORMULA_WARNINGS_AS_ERRORS)
   target_compile_options(formula_options INTERFACE -Werror)
 endif()

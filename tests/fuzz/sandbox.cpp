@@ -69,7 +69,11 @@ void EnterSandbox() {
 bool Confine(const DescriptorRecord& descriptor, nuvhost::CallContext& call) {
   const std::string_view identifier = descriptor.identifier;
 #if defined(_WIN32)
-  if (identifier == "_Nuv_System_CSystemMsgBox_") return false;  // nobody is there to answer
+  // Nobody is there to answer, and where there is no sound, a beep may wait for it.
+  for (const char* one :
+       {"_Nuv_System_CSystemMsgBox_", "_Nuv_System_CSystemBeep_", "_Nuv_System_CSystemMsgBeep_"}) {
+    if (identifier == one) return false;
+  }
 #endif
   for (CNuvObject& input : call.inputs) {
     if (input.GetType() == NUV_OBJ_STRING) Shorten(input);

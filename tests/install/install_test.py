@@ -119,8 +119,8 @@ class Install(unittest.TestCase):
         folder = self.folder / "page"
         folder.mkdir()
         shutil.copy(self.source, folder)
-        environment = {**os.environ, "PREFIX": str(self.prefix),
-                       "PATH": f"{ROOT / 'scripts'}:{os.environ['PATH']}"}
+        environment = {**os.environ, "PREFIX": str(self.prefix), "LC_ALL": "C.UTF-8",
+                       "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml="}
         self.assert_says(run("sh", "-e", "-c", lines, cwd=folder, env=environment))
 
     @unittest.skipIf(TOOLCHAIN, "once is enough")

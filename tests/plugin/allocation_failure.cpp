@@ -3,12 +3,6 @@
 #include <cstdlib>
 #include <new>
 
-#if defined(_WIN32)
-#include <windows.h>
-
-#include <cstring>
-#endif
-
 namespace {
 
 std::ptrdiff_t live_allocations = 0;
@@ -47,93 +41,10 @@ void CountFree(const void* block) noexcept {
 
 }  // namespace
 
-#if defined(_WIN32)
+#if defined(_WIN32) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-// Each module calls the C runtime through a table of its own, in which these take its place.
-namespace {
-
-template <class Function>
-Function* Runtime(const char* name) {
-  return reinterpret_cast<Function*>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("msvcrt.dll"), name)));
-}
-
-auto* const runtime_malloc = Runtime<void*(std::size_t)>("malloc");
-auto* const runtime_calloc = Runtime<void*(std::size_t, std::size_t)>("calloc");
-auto* const runtime_realloc = Runtime<void*(void*, std::size_t)>("realloc");
-auto* const runtime_free = Runtime<void(void*)>("free");
-
-void* Malloc(std::size_t size) {
-  return Counted([&] { return runtime_malloc(size); });
-}
-void* Calloc(std::size_t count, std::size_t size) {
-  return Counted([&] { return runtime_calloc(count, size); });
-}
-void* Realloc(void* block, std::size_t size) {
-  return Moved(block, [&] { return runtime_realloc(block, size); });
-}
-void Free(void* block) {
-  CountFree(block);
-  runtime_free(block);
-}
-
-void TakeThePlace(HMODULE module) {
-  auto* const image = reinterpret_cast<std::byte*>(module);
-  const auto at = [image]<class Record>(const Record*, std::size_t offset) {
-    return reinterpret_cast<Record*>(image + offset);
-  };
-  const auto* dos = at(static_cast<IMAGE_DOS_HEADER*>(nullptr), 0);
-  const auto* headers =
-      at(static_cast<IMAGE_NT_HEADERS64*>(nullptr), static_cast<std::size_t>(dos->e_lfanew));
-  const IMAGE_DATA_DIRECTORY& imports =
-      headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-  const auto* library = at(static_cast<IMAGE_IMPORT_DESCRIPTOR*>(nullptr), imports.VirtualAddress);
-  for (; library->Name != 0; ++library) {
-    auto* slot = at(static_cast<void**>(nullptr), library->FirstThunk);
-    for (; *slot != nullptr; ++slot) {
-      void* replacement = nullptr;
-      if (*slot == reinterpret_cast<void*>(runtime_malloc))
-        replacement = reinterpret_cast<void*>(Malloc);
-      if (*slot == reinterpret_cast<void*>(runtime_calloc))
-        replacement = reinterpret_cast<void*>(Calloc);
-      if (*slot == reinterpret_cast<void*>(runtime_realloc))
-        replacement = reinterpret_cast<void*>(Realloc);
-      if (*slot == reinterpret_cast<void*>(runtime_free))
-        replacement = reinterpret_cast<void*>(Free);
-      if (replacement == nullptr) continue;
-      DWORD before = 0;
-      VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
-      *slot = replacement;
-      VirtualProtect(slot, sizeof *slot, before, &before);
-    }
-  }
-}
-
-/// In every module of ours that is loaded now, once.
-void TakeThePlaces() {
-  static HMODULE done[8] = {};
-  constexpr const char* kModules[] = {nullptr,        "NuvFormula.dll", "NuvGeometry.dll",
-                                      "NuvLog.dll",   "NuvObject.dll",  "NuvOs.dll",
-                                      "NuvTypes.dll", "NuvSetting.dll"};
-  for (std::size_t i = 0; i < 8; ++i) {
-    HMODULE module = GetModuleHandleA(kModules[i]);
-    if (module == nullptr || module == done[i]) continue;
-    TakeThePlace(module);
-    done[i] = module;
-  }
-}
-
-}  // namespace
-
-bool FailsTheRuntime() {
-  return true;
-}
-
-#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-
-// The C runtime's allocations are the sanitizer's: only the operators are counted.
-static void TakeThePlaces() {}
-
+// The C runtime's allocations are the sanitizer's, or those of each module: only the operators are
+// counted.
 bool FailsTheRuntime() {
   return false;
 }
@@ -168,8 +79,6 @@ void operator delete[](void* block, std::size_t /*size*/) noexcept {
 #else
 
 // The program's own definitions take the place of the C library's, for all that is loaded.
-static void TakeThePlaces() {}
-
 bool FailsTheRuntime() {
   return true;
 }
@@ -201,12 +110,10 @@ __attribute__((visibility("default"))) void free(void* block) noexcept {
 #endif
 
 std::ptrdiff_t LiveAllocations() {
-  TakeThePlaces();
   return live_allocations;
 }
 
 FailingAllocation::FailingAllocation(std::ptrdiff_t successes, bool for_ever) {
-  TakeThePlaces();
   has_failed = false;
   fails_for_ever = for_ever;
   successes_left = successes;

@@ -18,5 +18,5 @@ class FailingAllocation {
 };
 
 /// Whether the C runtime's allocations are counted and fail, too, and not only operator new: with a
-/// sanitizer they are the sanitizer's.
+/// sanitizer they are the sanitizer's, on Windows each module's own.
 bool FailsTheRuntime();
