@@ -2,6 +2,9 @@
 #include <io.h>
 #include <windows.h>
 
+#include <cstddef>
+#include <utility>
+
 #include "nuvhost/error.h"
 #include "nuvhost/system/child_process.h"
 #include "nuvhost/system/paths.h"
@@ -68,20 +71,61 @@ struct Started {
   HANDLE job;
 };
 
+/// The one attribute of a process to start: these handles, which must be inheritable, are all that
+/// it inherits. Else it would have this process's own output too, and the pipes of its siblings.
+class InheritedHandles {
+ public:
+  explicit InheritedHandles(std::vector<HANDLE> handles) : handles_(std::move(handles)) {
+    SIZE_T size = 0;
+    InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+    memory_.resize(size);
+    if (!InitializeProcThreadAttributeList(Get(), 1, 0, &size) ||
+        !UpdateProcThreadAttribute(Get(), 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST, handles_.data(),
+                                   handles_.size() * sizeof(HANDLE), nullptr, nullptr)) {
+      throw UserError("cannot hand on files: error {}", GetLastError());
+    }
+  }
+  InheritedHandles(const InheritedHandles&) = delete;
+  InheritedHandles& operator=(const InheritedHandles&) = delete;
+  ~InheritedHandles() { DeleteProcThreadAttributeList(Get()); }
+
+  LPPROC_THREAD_ATTRIBUTE_LIST Get() {
+    return reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(memory_.data());
+  }
+
+ private:
+  std::vector<HANDLE> handles_;
+  std::vector<std::byte> memory_;
+};
+
+/// An inheritable duplicate of this process's standard error, or of nothing where it has none.
+HANDLE DuplicateError() {
+  const HANDLE self = GetCurrentProcess();
+  HANDLE error = nullptr;
+  if (DuplicateHandle(self, GetStdHandle(STD_ERROR_HANDLE), self, &error, 0, TRUE,
+                      DUPLICATE_SAME_ACCESS)) {
+    return error;
+  }
+  return OpenForChild(L"NUL", GENERIC_WRITE, OPEN_EXISTING);
+}
+
 /// Starts a program with these as its standard input and output, and this process's standard error.
 Started Start(const std::filesystem::path& program, const std::vector<std::string>& words,
               const Handle& input, const Handle& output) {
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdInput = input.Get();
-  startup.hStdOutput = output.Get();
-  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
-  SetHandleInformation(startup.hStdError, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+  const Handle error(DuplicateError());
+  InheritedHandles inherited({input.Get(), output.Get(), error.Get()});
+  STARTUPINFOEXW startup{};
+  startup.StartupInfo.cb = sizeof startup;
+  startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+  startup.StartupInfo.hStdInput = input.Get();
+  startup.StartupInfo.hStdOutput = output.Get();
+  startup.StartupInfo.hStdError = error.Get();
+  startup.lpAttributeList = inherited.Get();
   PROCESS_INFORMATION started{};
   std::wstring line = CommandLine(program, words);
-  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                      &startup, &started)) {
+  if (!CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
+                      EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr, &startup.StartupInfo,
+                      &started)) {
     throw UserError("cannot start {}: error {}", ToUtf8(program), GetLastError());
   }
   CloseHandle(started.hThread);

@@ -28,7 +28,7 @@ CNuvObject Given(NUV_OBJ_TYPE type, Amount amount) {
   for (std::size_t i = 0; i < size; i += 2) text += "ab%5.1f ";
   switch (static_cast<int>(type)) {
     case NUV_OBJ_BOOL: value = amount == Amount::kMuch; break;
-    case NUV_OBJ_DOUBLE: value = size == 70 ? 40.0 : static_cast<double>(size / 2); break;
+    case NUV_OBJ_DOUBLE: value = static_cast<double>(size) / 2; break;
     case NUV_OBJ_STRING: value = text.c_str(); break;
     case NUV_OBJ_POINT: value = point(size); break;
     case NUV_OBJ_LINE: value = CNuvLine(0.5, static_cast<double>(size)); break;
