@@ -10,14 +10,6 @@ namespace {
 
 using nuvhost::Json;
 
-TEST(Statistics, CountBelowTheDeclaredInputsFails) {
-  nuvhost::ExecSession session(BuiltCatalogue());
-  for (const char* call : {R"({"instr":"_Nuv_Numeric_CMean_","in":[1],"count":0})",
-                           R"({"instr":"_Nuv_Numeric-Stat_CCp_","in":[9,1,2,4],"count":1})"}) {
-    EXPECT_EQ(Exec(session, call)["status"], 3) << call;
-  }
-}
-
 // The forms over inputs and over arrays must agree to the last bit, and both with what the
 // standard library finds.
 TEST(Statistics, BothFormsAgreeOnRandomSamples) {
