@@ -308,7 +308,7 @@ TEST(Check, EachFaultBreaksItsLawAndNoOther) {
 }
 
 TEST(Check, EachFaultOfConductBreaksItsLaw) {
-  for (const ConductRow& row : WildFaults()) {
+  for (const FaultRow& row : WildFaults()) {
     if (IsHiddenHere(row.fault)) continue;
     const FaultInForce fault(row.fault);
     SCOPED_TRACE(row.fault);

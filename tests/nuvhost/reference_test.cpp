@@ -9,7 +9,6 @@
 #include "nuvhost/reference/plain_text.h"
 #include "nuvhost/reference/search.h"
 #include "nuvhost/system/paths.h"
-#include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
 namespace {
@@ -82,16 +81,11 @@ TEST(Reference, HoldsEveryInstructionInReadableLines) {
     SCOPED_TRACE(one.descriptor->identifier);
     const Entry* entry = FindEntry(one.descriptor->identifier);
     ASSERT_NE(entry, nullptr);
-    const std::string summary = entry->Summary();
-    EXPECT_LE(Width(summary), 100u);
-    EXPECT_TRUE(summary.ends_with('.') || summary.ends_with('?')) << summary;
-    const std::string text = PlainText(entry->markdown, 100);
-    for (const std::string& line : LinesOf(text)) {
+    for (const std::string& line : LinesOf(PlainText(entry->markdown, 100))) {
       EXPECT_FALSE(line.ends_with(' ')) << line;
       EXPECT_EQ(line.find("**"), line.find("***Empty***")) << line;
       EXPECT_EQ(line.find("]("), std::string::npos) << line;
     }
-    EXPECT_NE(text.find(summary.substr(0, summary.find(' '))), std::string::npos);
   }
 }
 
@@ -107,12 +101,9 @@ TEST(Reference, FindsWhatHasAllWordsBestFirst) {
   };
   const std::vector<std::string> circles = names({"CIRCLE"});
   EXPECT_EQ(circles.at(0), "Circle");  // the name
-  EXPECT_TRUE(circles.at(1).starts_with("Circle"));
-  EXPECT_NE(std::ranges::find(circles, "PtsToBestCircle"), circles.end());
   EXPECT_EQ(names({"_nuv_numeric_dividenumbers_"}), std::vector<std::string>{"Divide"});
   EXPECT_EQ(names({"outliers", "ovality"}),  // parameters
             (std::vector<std::string>{"PtsToBestCircle", "PtsToBestCircleInf"}));
-  EXPECT_TRUE(names({"circle", "nosuchword"}).empty());
   // Each word narrows what is found.
   for (const std::string& name : names({"circle", "point"})) {
     EXPECT_NE(std::ranges::find(circles, name), circles.end()) << name;
