@@ -14,6 +14,7 @@ import json
 import os
 import pathlib
 import queue
+import re
 import shutil
 import signal
 import struct
@@ -41,6 +42,8 @@ MORE_KEYS = {"Escape": 0x1B, "Num_Lock": 0x90, "Caps_Lock": 0x14, "Print": 0x2C,
 FRENCH = {"24": 0x41, "10": 0x31, "47": 0x4D, "15": 0x36, "51": 0xDC, "94": 0xE2, "61": 0xDF}
 RUSSIAN = {"38": 0x41, "34": 0xDB, "59": 0xBC}
 
+QUIET = {"stdin": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+
 failures = []
 
 
@@ -65,10 +68,8 @@ class Display:
         reading, writing = os.pipe()
         name = [] if number is None else [number]
         self.server = subprocess.Popen(
-            ["Xvfb", *name, "-displayfd", str(writing), "-screen", "0", "1024x768x24",
-             "-nolisten", "tcp", "-noreset"],
-            pass_fds=[writing], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-            stderr=subprocess.DEVNULL)
+            ["Xvfb", *name, "-displayfd", str(writing), "-screen", "0", "1024x768x24", "-nolisten", "tcp",
+             "-noreset"], pass_fds=[writing], stdout=subprocess.DEVNULL, **QUIET)
         os.close(writing)
         with os.fdopen(reading) as file:
             self.name = f":{file.readline().strip()}"
@@ -79,17 +80,15 @@ class Display:
     def __enter__(self):
         return self
 
-    def __exit__(self, *_):
-        self.end()
-
-    def end(self):
+    def end(self, *_):
         self.server.kill()
         self.server.wait()
 
+    __exit__ = end
+
     def do(self, *words):
-        return subprocess.run(words, env=self.environment, stdout=subprocess.PIPE, timeout=20,
-                              stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                              check=False).stdout.decode()
+        return subprocess.run(words, env=self.environment, stdout=subprocess.PIPE, timeout=20, check=False,
+                              **QUIET).stdout.decode()
 
     def xdotool(self, *words):
         return self.do("xdotool", *map(str, words))
@@ -108,11 +107,7 @@ class Host:
         self.process = subprocess.Popen([*command, "exec"], stdin=subprocess.PIPE,
                                         stdout=subprocess.PIPE, env=environment)
         self.answers = queue.Queue()
-        threading.Thread(target=self.read, daemon=True).start()
-
-    def read(self):
-        for line in self.process.stdout:
-            self.answers.put(json.loads(line))
+        threading.Thread(target=lambda: [*map(self.answers.put, self.process.stdout)], daemon=True).start()
 
     def __enter__(self):
         return self
@@ -122,9 +117,8 @@ class Host:
         try:
             check("exit code of nuvhost", self.process.wait(timeout=5), 0)
         except subprocess.TimeoutExpired:
-            check("end of nuvhost", "still running", "ended")
             self.process.kill()
-            self.process.wait()
+            check("end of nuvhost", "still running", "ended")
 
     def ask(self, instruction, inputs=(), constants=()):
         request = {"instr": instruction, "in": list(inputs), "const": list(constants)}
@@ -134,7 +128,7 @@ class Host:
     def answer(self, seconds=20.0):
         """The results of the call; None where it has not ended."""
         try:
-            answer = self.answers.get(timeout=seconds)
+            answer = json.loads(self.answers.get(timeout=seconds))
         except queue.Empty:
             return None
         return answer["out"] if answer.get("status") == 0 else answer
@@ -222,8 +216,7 @@ def answers(display, host, constants, key, expected):
 
 def click(display, window, from_left, answer):
     """Clicks along the bottom of a window until `answer`, given seconds to wait, has one."""
-    words = dict(line.split("=") for line in
-                 display.xdotool("getwindowgeometry", "--shell", window).split())
+    words = dict(re.findall(r"(\w+)=(\d+)", display.xdotool("getwindowgeometry", "--shell", window)))
     left, top, width, height = (int(words[w]) for w in ("X", "Y", "WIDTH", "HEIGHT"))
     steps = range(4, width, 14)
     for x in steps if from_left else reversed(steps):
@@ -257,9 +250,8 @@ def close(display, window):
         cookie = xcb.xcb_intern_atom(connection, 0, len(name), name)
         return xcb.xcb_intern_atom_reply(connection, cookie, None)[2]
 
-    message = struct.pack("=BBHII5I", 33, 32, 0, int(window), atom(b"WM_PROTOCOLS"),
-                          atom(b"WM_DELETE_WINDOW"), 0, 0, 0, 0)
-    xcb.xcb_send_event(connection, 0, int(window), 0, message)
+    xcb.xcb_send_event(connection, 0, int(window), 0, struct.pack(
+        "=BBHII5I", 33, 32, 0, int(window), atom(b"WM_PROTOCOLS"), atom(b"WM_DELETE_WINDOW"), 0, 0, 0, 0))
     atom(b"WM_PROTOCOLS")  # answered once the message is on its way
     xcb.xcb_disconnect(connection)
 
@@ -355,7 +347,7 @@ def wine_prefix(wine):
 
 
 def end_wine():
-    """Ends all programs in this prefix."""
+    """Ends all programs in the prefix."""
     for what in ("-k", "-w"):
         subprocess.run(["wineserver", what], check=False, timeout=20)
 
@@ -368,8 +360,7 @@ def windows_build(command):
         # whose release goes to no window would stay down.
         helper = subprocess.Popen([command[0], "notepad"], env=display.environment)
         found = wait_for(lambda: display.windows("Untitled"), 20)
-        if not found:
-            sys.exit("no window of Wine appears")
+        check("windows of Wine", len(found), 1)
         display.xdotool("windowfocus", "--sync", found[0][0])
         with Host(command, display.environment) as host:
             keys(display, host)
@@ -395,7 +386,7 @@ def native_build(command):
 def main(command):
     missing = [tool for tool in ("Xvfb", "xdotool") if shutil.which(tool) is None]
     if missing:
-        sys.exit(f"needed and not installed: {', '.join(missing)}; run scripts/setup")
+        sys.exit(f"needed and not installed: {missing}; run scripts/setup")
     os.environ.pop("DISPLAY", None)
     signal.signal(signal.SIGALRM, lambda *_: sys.exit("not done after 150 s"))
     signal.alarm(150)

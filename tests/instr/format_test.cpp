@@ -1,7 +1,6 @@
 // The printf-style formatter, and the instructions that show numbers by it.
 #include <cmath>
 #include <limits>
-#include <memory>
 
 #include "algorithm/number_format.h"
 #include "tests/instr/random_rounds.h"
@@ -88,32 +87,5 @@ TEST(Format, EqualsTheCLibraryOnRandomConversions) {
   }
 }
 #endif
-
-// Formats made of anything: under the sanitizers a read behind the numbers, or outside the format,
-// ends the test. What is invalid is copied, so that it stands in the text, too.
-TEST(Format, AnyFormatIsSafe) {
-  constexpr const char* kPieces[] = {"%", "%", "%", "f", "e", "g",  "a",  "G",    ".",     "*",
-                                     "$", "-", "+", " ", "#", "0",  "1",  "9",    "l",     "h",
-                                     "s", "n", "d", "x", "'", "%f", "%%", "\x80", "65535", "65536"};
-  std::mt19937_64 random(2);
-  for (int round = RandomRounds(100'000); round > 0; --round) {
-    const std::string text = AnyText(random, kPieces, 12);
-    const auto format = std::make_unique<char[]>(text.size());  // nothing stands behind it
-    std::memcpy(format.get(), text.data(), text.size());
-    std::vector<double> numbers(random() % 4);
-    for (double& number : numbers) number = AnyNumber(random);
-    const formula::FormattedText formatted = FormatNumbers({format.get(), text.size()}, numbers);
-    std::size_t found = 0;
-    for (const std::string_view invalid : formatted.invalid) {
-      found = formatted.text.find(invalid, found);
-      ASSERT_NE(found, std::string::npos) << text;
-      found += invalid.size();
-    }
-    if (numbers.empty()) {
-      const std::size_t percent_signs = text.size() - formatted.text.size();
-      ASSERT_EQ(text.find("%%") == std::string::npos, percent_signs == 0) << text;
-    }
-  }
-}
 
 }  // namespace

@@ -59,10 +59,6 @@ TEST_F(SystemCalls, StopwatchesTellTheTimeSinceTheirLastStart) {
   EXPECT_LE(elapsed, Clock() - before_start);
   EXPECT_GE(before_stop - after_start, 19.0);  // the system's clock may tick coarsely
   EXPECT_EQ(Do("SystemStopwatchStop", {}, {3}), 0);
-  for (const int index : {256, -1, -2147483647 - 1}) {
-    FailsSilently("SystemStopwatchStart", {}, {index});
-    FailsSilently("SystemStopwatchStop", {}, {index});
-  }
   const double difference = Do("GetTimeDiff", {before_stop});
   EXPECT_GE(difference, 0.0);
   EXPECT_LE(difference, Clock() - before_stop);
@@ -177,10 +173,6 @@ TEST_F(SystemCalls, EnvironmentIsTheProcesss) {
   Do("SetEnv", {name, ""});
   EXPECT_EQ(Do("GetEnv", {name}), "Not found");
   EXPECT_EQ(std::getenv(name), nullptr);
-  Do("SetEnv", {name, ""});
-  EXPECT_EQ(Do("GetEnv", {""}), "Not found");
-  FailsSilently("SetEnv", {"", "x"}, {});
-  FailsSilently("SetEnv", {"=C:", "x"}, {});
 }
 
 #if !defined(_WIN32)
@@ -216,10 +208,6 @@ TEST_F(SystemCalls, RandomNumbersAreTheRuntimes) {
   Do("SystemRandomSeed", {}, {32767});
   EXPECT_EQ(draw(), first);
   EXPECT_EQ(draw(), second);
-  for (int i = 0; i < 1000; ++i) {
-    const double drawn = draw();
-    EXPECT_TRUE(drawn == std::floor(drawn) && drawn >= 0.0 && drawn <= 32767.0) << drawn;
-  }
 }
 
 TEST_F(SystemCalls, LogEntriesReachTheHost) {

@@ -145,23 +145,5 @@ TEST(Csv, EveryNumberSurvivesAFile) {
   }
 }
 
-TEST(Csv, AnyBytesAreReadOrRefused) {
-  std::mt19937 random(12);
-  constexpr std::string_view kBytes = "\"\",;\t\r\n1.-ea  \xC3\xFF";
-  for (int round = 0; round < 20000; ++round) {
-    std::string text(random() % 24, ' ');
-    for (char& c : text) c = kBytes[random() % kBytes.size()];
-    Mistakes mistakes;
-    const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes);
-    ASSERT_NE(table.has_value(), !mistakes.Empty()) << text;
-    if (!table) continue;
-    const ChosenRows all(table->Rows());
-    const CNuvObject texts =
-        table->Array(NUV_PARAM_STRING_ARRAY, {table->Columns() - 1}, all, mistakes);
-    EXPECT_EQ(static_cast<const CNuvStringVector&>(texts).Size(), table->Rows());
-    EXPECT_LE(table->WithoutBlankEnd(all, {0}).Size(), table->Rows());
-  }
-}
-
 }  // namespace
 }  // namespace nuvhost
