@@ -43,7 +43,6 @@ FRENCH = {"24": 0x41, "10": 0x31, "47": 0x4D, "15": 0x36, "51": 0xDC, "94": 0xE2
 RUSSIAN = {"38": 0x41, "34": 0xDB, "59": 0xBC}
 
 QUIET = {"stdin": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-
 failures = []
 
 
@@ -302,7 +301,6 @@ def example(display, command):
     text = click(display, window, True, report)
     display.xdotool("keyup", "Control_L")
     check("the example's report in its page", f"```text\n{text}```" in readme, True)
-    check("its answer", "Answer               Yes" in (text or ""), True)
 
 
 def dying_display(command):
@@ -312,7 +310,6 @@ def dying_display(command):
         with box(display, host, [4]):
             display.server.kill()
             check("a box whose display dies", host.answer(), [0])
-        check("a beep after that", host.call(BEEP), [])
         check("a box after that", host.call(BOX), [0])
         check("any key after that", host.call(ANY_KEY), [False, 0])
         display.server.wait()
@@ -384,8 +381,7 @@ def native_build(command):
 
 
 def main(command):
-    missing = [tool for tool in ("Xvfb", "xdotool") if shutil.which(tool) is None]
-    if missing:
+    if missing := [tool for tool in ("Xvfb", "xdotool") if shutil.which(tool) is None]:
         sys.exit(f"needed and not installed: {missing}; run scripts/setup")
     os.environ.pop("DISPLAY", None)
     signal.signal(signal.SIGALRM, lambda *_: sys.exit("not done after 150 s"))

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 #include <sstream>
 
 #include "nuvhost/library/catalogue.h"
@@ -43,36 +42,6 @@ TEST(Reference, TellsMarkdownAsText) {
       {"", ""},
   };
   for (const auto& one : cases) EXPECT_EQ(PlainText(one.markdown, 34), one.text);
-}
-
-TEST(Reference, TakesAnyText) {
-  std::mt19937 random(1);
-  constexpr std::string_view kSigns = "||--##``**[]()  \n\n\n1.a\\\"\xC3\xA9";
-  for (int round = 0; round < 20000; ++round) {
-    std::string markdown;
-    for (auto length = random() % 40; length > 0; --length) {
-      markdown += kSigns[random() % kSigns.size()];
-    }
-    SCOPED_TRACE(testing::PrintToString(markdown));
-    PlainParagraph(markdown);
-    for (const std::string& line : LinesOf(PlainText(markdown, 40))) {
-      EXPECT_TRUE(line.empty() || line.starts_with("  ")) << testing::PrintToString(line);
-    }
-  }
-}
-
-TEST(Reference, TellsTheFirstSentence) {
-  const struct {
-    const char* markdown;
-    const char* summary;
-  } cases[] = {
-      {"\nTells *a*, e.g. 1.5 of\n`b`. *c* is more.\n\nYet more.", "Tells a, e.g. 1.5 of b."},
-      {"Is it so? \"Yes\".", "Is it so?"},
-      {"No end", "No end"},
-  };
-  for (const auto& one : cases) {
-    EXPECT_EQ((Entry{"a.md", "A", {}, one.markdown}.Summary()), one.summary);
-  }
 }
 
 TEST(Reference, HoldsEveryInstructionInReadableLines) {
