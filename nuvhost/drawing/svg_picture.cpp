@@ -194,8 +194,8 @@ class Painter {
     const double pixel = over_image ? 1 : view_.pixel;
     svg_.Begin("svg").Set("xmlns", "http://www.w3.org/2000/svg");
     svg_.Set("xmlns:xlink", "http://www.w3.org/1999/xlink").Set("xml:space", "preserve");
-    svg_.Set("width", std::round(box.Width() / pixel));
-    svg_.Set("height", std::round(box.Height() / pixel));
+    svg_.Set("width", std::max(1.0, std::round(box.Width() / pixel)));
+    svg_.Set("height", std::max(1.0, std::round(box.Height() / pixel)));
     svg_.Set("viewBox", "0 0 " + Length(box.Width()) + ' ' + Length(box.Height()));
   }
 

@@ -8,10 +8,12 @@
 namespace fuzz {
 namespace {
 
-constexpr double kHostile[] = {std::numeric_limits<double>::quiet_NaN(),
-                               -std::numeric_limits<double>::quiet_NaN(),
-                               std::numeric_limits<double>::infinity(),
-                               -std::numeric_limits<double>::infinity(),
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kHostile[] = {kNaN,
+                               -kNaN,
+                               kInfinity,
+                               -kInfinity,
                                -0.0,
                                1e300,
                                -1e300,
@@ -105,14 +107,24 @@ CNuvObject Texts(Bytes& bytes) {
   return value;
 }
 
-template <class Number>
-void AppendBits(std::string& bits, const Number& number) {
-  bits.append(reinterpret_cast<const char*>(&number), sizeof number);
+template <class... Numbers>
+void AppendBits(std::string& bits, const Numbers&... numbers) {
+  (bits.append(reinterpret_cast<const char*>(&numbers), sizeof numbers), ...);
 }
 
-template <class... Numbers>
-void AppendAll(std::string& bits, const Numbers&... numbers) {
-  (AppendBits(bits, numbers), ...);
+template <class Value>
+void Append(std::string& bits, const Value& value) {
+  if constexpr (requires { value.Size(); }) {
+    for (std::size_t i = 0; i < value.Size(); ++i) Append(bits, value[i]);
+  } else if constexpr (requires { value.x; }) {
+    AppendBits(bits, value.x, value.y);
+  } else if constexpr (requires { value.a; }) {
+    AppendBits(bits, value.a, value.d);
+  } else if constexpr (requires { static_cast<const char*>(value); }) {
+    bits.append(static_cast<const char*>(value)).push_back('\0');
+  } else {
+    AppendBits(bits, value);
+  }
 }
 
 }  // namespace
@@ -197,53 +209,27 @@ CNuvObject AnyValue(Bytes& bytes, NUV_OBJ_TYPE type) {
 std::string Bits(const CNuvObject& value) {
   std::string bits;
   AppendBits(bits, value.GetType());
-  const auto each = [](const auto& array, auto append) {
-    for (std::size_t i = 0; i < array.Size(); ++i) append(array[i]);
-  };
   switch (value.GetType()) {
     case NUV_OBJ_BOOL:
-    case NUV_OBJ_DOUBLE: AppendBits(bits, static_cast<double>(value)); break;
+    case NUV_OBJ_DOUBLE: Append(bits, static_cast<double>(value)); break;
     case NUV_OBJ_STRING: bits += static_cast<const char*>(value); break;
-    case NUV_OBJ_POINT: {
-      const auto& point = static_cast<const CNuvPoint&>(value);
-      AppendAll(bits, point.x, point.y);
-      break;
-    }
-    case NUV_OBJ_LINE: {
-      const auto& line = static_cast<const CNuvLine&>(value);
-      AppendAll(bits, line.a, line.d);
-      break;
-    }
+    case NUV_OBJ_POINT: Append(bits, static_cast<const CNuvPoint&>(value)); break;
+    case NUV_OBJ_LINE: Append(bits, static_cast<const CNuvLine&>(value)); break;
     case NUV_OBJ_CIRCLE: {
       const auto& circle = static_cast<const CNuvCircle&>(*value.Get());
-      AppendAll(bits, circle.x, circle.y, circle.radius);
+      AppendBits(bits, circle.x, circle.y, circle.radius);
       break;
     }
     case NUV_OBJ_RECT: {
       const auto& rect = static_cast<const CNuvRect&>(*value.Get());
-      AppendAll(bits, rect.x, rect.y, rect.width, rect.height, rect.angle);
+      AppendBits(bits, rect.x, rect.y, rect.width, rect.height, rect.angle);
       break;
     }
-    case NUV_OBJ_BOOL_VECTOR:
-      each(static_cast<const CNuvBoolVector&>(value), [&](bool b) { AppendBits(bits, b); });
-      break;
-    case NUV_OBJ_DOUBLE_VECTOR:
-      each(static_cast<const CNuvDoubleVector&>(value), [&](double x) { AppendBits(bits, x); });
-      break;
-    case NUV_OBJ_STRING_VECTOR:
-      each(static_cast<const CNuvStringVector&>(value), [&](const CNuvString& text) {
-        bits += static_cast<const char*>(text);
-        bits += '\0';
-      });
-      break;
-    case NUV_OBJ_POINT_VECTOR:
-      each(static_cast<const CNuvPointVector&>(value),
-           [&](const CNuvPoint& p) { AppendAll(bits, p.x, p.y); });
-      break;
-    case NUV_OBJ_LINE_VECTOR:
-      each(static_cast<const CNuvLineVector&>(value),
-           [&](const CNuvLine& l) { AppendAll(bits, l.a, l.d); });
-      break;
+    case NUV_OBJ_BOOL_VECTOR: Append(bits, static_cast<const CNuvBoolVector&>(value)); break;
+    case NUV_OBJ_DOUBLE_VECTOR: Append(bits, static_cast<const CNuvDoubleVector&>(value)); break;
+    case NUV_OBJ_STRING_VECTOR: Append(bits, static_cast<const CNuvStringVector&>(value)); break;
+    case NUV_OBJ_POINT_VECTOR: Append(bits, static_cast<const CNuvPointVector&>(value)); break;
+    case NUV_OBJ_LINE_VECTOR: Append(bits, static_cast<const CNuvLineVector&>(value)); break;
     default: break;
   }
   return bits;

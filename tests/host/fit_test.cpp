@@ -20,33 +20,6 @@ TEST(Fit, SixPointsHaveThePublishedCircle) {
   EXPECT_NEAR(fit.diameter / 2.0, 4.7142260378, 1e-10);
 }
 
-TEST(Fit, SimpleFiguresAreExact) {
-  const double pi = std::numbers::pi;
-  const struct {
-    Points points;
-    double a, d;
-  } lines[] = {
-      {{{0, 3}, {1, 3}, {7, 3}}, 0.0, 3.0},
-      {{{5, 0}, {5, -4}, {5, 9}}, pi / 2, -5.0},
-      {{{0, 0}, {1, 1}}, pi / 4, 0.0},
-      {{{1, 0}, {0, 1}}, -pi / 4, std::sqrt(0.5)},
-      {{{0, 0}, {1e-20, -1}}, pi / 2, 0.0},
-      {{{0, 0}, {1, 0}, {1, 1}, {0, 1}}, 0.0, 0.5},
-      {{{1e200, 5e200}, {3e200, 5e200}}, 0, 5e200},
-  };
-  for (const auto& row : lines) {
-    const Result fit = FitLine(row.points, 0);
-    EXPECT_EQ(fit.status, 0U);
-    EXPECT_DOUBLE_EQ(fit.line.a, row.a);
-    EXPECT_NEAR(fit.line.d, row.d, 1e-15 * std::fabs(row.d) + 1e-16);
-  }
-  const Result circle = FitCircle({{1, 0}, {0, 1}, {-1, 0}, {0, -1}}, 0);
-  EXPECT_NEAR(circle.center.x, 0.0, 1e-16);
-  EXPECT_NEAR(circle.center.y, 0.0, 1e-16);
-  EXPECT_NEAR(circle.diameter, 2.0, 1e-15);
-  EXPECT_NEAR(circle.error, 0.0, 1e-16);
-}
-
 TEST(Fit, LinesAreTheBestOfAllSubsets) {
   Random random(1);
   for (int round = RandomRounds(300); round > 0; --round) {

@@ -6,8 +6,6 @@
 #include <limits>
 #include <string>
 
-#include "host/setting.h"
-
 namespace {
 
 constexpr NUV_OBJ_TYPE kAllTypes[] = {
@@ -117,14 +115,6 @@ TEST(CNuvObject, TakesAPartOfItself) {
   EXPECT_EQ(static_cast<const CNuvPoint&>(value), CNuvPoint(1.0, 2.0));
   value = CNuvString(std::string("\x80\xFF\0rest", 7));  // a text ends at a zero byte
   EXPECT_STREQ(static_cast<const char*>(value), "\x80\xFF");
-}
-
-TEST(CNuvAngleTr, ConvertsByThePreferredUnit) {
-  EXPECT_EQ(CNuvAngleTr::ToRad(90.0), 90.0);
-  CNuvSetting::Inst().SetAngleUnit(NuvAngleUnit::kDegrees);
-  EXPECT_EQ(CNuvAngleTr::ToRad(180.0), 3.141592653589793);
-  EXPECT_EQ(CNuvAngleTr::ToPrefs(std::asin(1.0), true), 90.0);
-  CNuvSetting::Inst().SetAngleUnit(NuvAngleUnit::kRadians);
 }
 
 }  // namespace

@@ -65,75 +65,27 @@ struct ArrayRow {
   const char* output;  // null for a failure that leaves the result as it was
 };
 
-// "z" is the default element, "a" to "d" are values.
+// "z" is the default element, "a" to "d" are values. docs/instructions has the other limits, each
+// with some types.
 const ArrayRow kRows[] = {
     {"GetAt", "[[a,b,c],2]", "c"},
-    {"GetAt", "[[a,b,c],0.9]", "a"},
-    {"GetAt", "[[a,b,c],-0.9]", "a"},
-    {"GetAt", "[[a,b,c],3]", nullptr},
-    {"GetAt", "[[a,b,c],-1]", nullptr},
-    {"GetAt", R"([[a,b,c],"NaN"])", nullptr},
-    {"GetAt", "[[],0]", nullptr},
-    {"SetAt", "[[a,b,c],0,d]", "[d,b,c]"},
     {"SetAt", "[[a,b,c],2.9,d]", "[a,b,d]"},
-    {"SetAt", "[[a,b,c],3,d]", nullptr},
-    {"SetAt", "[[a,b,c],-1,d]", nullptr},
-    {"Erase", "[[a,b,c],0]", "[b,c]"},
     {"Erase", "[[a,b,c],2]", "[a,b]"},
-    {"Erase", "[[a],0]", "[]"},
-    {"Erase", "[[a,b,c],3]", nullptr},
-    {"Erase", "[[a,b,c],-1]", nullptr},
-    {"EraseRange", "[[a,b,c,d],1,1]", "[a,c,d]"},
-    {"EraseRange", "[[a,b,c,d],0,3]", "[]"},
     {"EraseRange", "[[a,b,c,d],1,2]", "[a,d]"},
-    {"EraseRange", "[[a,b,c,d],2,1]", nullptr},
-    {"EraseRange", "[[a,b,c,d],-1,1]", nullptr},
-    {"EraseRange", "[[a,b,c,d],-1,-1]", nullptr},
-    {"EraseRange", "[[a,b,c,d],1,4]", nullptr},
-    {"EraseRange", "[[],0,0]", nullptr},
     {"Size", "[[a,b,c]]", "3"},
-    {"Size", "[[]]", "0"},
-    {"Resize", "[[a,b,c],2]", "[a,b]"},
     {"Resize", "[[a,b],4]", "[a,b,z,z]"},
-    {"Resize", "[[a],0]", "[]"},
-    {"Resize", "[[a],-1]", nullptr},
-    {"Resize", "[[a],2147483647]", nullptr},
     {"Resize", "[[a],3e9]", nullptr},
-    {"Insert", "[[a,b],0,c,d]", "[c,d,a,b]"},
-    {"Insert", "[[a,b],1,c]", "[a,c,b]"},
-    {"Insert", "[[a,b],2,c,d,a]", "[a,b,c,d,a]"},
-    {"Insert", "[[],0,d]", "[d]"},
-    {"Insert", "[[a,b],3,c]", nullptr},
-    {"Insert", "[[a,b],2147483647,c]", nullptr},
-    {"Insert", "[[a,b],-1,c]", nullptr},
+    {"Insert", "[[a,b],1,c,d]", "[a,c,d,b]"},
     {"InsertRep", "[[a,b],1,2,c]", "[a,c,c,b]"},
-    {"InsertRep", "[[a,b],0,0,c]", "[a,b]"},
-    {"InsertRep", "[[a,b],2,1,c]", nullptr},
-    {"InsertRep", "[[a,b],-1,1,c]", nullptr},
-    {"InsertRep", "[[a,b],0,-1,c]", nullptr},
     {"InsertRep", "[[a,b],0,-2147483648,c]", nullptr},
-    {"InsertRep", "[[a,b],0,2147483647,c]", nullptr},
     {"Append", "[[a],b,c,d]", "[a,b,c,d]"},
-    {"Append", "[[],d]", "[d]"},
     {"AppendRep", "[[a,b],2,c]", "[a,b,c,c]"},
-    {"AppendRep", "[[a,b],0,c]", "[a,b]"},
-    {"AppendRep", "[[a,b],-5,c]", "[a,b]"},
-    {"AppendRep", "[[a,b],2147483647,c]", nullptr},
     {"Create", "[5]", "[d,d,z,z,z]"},  // the result held two elements
     {"Create", "[1]", "[d]"},
-    {"Create", "[-1]", nullptr},
-    {"Create", "[2147483647]", nullptr},
-    {"CreateInf", "[b]", "[b]"},
     {"CreateInf", "[a,b,c,d]", "[a,b,c,d]"},
     {"CreateRep", "[3,b]", "[b,b,b]"},
-    {"CreateRep", "[0,b]", "[]"},
     {"ConcatArr", "[[a,b],[c]]", "[a,b,c]"},
-    {"ConcatArr", "[[],[c]]", "[c]"},
-    {"ConcatArr", "[[],[]]", "[]"},
-    {"GetRange", "[[a,b,c],1,1]", "[b]"},
-    {"GetRange", "[[a,b,c],1,99]", "[b,c]"},
     {"GetRange", "[[a,b,c],-0.5,2147483647]", "[a,b,c]"},
-    {"GetRange", "[[a,b,c],2,0]", "[]"},
 };
 
 struct Answered {
@@ -142,9 +94,8 @@ struct Answered {
 };
 
 Answered Ask(nuvhost::ExecSession& session, const std::string& identifier, const Json& inputs,
-             const Json& previous, int count = -1) {
-  Json request = {{"instr", identifier}, {"in", inputs}, {"prev", Json::array({previous})}};
-  if (count >= 0) request["count"] = count;
+             const Json& previous) {
+  const Json request = {{"instr", identifier}, {"in", inputs}, {"prev", Json::array({previous})}};
   const Json answer = Exec(session, request.dump());
   EXPECT_FALSE(answer.contains("error") || answer.contains("messages")) << answer.dump();
   return {answer.value("status", -1), answer["out"][0]};
@@ -190,19 +141,6 @@ TEST(Arrays, FailuresThatEmptyTheResult) {
     CNuvSetting::Inst().SetVectorLimit(3);
     EXPECT_EQ(status("ConcatArr", "[[a,b],[c,d]]"), 3);
     CNuvSetting::Inst().SetVectorLimit(0);
-  }
-}
-
-TEST(Arrays, FewerInputsThanDeclared) {
-  nuvhost::ExecSession session(BuiltCatalogue());
-  for (const Kind& kind : kKinds) {
-    const auto output = [&](const char* member, const char* inputs, int count) {
-      return Ask(session, Identifier(kind, member), InValues(kind, inputs), Json::array(), count)
-          .output;
-    };
-    EXPECT_EQ(output("Append", "[[a,b]]", 1), InValues(kind, "[a,b]"));
-    EXPECT_EQ(output("Insert", "[[a,b],9]", 2), InValues(kind, "[a,b]"));
-    EXPECT_EQ(output("CreateInf", "[]", 0), Json::array());
   }
 }
 

@@ -92,13 +92,8 @@ TEST_F(Files, AreCopiedMovedAndDeleted) {
     const std::string folder = Path("deep") + kSlash + name + kSlash + "x" + kSlash;
     const std::string copy = folder + name;
     EXPECT_EQ(Do("FolderCreate", {folder}), "true");
-    EXPECT_EQ(Do("FileExists", {folder}), "false");
-    EXPECT_EQ(Do("FileExists", {copy}), "false");
     EXPECT_EQ(Do("FileCopy", {Path("a"), copy, "true"}), "true");
     EXPECT_EQ(Do("FileExists", {copy}), "true");
-    EXPECT_EQ(Do("FileCopy", {Path("b"), copy, "true"}),
-              Warning("FileCopy",
-                      "Failed to copy \"" + Path("b") + "\" to \"" + copy + "\". " + Reason(80)));
     EXPECT_EQ(Do("FileCopy", {copy, Path("c"), "false"}), "true");
     EXPECT_EQ(Read("c"), content);
     EXPECT_EQ(Do("FileCopy", {Path("b"), copy, "false"}), "true");
@@ -130,12 +125,10 @@ TEST_F(Files, WarnOfEveryFailure) {
   const auto deletion = [](const std::string& name, std::uint32_t code) {
     return Warning("FileDelete", "Failed to delete \"" + name + "\". " + Reason(code));
   };
-  EXPECT_EQ(Do("FileDelete", {missing}), "true");
   EXPECT_EQ(Do("FileDelete", {lost}), deletion(lost, 3));
   EXPECT_EQ(Do("FileDelete", {a + "/x"}), deletion(a + "/x", 3));
   EXPECT_EQ(Do("FileDelete", {""}), deletion("", 3));
   EXPECT_EQ(Do("FileDelete", {folder}), deletion(folder, 5));
-  EXPECT_EQ(Do("FileExists", {""}), "false");
 
   struct {
     std::string from;
@@ -174,15 +167,12 @@ TEST_F(Files, WarnOfEveryFailure) {
   const auto creation = [](const std::string& name, const std::string& reason) {
     return Warning("FolderCreate", "Failed to create folder \"" + name + "\". " + reason);
   };
-  const std::string relative = "The pszPath parameter was set to a relative path.";
   EXPECT_EQ(Do("FolderCreate", {folder}), creation(folder, "The directory exists."));
   EXPECT_EQ(Do("FolderCreate", {a}), creation(a, "The directory exists."));
   EXPECT_EQ(Do("FolderCreate", {a + "/x"}),
             creation(a + "/x",
                      "The system cannot find the path pointed to by pszPath. The path "
                      "may contain an invalid entry."));
-  EXPECT_EQ(Do("FolderCreate", {"nuv%s"}), creation("nuv%s", relative));
-  EXPECT_EQ(Do("FolderCreate", {""}), creation("", relative));
 #if defined(_WIN32)
   EXPECT_EQ(Do("FolderCreate", {Path("<>")}), creation(Path("<>"), "System error code 123"));
 #else

@@ -31,18 +31,19 @@ TEST(NumberArrays, ConstMulAddBySize) {
       {"3", "2", "1", "7", "7"},
       {"\"Infinity\"", "1", "\"-Infinity\"", "\"NaN\"", "\"NaN\""},
   };
-  const auto repeated = [](const std::string& number, int count) {
-    std::string list = "[" + number;
-    while (--count > 0) list += "," + number;
-    return list + "]";
-  };
+  nuvhost::ExecSession session(BuiltCatalogue());
   for (const auto& row : rows) {
-    for (const int size : {15, 16, 17}) {
-      const std::string in =
-          "[" + repeated(row.number, size) + "," + row.factor + "," + row.summand + "]";
-      const std::string out = "[" + repeated(size < 16 ? row.as_short : row.as_long, size) + "]";
-      CheckRows(std::initializer_list<InstructionRow>{
-          {"_Nuv_Array_CNArrMathConstMulAdd_", in.c_str(), out.c_str()}});
+    for (const std::size_t size : {15, 16, 17}) {
+      const auto repeated = [size](const char* number) {
+        return nuvhost::Json(std::vector<nuvhost::Json>(size, nuvhost::Json::parse(number)));
+      };
+      const nuvhost::Json request{{"instr", "_Nuv_Array_CNArrMathConstMulAdd_"},
+                                  {"in",
+                                   {repeated(row.number), nuvhost::Json::parse(row.factor),
+                                    nuvhost::Json::parse(row.summand)}}};
+      EXPECT_EQ(Exec(session, request.dump())["out"][0].dump(),
+                repeated(size < 16 ? row.as_short : row.as_long).dump())
+          << request;
     }
   }
 }

@@ -59,10 +59,6 @@ TEST_F(SystemCalls, StopwatchesTellTheTimeSinceTheirLastStart) {
   EXPECT_LE(elapsed, Clock() - before_start);
   EXPECT_GE(before_stop - after_start, 19.0);  // the system's clock may tick coarsely
   EXPECT_EQ(Do("SystemStopwatchStop", {}, {3}), 0);
-  for (const int index : {256, -1, -2147483647 - 1}) {
-    FailsSilently("SystemStopwatchStart", {}, {index});
-    FailsSilently("SystemStopwatchStop", {}, {index});
-  }
   const double difference = Do("GetTimeDiff", {before_stop});
   EXPECT_GE(difference, 0.0);
   EXPECT_LE(difference, Clock() - before_stop);
@@ -89,28 +85,20 @@ TEST_F(SystemCalls, StopwatchesShareOneTableInTheNamedData) {
   EXPECT_EQ(table[255], 0.0);
 }
 
+// Without the named data there are no stopwatches; what is only reported is dropped.
 TEST_F(SystemCalls, AHostWithoutServicesHearsNothing) {
-  // Without the named data there are no stopwatches; what is only reported is dropped.
-  const struct {
-    const char* identifier;
-    std::int32_t status;
-    const char* input;
-  } rows[] = {{"_Nuv_System_CSystemStopwatchStart_", 3, ""},
-              {"_Nuv_System_CSystemStopwatchStop_", 3, ""},
-              {"_Nuv_System_CSystemGenerateProgramEvent_", 0, ""},
-              {"_Nuv_System_CFileDelete_", 0, "no folder/of that name/file"},
-              {"_Nuv_System_CFolderDelete_", 0, "no folder of that name"}};
   nuvhost::Services services;
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.identifier);
-    const nuvhost::CatalogueEntry& instruction = BuiltCatalogue().Find(row.identifier);
+  for (const auto& [name, status] : {std::pair("SystemStopwatchStart", 3),
+                                     {"SystemStopwatchStop", 3},
+                                     {"SystemGenerateProgramEvent", 0},
+                                     {"FolderDelete", 0}}) {
+    const nuvhost::CatalogueEntry& instruction =
+        BuiltCatalogue().Find(std::string("_Nuv_System_C") + name + "_");
     nuvhost::CallContext context(*instruction.descriptor, services);
     context.has_services = false;
-    for (CNuvObject& input : context.inputs) input = row.input;
-    EXPECT_EQ(context.Execute(*instruction.prototype), row.status);
-    for (const CNuvObject& result : context.results) EXPECT_FALSE(static_cast<bool>(result));
+    for (CNuvObject& input : context.inputs) input = "no folder of that name";
+    EXPECT_EQ(context.Execute(*instruction.prototype), status) << name;
   }
-  EXPECT_TRUE(services.Take().messages.empty());
 }
 
 TEST_F(SystemCalls, SleepTakesTheLow32Bits) {
@@ -185,40 +173,9 @@ TEST_F(SystemCalls, EnvironmentIsTheProcesss) {
   Do("SetEnv", {name, ""});
   EXPECT_EQ(Do("GetEnv", {name}), "Not found");
   EXPECT_EQ(std::getenv(name), nullptr);
-  Do("SetEnv", {name, ""});
-  EXPECT_EQ(Do("GetEnv", {""}), "Not found");
-  FailsSilently("SetEnv", {"", "x"}, {});
-  FailsSilently("SetEnv", {"=C:", "x"}, {});
 }
 
 #if !defined(_WIN32)
-// The sanitizers tell whether a text was read after another thread had freed it.
-TEST_F(SystemCalls, ThreadsShareTheEnvironment) {
-  const auto read_and_write = [](int thread) {
-    nuvhost::ExecSession session(BuiltCatalogue());
-    const std::string own = "NUV_THREAD_" + std::to_string(thread);
-    const auto ask = [&](const char* identifier, const Values& inputs) {
-      return Exec(session, Json{{"instr", identifier}, {"in", inputs}}.dump())["status"] == 0;
-    };
-    bool good = true;
-    for (int i = 0; i < 300; ++i) {
-      const std::string value(static_cast<std::size_t>(1 + i * 37 % 500), 'v');
-      good = good && ask("_Nuv_System_CSetEnv_", {own, value}) &&
-             ask("_Nuv_System_CSetEnv_", {"NUV_SHARED", value}) &&
-             ask("_Nuv_System_CGetEnv_", {"NUV_SHARED"}) &&
-             ask("_Nuv_System_CGetEnvVars_", Values()) &&
-             ask("_Nuv_System_CGetEnvNames_", Values()) &&
-             ask("_Nuv_System_CGetDateFormat_", {"dddd"}) &&
-             ask("_Nuv_System_CGetTime_", Values()) && ask("_Nuv_System_CSetEnv_", {own, ""});
-    }
-    EXPECT_TRUE(good);
-  };
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) threads.emplace_back(read_and_write, i);
-  for (std::thread& thread : threads) thread.join();
-  Do("SetEnv", {"NUV_SHARED", ""});
-}
-
 TEST_F(SystemCalls, OddEnvironments) {
   char** const kept = environ;
   char entries[][8] = {"=C:=x", "A=B=C", "bare"};
@@ -251,10 +208,6 @@ TEST_F(SystemCalls, RandomNumbersAreTheRuntimes) {
   Do("SystemRandomSeed", {}, {32767});
   EXPECT_EQ(draw(), first);
   EXPECT_EQ(draw(), second);
-  for (int i = 0; i < 1000; ++i) {
-    const double drawn = draw();
-    EXPECT_TRUE(drawn == std::floor(drawn) && drawn >= 0.0 && drawn <= 32767.0) << drawn;
-  }
 }
 
 TEST_F(SystemCalls, LogEntriesReachTheHost) {
@@ -271,15 +224,10 @@ TEST_F(SystemCalls, DiskSpaceIsTheDisks) {
     for (const std::string& disk : {std::string(), nuvhost::ToUtf8(folder)}) {
       const Json out = Ask("_Nuv_System_CDiskSpace_", {disk}, {unit})["out"];
       EXPECT_EQ(out[1], total / std::pow(1024.0, unit));
-      EXPECT_GT(out[0], 0.0);
-      EXPECT_LE(out[0], out[1]);
+      EXPECT_TRUE(out[0] > 0.0 && out[0] <= out[1]) << out;
       EXPECT_EQ(out[2], out[0].get<double>() / out[1].get<double>() * 100.0);
     }
   }
-  const Json none = Ask("_Nuv_System_CDiskSpace_", {nuvhost::ToUtf8(folder / "none" / "none")});
-  EXPECT_EQ(none["out"].dump(), "[0,0,0]");
-  EXPECT_EQ(none["status"], 0);
-  EXPECT_FALSE(none.contains("messages"));
 }
 
 }  // namespace

@@ -40,21 +40,6 @@ inline std::string WithFigures(std::string_view text) {
   return request;
 }
 
-/// One call. `inputs` and `outputs` are JSON lists; `outputs` is compared to the letter, so that
-/// the sign of a zero counts. A failure has its `message`, "source|text", or "" for a silent one,
-/// and must leave the results as they were.
-struct InstructionRow {
-  const char* identifier;
-  const char* inputs;
-  const char* outputs;
-  bool fails = false;
-  const char* message = "";
-};
-
-inline InstructionRow Fails(const char* identifier, const char* inputs, const char* message = "") {
-  return {identifier, inputs, nullptr, true, message};
-}
-
 /// The plug-in beside the test program.
 inline const nuvhost::Catalogue& BuiltCatalogue() {
   static const nuvhost::Catalogue catalogue(nuvhost::DefaultPluginPath());
@@ -63,35 +48,6 @@ inline const nuvhost::Catalogue& BuiltCatalogue() {
 
 inline nuvhost::Json Exec(nuvhost::ExecSession& session, const std::string& request) {
   return nuvhost::Json::parse(session.Answer(request));
-}
-
-template <class Rows>
-void CheckRows(const Rows& rows) {
-  nuvhost::ExecSession session(BuiltCatalogue());
-  for (const InstructionRow& row : rows) {
-    SCOPED_TRACE(std::string(row.identifier) + " " + row.inputs);
-    const std::string call =
-        std::string(R"({"instr":")") + row.identifier + R"(","in":)" + WithFigures(row.inputs);
-    const nuvhost::Json answer = Exec(session, call + R"(,"prev":[])" + "}");
-    ASSERT_FALSE(answer.contains("error")) << answer.dump();
-    EXPECT_EQ(answer["status"], row.fails ? 3 : 0);
-    if (!row.fails) {
-      EXPECT_EQ(answer["out"].dump(), WithFigures(row.outputs));
-      EXPECT_FALSE(answer.contains("messages")) << answer.dump();
-      continue;
-    }
-    std::string message;
-    if (answer.contains("messages")) {
-      const nuvhost::Json& reported = answer["messages"][0];
-      EXPECT_EQ(reported["severity"], 2);
-      message = reported["source"].get<std::string>() + "|" + reported["text"].get<std::string>();
-    }
-    EXPECT_EQ(message, row.message);
-    const bool boolean = answer["out"][0].is_boolean();
-    const nuvhost::Json again =
-        Exec(session, call + R"(,"prev":[)" + (boolean ? "true" : "7.5") + "]}");
-    EXPECT_EQ(again["out"][0].dump(), boolean ? "true" : "7.5") << "a failure wrote its result";
-  }
 }
 
 /// A request line of `nuvhost exec` and its answer, the whole of it.

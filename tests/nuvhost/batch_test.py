@@ -8,50 +8,30 @@ import os
 import pathlib
 import re
 import signal
-import subprocess
 import sys
-import tempfile
 import time
 
-NATIVE = len(sys.argv) == 2  # else by an emulator, which has signals and terminals of its own
+import runs
+from runs import NATIVE, expect
+
 PROGRAM = {"data": {"n": {"file": "n.csv"}},
            "steps": [{"name": "s", "instr": "SumArr", "in": [{"data": "n", "column": "n"}]},
                      {"name": "wait", "instr": "Sleep", "in": [20]},
                      {"name": "one over", "instr": "Divide", "in": [1, {"step": "s"}]}]}
-failures = []
 
 
-def expect(condition, *what):
-    if not condition:
-        failures.append(" ".join(str(word) for word in what))
-
-
-class Folder:
-    """A folder with a program and a file of parts, of which each fifth fails."""
+class Folder(runs.Folder):
+    """With a program and a file of parts, of which each fifth fails."""
 
     def __init__(self, parts=200, wait=20):
-        self.temporary = tempfile.TemporaryDirectory()
-        self.path = pathlib.Path(self.temporary.name)
+        super().__init__()
         PROGRAM["steps"][1]["in"] = [wait]
         (self.path / "p.json").write_text(json.dumps(PROGRAM))
         rows = [f"part {i},{i % 5}\npart {i},0\n" for i in range(parts)]
         (self.path / "n.csv").write_text("serial,n\n" + "".join(rows))
 
-    def start(self, *words, **options):
-        return subprocess.Popen([*sys.argv[1:], "run", "p.json", "--part-column", "serial", *words],
-                                cwd=self.path, stdin=subprocess.DEVNULL,
-                                **{"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options})
-
-    def run(self, *words):
-        process = self.start(*words)
-        out, error = process.communicate(timeout=300)
-        return process.returncode, out.decode(), error.decode()
-
-    def read(self, name):
-        return (self.path / name).read_bytes()
-
-    def files(self):
-        return {file.name for file in self.path.iterdir()}
+    def start(self, *words, program="p.json", **options):
+        return super().start("run", program, "--part-column", "serial", *words, **options)
 
 
 def ends_where_it_is_interrupted():
@@ -67,7 +47,7 @@ def ends_where_it_is_interrupted():
     expect(0 < len(runs) < 200 and all(len(run["steps"]) == 3 for run in runs), len(runs))
     expect(f"interrupted: {len(runs)} of 200 were run" in error.decode(), error[-100:])
     expect(f"part {len(runs) - 1}: " in out.decode(), "the table")
-    expect(folder.files() == {"p.json", "n.csv", "out.json"}, folder.files())
+    expect(set(folder.state()) == {"p.json", "n.csv", "out.json"}, *folder.state())
 
     slow = Folder(parts=2, wait=60000)
     process = slow.start("--results", "out.json")
@@ -80,7 +60,7 @@ def ends_where_it_is_interrupted():
     process.send_signal(signal.SIGINT)
     process.communicate(timeout=10)
     expect(process.returncode == -signal.SIGINT, process.returncode)
-    expect(slow.files() == {"p.json", "n.csv"}, slow.files())
+    expect(set(slow.state()) == {"p.json", "n.csv"}, *slow.state())
 
 
 def shows_on_a_terminal_how_far_it_is():
@@ -163,16 +143,15 @@ def answers_alike_side_by_side():
     for words in rows:
         answers = []
         for jobs in ["1", "2", "3"]:
-            before = folder.files()
-            command = [*sys.argv[1:], "run", *words, "--part-column", "serial", "--jobs", jobs]
-            ran = subprocess.run(command, cwd=folder.path, capture_output=True, timeout=300)
-            made = {name: folder.read(name) for name in folder.files() - before}
+            before = folder.state()
+            answer = folder.run(*words[1:], "--jobs", jobs, program=words[0])
+            made = {name: text for name, text in folder.state().items() if name not in before}
             if "log.txt" in made:  # whose entries bear the time
                 made["log.txt"] = made["log.txt"].count(b"\n")
             for name in made:
                 (folder.path / name).unlink()
-            answers.append((ran.returncode, ran.stdout, ran.stderr, made))
-        expect(answers[0][0] == 1 and b"40 parts: " in answers[0][1], words, answers[0][:3])
+            answers.append((*answer, made))
+        expect(answers[0][0] == 1 and "40 parts: " in answers[0][1], words, answers[0][:3])
         for jobs, answer in zip([2, 3], answers[1:]):
             for kind, one, other in zip(["code", "out", "error", "files"], answers[0], answer):
                 expect(one == other, words, "with", jobs, "jobs:", kind, one, other)
@@ -206,17 +185,7 @@ def outlives_a_process_that_ends():
     expect(folder.read("two.csv") == folder.read("one.csv"), "resumed side by side")
 
 
-def main():
-    checks = [answers_alike_side_by_side, loses_nothing_that_was_written]
-    if NATIVE:
-        checks += [outlives_a_process_that_ends, ends_where_it_is_interrupted, shows_on_a_terminal_how_far_it_is]
-    for check in checks:
-        known = len(failures)
-        check()
-        failures[known:] = [f"{check.__name__}: {failure}" for failure in failures[known:]]
-    print("\n".join(failures) or "nothing is lost")
-    return 1 if failures else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(runs.main([answers_alike_side_by_side, loses_nothing_that_was_written] + NATIVE * [
+        outlives_a_process_that_ends, ends_where_it_is_interrupted, shows_on_a_terminal_how_far_it_is],
+        "nothing is lost"))

@@ -8,12 +8,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "nuvhost/checking/law.h"
-#include "nuvhost/library/categories.h"
 #include "nuvhost/library/plugin_library.h"
 #include "nuvhost/system/child_process.h"
 #include "nuvhost/system/paths.h"
@@ -57,32 +55,6 @@ class FaultInForce {
   }
 };
 
-/// A folder of the running test, with a name that is hard to pass on; gone at its end.
-class TestFolder {
- public:
-  TestFolder() {
-    static int number = 0;
-    path = ProgramFolder() / (testing::UnitTest::GetInstance()->current_test_info()->name() +
-                              std::to_string(++number));
-    path += PathFromUtf8(" pr\xC3\xBC\x66\x65 \xE2\x82\xAC");
-    std::filesystem::create_directories(path);
-  }
-  TestFolder(const TestFolder&) = delete;
-  TestFolder& operator=(const TestFolder&) = delete;
-  ~TestFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-
-  std::filesystem::path path;
-};
-
-std::string ReadAll(const std::filesystem::path& path) {
-  std::stringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-
 struct Answer {
   int code;
   std::string text;
@@ -99,14 +71,14 @@ Answer Check(const std::filesystem::path& library, std::vector<std::string> word
 /// One law's failure, as "law: complaint".
 using Failures = std::vector<std::string>;
 
-/// The laws that fail, judged in this process, but for those of conduct; after an essential one
-/// the others are left.
-Failures JudgeHere(const std::filesystem::path& library) {
+/// The laws that fail for the faulty plug-in, judged in this process, but for those of conduct;
+/// after an essential one the others are left.
+Failures JudgeHere() {
   Failures failures;
   for (const check::Law* law : check::AllLaws()) {
     if (law->group == std::string_view("conduct")) continue;
     std::string record;
-    check::JudgeLaw(*law, {library, {kDanger}}, [&](std::string_view line) { record += line; });
+    check::JudgeLaw(*law, {Faulty(), {kDanger}}, [&](std::string_view line) { record += line; });
     const check::Verdict verdict = check::ReadVerdict(record, "");
     if (verdict.outcome != check::Outcome::kFailed) continue;
     failures.push_back(std::string(law->name) + ": " + verdict.complaints.at(0));
@@ -116,11 +88,10 @@ Failures JudgeHere(const std::filesystem::path& library) {
 }
 
 /// What one law says, judged in a process of its own: its complaints, a line each.
-std::string JudgeInChild(const std::string& law, const std::filesystem::path& library,
-                         int seconds) {
+std::string JudgeInChild(const std::string& law, int seconds) {
   const ChildEnd end =
       RunChild(ProgramFolder() / kProgram,
-               {"check", "--law", law, "--outer-world", kDanger, "--", ToUtf8(library)},
+               {"check", "--law", law, "--outer-world", kDanger, "--", ToUtf8(Faulty())},
                std::chrono::seconds(seconds));
   const check::Verdict verdict = check::ReadVerdict(end.output, !end.in_time    ? "no answer"
                                                                 : end.code != 0 ? "crashed"
@@ -130,25 +101,27 @@ std::string JudgeInChild(const std::string& law, const std::filesystem::path& li
   return complaints;
 }
 
-/// A fault, and how each of the laws that it breaks begins to complain.
+/// A fault, and of each of the laws that it breaks a part of the complaint, as "law: part".
 struct FaultRow {
   const char* fault;
   std::vector<std::string> complaints;
 };
 
-void ExpectFailures(const FaultRow& row, const Failures& failures) {
-  SCOPED_TRACE(row.fault);
-  EXPECT_EQ(failures.size(), row.complaints.size()) << testing::PrintToString(failures);
-  for (std::size_t i = 0; i < std::min(failures.size(), row.complaints.size()); ++i) {
-    EXPECT_EQ(failures[i].substr(0, row.complaints[i].size()), row.complaints[i]);
-  }
+std::string LawOf(const std::string& complaint) {
+  return complaint.substr(0, complaint.find(':'));
+}
+
+void ExpectComplaint(const std::string& said, const std::string& expected) {
+  EXPECT_EQ(LawOf(said), LawOf(expected));
+  EXPECT_NE(said.find(expected.substr(expected.find(':') + 2)), std::string::npos)
+      << said << " in place of " << expected;
 }
 
 /// What this process survives.
 const std::vector<FaultRow>& CalmFaults() {
   static const std::vector<FaultRow> rows = {
       {"", {}},
-      {"null library", {"export: " + ToUtf8(Faulty()) + " has no library object"}},
+      {"null library", {"export: has no library object"}},
       {"other library", {"export: a second call of NuvPluginLibGet gave another object"}},
       {"no instructions", {"prototypes: GetPluginCount gives 0"}},
       {"no array", {"prototypes: GetPlugins gives null, though GetPluginCount gives 4"}},
@@ -164,183 +137,144 @@ const std::vector<FaultRow>& CalmFaults() {
       {"not released", {"release: GetPluginCount gives 4 after ReleasePlugins"}},
       {"not cleared", {"release: prototype 0: its descriptor still holds records"}},
       {"other reload", {"reload: loaded a second time, the library has"}},
-      {"creates null", {R"(create: "_Faulty_Double_": slot 6 gives null)"}},
-      {"creates itself", {R"(create: "_Faulty_Double_": slot 6 gives the object itself)"}},
-      {"reserved slot", {R"(reserved-slots: "_Faulty_Double_": true from the reserved slots 13)"}},
-      {"grows", {R"(build-twice: "_Faulty_Double_": number of results was 1, is 2)"}},
+      {"creates null", {"create: slot 6 gives null"}},
+      {"creates itself", {"create: slot 6 gives the object itself"}},
+      {"reserved slot", {"reserved-slots: true from the reserved slots 13"}},
+      {"grows", {"build-twice: number of results was 1, is 2"}},
       {"clears nothing",
-       {"release: prototype 0: its descriptor still holds records",
-        R"(clear: "_Faulty_Double_": the descriptor still holds records after slot 2)"}},
-      {"clears texts", {R"(clear: "_Faulty_Double_": after slot 2, name was "Double", is null)"}},
-      {"no name", {R"(texts: "_Faulty_Double_": the name is null)"}},
-      {"no input name", {R"(texts: "_Faulty_Double_": inputs[0] has no name)"}},
-      {"same identifier", {R"(identifiers: "_Faulty_Join_": identifier "_Faulty_Join_" is that)"}},
-      {"same help number", {R"(help-numbers: "_Faulty_Join_": help number 460001 is that of)"}},
-      {"low help number", {R"(help-numbers: "_Faulty_Double_": help number 459999 is below)"}},
-      {"category", {R"(categories: "_Faulty_Double_": unknown category "numeric")"}},
-      {"format", {R"(format: "_Faulty_Double_": format code 19 where it should be 17)"}},
-      {"extension word", {R"(format: "_Faulty_Double_": format code 17 where it should be 19)"}},
-      {"padding", {R"(reserved-bytes: "_Faulty_Double_": byte 59 is 205)"}},
-      {"index", {R"(indices: "_Faulty_Double_": inputs[0] has index 1)"}},
+       {"release: still holds records", "clear: still holds records after slot 2"}},
+      {"clears texts", {R"(clear: after slot 2, name was "Double", is null)"}},
+      {"no name", {"texts: the name is null"}},
+      {"no input name", {"texts: inputs[0] has no name"}},
+      {"same identifier", {R"(identifiers: identifier "_Faulty_Join_" is that)"}},
+      {"same help number", {"help-numbers: help number 460001 is that of"}},
+      {"low help number", {"help-numbers: help number 459999 is below"}},
+      {"category", {R"(categories: unknown category "numeric")"}},
+      {"format", {"format: format code 19 where it should be 17"}},
+      {"extension word", {"format: format code 17 where it should be 19"}},
+      {"padding", {"reserved-bytes: byte 59 is 205"}},
+      {"index", {"indices: inputs[0] has index 1"}},
       {"input type",
-       {R"(types: "_Faulty_Double_": inputs[0] has type code 262)",
-        R"(defaults: "_Faulty_Double_": inputs[0] has type code 262 and a default of)"}},
-      {"result type", {R"(types: "_Faulty_Double_": results[0] has type code 257)"}},
-      {"default type", {R"(defaults: "_Faulty_Double_": inputs[0] has type code 258 and a)"}},
-      {"default choice", {R"(constants: "_Faulty_Pick_": constants[0] has no choice for its)"}},
-      {"no choices", {R"(constants: "_Faulty_Pick_": constants[0] is a choice and has none)"}},
-      {"no label", {R"(constants: "_Faulty_Pick_": constants[0] has no label for key 1)"}},
-      {"default range", {R"(constants: "_Faulty_Pick_": constants[1] has the default 11)"}},
-      {"half a range", {R"(constants: "_Faulty_Pick_": constants[1] has a minimum and a maximum)"}},
+       {"types: inputs[0] has type code 262", "defaults: inputs[0] has type code 262"}},
+      {"result type", {"types: results[0] has type code 257"}},
+      {"default type", {"defaults: inputs[0] has type code 258 and a"}},
+      {"default choice", {"constants: constants[0] has no choice for its"}},
+      {"no choices", {"constants: constants[0] is a choice and has none"}},
+      {"no label", {"constants: constants[0] has no label for key 1"}},
+      {"default range", {"constants: constants[1] has the default 11"}},
+      {"half a range", {"constants: constants[1] has a minimum and a maximum"}},
       {"constant type",
-       {R"(types: "_Faulty_Pick_": constants[0] has type code 258)",
-        R"(constants: "_Faulty_Pick_": constants[0] has choices and is no choice)"}},
-      {"repeatable twice", {R"(repeatable: "_Faulty_Double_": the repeatable flag is 2)"}},
-      {"nothing to repeat", {R"(repeatable: "_Faulty_Danger_": repeatable without an input)"}},
-      {"exception",
-       {R"(call-numbers: "_Faulty_Double_" with infinity in input 0, "number": an exception left )"
-        "Execute: number too large",
-        R"(call-services: "_Faulty_Double_" without services, with infinity in input 0, "number": )"
-        "an exception left Execute: number too large"}},
-      {"odd exception",
-       {R"(call-numbers: "_Faulty_Double_" with infinity in input 0, "number": an exception of)",
-        R"(call-services: "_Faulty_Double_" without services, with infinity in input 0, "number": )"
-        "an exception of an unknown type"}},
-      {"status 7",
-       {R"(call-defaults: "_Faulty_Double_" with its defaults: returned status 7)",
-        R"(call-numbers: "_Faulty_Double_" with NaN in input 0, "number": returned status 7)",
-        R"(call-types: "_Faulty_Double_" with a value of type 0 in input 0, "number": returned)",
-        R"(call-results: "_Faulty_Double_" with results that hold values of type 0: returned)"}},
-      {"wrong type",
-       {R"(call-types: "_Faulty_Double_" with a value of type 6 in input 0, "number": returned)"}},
-      {"text result",
-       {R"(call-results: "_Faulty_Double_" with results that hold values of type 4: result 0 has)"}},
-      {"long text",
-       {R"(call-texts: "_Faulty_Join_" with a text of 4096 characters in input 0, "text": )",
-        R"(call-counts: "_Faulty_Join_" with 1000 inputs: returned status -1)"}},
-      {"no inputs",
-       {R"(call-counts: "_Faulty_Join_" with an input count of 0: reported an error and)"}},
+       {"types: constants[0] has type code 258", "constants: has choices and is no"}},
+      {"repeatable twice", {"repeatable: the repeatable flag is 2"}},
+      {"nothing to repeat", {"repeatable: repeatable without an input"}},
+      {"exception", {"call-numbers: left Execute: number too large", "call-services: infinity in"}},
+      {"odd exception", {"call-numbers: ", "call-services: "}},
+      {"status 7", {"call-defaults: status 7", "call-numbers: ", "call-types: ", "call-results: "}},
+      {"wrong type", {R"(call-types: with a value of type 6 in input 0, "number": returned)"}},
+      {"text result", {"call-results: results that hold values of type 4: result 0 has"}},
+      {"long text", {"call-texts: 4096 characters in input 0", "call-counts: with 1000 inputs"}},
+      {"no inputs", {"call-counts: with an input count of 0: reported an error and"}},
       {"constant changed",
-       {R"(call-constants: "_Faulty_Pick_" with constant 1 as its maximum: constant 1 was )"
-        "changed from 10 (type 3) to 9 (type 3)"}},
-      {"array changed",
-       {R"(call-arrays: "_Faulty_Pick_" with an array of 1000 elements in input 0, "array": )"
-        "input 0 was changed from ...4"}},
-      {"fails unheard",
-       {R"(call-services: "_Faulty_Pick_" without services, with its defaults: returned status 3)"}},
-      {"severity",
-       {R"(call-defaults: "_Faulty_Pick_" with its defaults: reported a message of severity 0)",
-        R"(call-arrays: "_Faulty_Pick_" with an array of 0 elements in input 0, "array": )",
-        R"(call-types: "_Faulty_Pick_" with a value of type 0 in input 0, "array": reported)"}},
-      {"warning fails",
-       {R"(call-defaults: "_Faulty_Pick_" with its defaults: reported a warning and returned)",
-        R"(call-arrays: "_Faulty_Pick_" with an array of 0 elements in input 0, "array": )",
-        R"(call-types: "_Faulty_Pick_" with a value of type 0 in input 0, "array": reported)"}},
+       {"call-constants: constant 1 was changed from 10 (type 3) to 9 (type 3)"}},
+      {"array changed", {"call-arrays: input 0 was changed from ...4"}},
+      {"fails unheard", {"call-services: without services, with its defaults: returned status 3"}},
+      {"severity", {"call-defaults: of severity 0", "call-arrays: ", "call-types: "}},
+      {"warning fails", {"call-defaults: a warning and", "call-arrays: ", "call-types: "}},
   };
   return rows;
 }
 
-/// A fault of conduct, the law that it breaks, and what the complaint says.
-struct ConductRow {
-  const char* fault;
-  const char* law;
-  const char* complaint;
-};
-
 /// What a process of its own is for.
-const std::vector<ConductRow>& WildFaults() {
-  static const std::vector<ConductRow> rows = {
-    {"crash", "call-numbers",
-     "while executing \"_Faulty_Double_\" with NaN in input 0, \"number\""},
-    {"recursion", "call-numbers", "while executing \"_Faulty_Double_\" with NaN"},
-    {"exit", "call-numbers", "ended while executing \"_Faulty_Double_\" with NaN"},
-    {"destroys null", "destroy", "while destroying objects of \"_Faulty_Double_\""},
-    {"needs messages", "call-services",
-     "while executing \"_Faulty_Pick_\" without services, with its"},
-    {"own value", "unload", "after the library was unloaded, what \"_Faulty_Double_\" wrote to"},
-    {"hang", "call-numbers", "no answer while executing \"_Faulty_Double_\" with 1e"},
-    {"throws in init", "init", "an exception ended the trial"},
-    {"throws in create", "create", "an exception ended the trial"},
-    {"crashes on unload", "init", "while releasing and unloading"},
-    {"hangs on unload", "init", "no answer while releasing and unloading"},
-    {"hides crashes", "call-defaults", "while executing"},
-    {"hides one crash", "call-defaults", "while executing"},
-    {"exits", "call-defaults", "ended while executing"},
-    {"aborts", "call-defaults", "while executing"},
-    {"forges the verdict", "call-defaults", "while executing"},
-    {"forges a line", "call-defaults", "written by others"},
-    {"closes everything", "call-defaults", "ended while executing"},
-    {"throws odd text", "call-defaults", "an exception left Execute"},
-    {"input beyond", "bounds", "while executing"},
-    {"far input", "bounds", "while executing"},
-    {"constant beyond", "bounds", "while executing"},
-    {"result beyond", "bounds", "while executing"},
-    {"value beyond", "bounds", "while executing"},
-    {"element beyond", "bounds", "while executing"},
-    {"element before", "same-answer", "gave another result 0"},
-    {"text beyond", "bounds", "while executing \"_Faulty_Join_\" with a text of 4096"},
-    {"result pointer", "bounds", "pointers to results was changed"},
-    {"input pointer", "bounds", "pointers to inputs was changed"},
-    {"keeps the context", "bounds", "while executing"},
-    {"keeps an input", "bounds", "while executing"},
-    {"asks beyond", "bounds", "asked for constant 2 of 2"},
-    {"asks below", "bounds", "asked for result -1 of 1"},
-    {"destroys the context", "bounds", "destroyed the context"},
-    {"unknown slot", "bounds", "called slot 9"},
-    {"marks beyond", "marks", "marked result 1 of 1"},
-    {"marks below", "marks", "marked result -1 of 1"},
-    {"silent message", "call-defaults", "a message without a source"},
-    {"counts calls", "same-answer", "gave another result 0"},
-    {"marks at times", "same-answer", "reported something else"},
-    {"stack garbage", "same-answer", "gave another result 0"},
-    {"heap garbage", "same-answer", "gave another result 0"},
-    {"address", "same-answer", "gave another result 0"},
-    {"shared scratch", "threads", "on 4 threads at once"},
-    {"leaks", "memory", "bytes of the heap"},
-    {"leaks at times", "memory", "bytes of the heap"},
-    {"keeps pages", "memory", "of memory"},
-    {"locale", "process", "the locale was"},
-    {"rounding", "process", "floating-point numbers was"},
-    {"tiny numbers", "process", "floating-point numbers was"},
-    {"folder", "process", "the current folder was"},
-    {"environment", "process", "NUV_LEFT_BEHIND was not there"},
-    {"signals", "process", "the handler of signal 15"},
-    {"crash signals", "process", "the handler of signal 8"},
-    {"open file", "process", "open"},
-    {"thread", "process", "the number of threads was"},
-    {"thread on load", "process", "the number of threads was"},
-    {"prints", "process", "wrote \"hello"},
-    {"complains", "process", "wrote \"hello"},
-    {"settings", "process", "angle unit was radians"},
-    {"writes and fails", "results-kept", "returned status 3, and result 0"},
-    {"descriptor changed", "descriptors-kept", "description was null"},
-    {"hidden by category", "call-numbers", "while executing"},
-    {"library stays", "library-destructor", "GetPluginCount gives 4 after slot 0"},
-    {"library nowhere", "library-destructor", "slot 0 with flags 0"},
-    {"frees always", "destructor", "flags 0 frees"},
-    {"frees never", "destructor", "flags 1 does not free"},
-    {"destroyed nowhere", "destructor", "does not return the address"},
-    {"other information", "addresses", "the information has moved"},
-    {"array moves", "addresses", "the array of prototypes has moved"},
-    {"control character", "names", "Dou\\bble"},
-    {"blank name", "names", "has the name"},
-    {"same name", "names", "the name of one before it"},
-    {"label with control", "names", "has the label"},
-    {"odd boolean", "constants", "the default 7"},
-    {"range of a choice", "constants", "has a range and is no integer"},
-    {"range of numbers", "constants", "not both integers"},
+const std::vector<FaultRow>& WildFaults() {
+  static const std::vector<FaultRow> rows = {
+    {"crash", {R"(call-numbers: while executing "_Faulty_Double_" with NaN in input 0, "number")"}},
+    {"recursion", {R"(call-numbers: while executing "_Faulty_Double_" with NaN)"}},
+    {"destroys null", {R"(destroy: while destroying objects of "_Faulty_Double_")"}},
+    {"needs messages",
+     {R"(call-services: while executing "_Faulty_Pick_" without services, with its)"}},
+    {"own value", {R"(unload: after the library was unloaded, what "_Faulty_Double_" wrote to)"}},
+    {"hang", {R"(call-numbers: no answer while executing "_Faulty_Double_" with 1e)"}},
+    {"throws in init", {"init: an exception ended the trial"}},
+    {"throws in create", {"create: an exception ended the trial"}},
+    {"crashes on unload", {"init: while releasing and unloading"}},
+    {"hangs on unload", {"init: no answer while releasing and unloading"}},
+    {"hides crashes", {"call-defaults: while executing"}},
+    {"hides one crash", {"call-defaults: while executing"}},
+    {"exits", {"call-defaults: ended while executing"}},
+    {"aborts", {"call-defaults: while executing"}},
+    {"forges the verdict", {"call-defaults: while executing"}},
+    {"forges a line", {"call-defaults: written by others"}},
+    {"closes everything", {"call-defaults: ended while executing"}},
+    {"throws odd text", {"call-defaults: an exception left Execute"}},
+    {"input beyond", {"bounds: while executing"}},
+    {"far input", {"bounds: while executing"}},
+    {"constant beyond", {"bounds: while executing"}},
+    {"result beyond", {"bounds: while executing"}},
+    {"value beyond", {"bounds: while executing"}},
+    {"element beyond", {"bounds: while executing"}},
+    {"element before", {"same-answer: gave another result 0"}},
+    {"text beyond", {R"(bounds: while executing "_Faulty_Join_" with a text of 4096)"}},
+    {"result pointer", {"bounds: pointers to results was changed"}},
+    {"input pointer", {"bounds: pointers to inputs was changed"}},
+    {"keeps the context", {"bounds: while executing"}},
+    {"keeps an input", {"bounds: while executing"}},
+    {"asks beyond", {"bounds: asked for constant 2 of 2"}},
+    {"asks below", {"bounds: asked for result -1 of 1"}},
+    {"destroys the context", {"bounds: destroyed the context"}},
+    {"unknown slot", {"bounds: called slot 9"}},
+    {"marks beyond", {"marks: marked result 1 of 1"}},
+    {"marks below", {"marks: marked result -1 of 1"}},
+    {"silent message", {"call-defaults: a message without a source"}},
+    {"counts calls", {"same-answer: gave another result 0"}},
+    {"marks at times", {"same-answer: reported something else"}},
+    {"stack garbage", {"same-answer: gave another result 0"}},
+    {"heap garbage", {"same-answer: gave another result 0"}},
+    {"address", {"same-answer: gave another result 0"}},
+    {"shared scratch", {"threads: on 4 threads at once"}},
+    {"leaks", {"memory: bytes of the heap"}},
+    {"leaks at times", {"memory: bytes of the heap"}},
+    {"keeps pages", {"memory: of memory"}},
+    {"locale", {"process: the locale was"}},
+    {"rounding", {"process: floating-point numbers was"}},
+    {"tiny numbers", {"process: floating-point numbers was"}},
+    {"folder", {"process: the current folder was"}},
+    {"environment", {"process: NUV_LEFT_BEHIND was not there"}},
+    {"signals", {"process: the handler of signal 15"}},
+    {"crash signals", {"process: the handler of signal 8"}},
+    {"open file", {"process: open"}},
+    {"thread", {"process: the number of threads was"}},
+    {"thread on load", {"process: the number of threads was"}},
+    {"prints", {R"(process: wrote "hello)"}},
+    {"complains", {R"(process: wrote "hello)"}},
+    {"settings", {"process: angle unit was radians"}},
+    {"writes and fails", {"results-kept: returned status 3, and result 0"}},
+    {"descriptor changed", {"descriptors-kept: description was null"}},
+    {"library stays", {"library-destructor: GetPluginCount gives 4 after slot 0"}},
+    {"library nowhere", {"library-destructor: slot 0 with flags 0"}},
+    {"frees always", {"destructor: flags 0 frees"}},
+    {"frees never", {"destructor: flags 1 does not free"}},
+    {"destroyed nowhere", {"destructor: does not return the address"}},
+    {"other information", {"addresses: the information has moved"}},
+    {"array moves", {"addresses: the array of prototypes has moved"}},
+    {"control character", {"names: Dou\\bble"}},
+    {"blank name", {"names: has the name"}},
+    {"same name", {"names: the name of one before it"}},
+    {"label with control", {"names: has the label"}},
+    {"odd boolean", {"constants: the default 7"}},
+    {"range of a choice", {"constants: has a range and is no integer"}},
+    {"range of numbers", {"constants: not both integers"}},
 #if defined(_WIN32)
-    {"input grows", "bounds", "an array among inputs was given storage"},
-    {"exception filter", "process", "the filter of exceptions was"},
-    {"error mode", "process", "the mode of errors was"},
+    {"input grows", {"bounds: an array among inputs was given storage"}},
+    {"exception filter", {"process: the filter of exceptions was"}},
+    {"error mode", {"process: the mode of errors was"}},
 #else
-    {"input grows", "bounds", "while executing"},
-    {"crash on load", "export", "crashed while loading the library"},  // Windows refuses it
-    {"child", "process", "a child process was"},
-    {"mask", "process", "the mask of new files"},
-    {"alarm", "process", "the alarm was off"},
-    {"termination", "process", "the handler of termination"},
-    {"blocked signal", "process", "the list of blocked signals"},
+    {"input grows", {"bounds: while executing"}},
+    {"crash on load", {"export: crashed while loading the library"}},  // Windows refuses it
+    {"child", {"process: a child process was"}},
+    {"mask", {"process: the mask of new files"}},
+    {"alarm", {"process: the alarm was off"}},
+    {"termination", {"process: the handler of termination"}},
+    {"blocked signal", {"process: the list of blocked signals"}},
 #endif
   };
   return rows;
@@ -363,40 +297,34 @@ bool IsHiddenHere([[maybe_unused]] std::string_view fault) {
 
 TEST(Check, EachFaultBreaksItsLawAndNoOther) {
   for (const FaultRow& row : CalmFaults()) {
+    SCOPED_TRACE(row.fault);
     const FaultInForce fault(row.fault);
-    ExpectFailures(row, JudgeHere(Faulty()));
+    const Failures failures = JudgeHere();
+    EXPECT_EQ(failures.size(), row.complaints.size()) << testing::PrintToString(failures);
+    for (std::size_t i = 0; i < std::min(failures.size(), row.complaints.size()); ++i) {
+      ExpectComplaint(failures[i], row.complaints[i]);
+    }
   }
 }
 
 TEST(Check, EachFaultOfConductBreaksItsLaw) {
-  for (const ConductRow& row : WildFaults()) {
+  for (const FaultRow& row : WildFaults()) {
     if (IsHiddenHere(row.fault)) continue;
     const FaultInForce fault(row.fault);
+    SCOPED_TRACE(row.fault);
     const bool hangs = std::string_view(row.fault).starts_with("hang");
-    const std::string complaint = JudgeInChild(row.law, Faulty(), hangs ? 5 : 60);
-    EXPECT_NE(complaint.find(row.complaint), std::string::npos)
-        << row.fault << ", " << row.law << ": " << complaint;
-  }
-}
-
-// The faults stand in no text that the check would choke on.
-TEST(Check, OutlivesTextsThatAreNoText) {
-  for (const char* odd : {"odd text", "throws odd text", "forges the verdict"}) {
-    const FaultInForce fault(odd);
-    const Answer answer = Check(Faulty(), {"--json", "--outer-world", kDanger});
-    const Json judged = Json::parse(answer.text);
-    EXPECT_EQ(judged["laws"].size(), check::AllLaws().size()) << odd;
+    const std::string law = LawOf(row.complaints[0]);
+    ExpectComplaint(law + ": " + JudgeInChild(law, hangs ? 5 : 60), row.complaints[0]);
   }
 }
 
 TEST(Check, EveryLawHasAFaultThatBreaksIt) {
   std::set<std::string> broken;
-  for (const FaultRow& row : CalmFaults()) {
-    for (const std::string& complaint : row.complaints) {
-      broken.insert(complaint.substr(0, complaint.find(':')));
+  for (const auto* rows : {&CalmFaults(), &WildFaults()}) {
+    for (const FaultRow& row : *rows) {
+      for (const std::string& complaint : row.complaints) broken.insert(LawOf(complaint));
     }
   }
-  for (const ConductRow& row : WildFaults()) broken.insert(row.law);
   std::set<std::string> known;
   for (const check::Law* law : check::AllLaws()) known.insert(law->name);
   EXPECT_EQ(broken, known);
@@ -433,11 +361,15 @@ TEST(Check, EndsWithATruthfulVerdict) {
 }
 
 TEST(Check, JudgesALibraryInAFolderOfAnyName) {
-  const TestFolder folder;
-  const std::filesystem::path library = folder.path / Faulty().filename();
-  std::filesystem::copy_file(Faulty(), library);
+  std::filesystem::path folder = ProgramFolder() / "check";
+  folder += PathFromUtf8(" pr\xC3\xBC\x66\x65 \xE2\x82\xAC");
+  std::filesystem::create_directories(folder);
+  std::filesystem::copy_file(Faulty(), folder / kFaulty,
+                             std::filesystem::copy_options::overwrite_existing);
   const FaultInForce fault("no name");
-  const Answer answer = Check(library, {"--outer-world", kDanger});
+  const Answer answer = Check(folder / kFaulty, {"--outer-world", kDanger});
+  std::error_code ignored;
+  std::filesystem::remove_all(folder, ignored);
   EXPECT_EQ(answer.code, 1);
   EXPECT_NE(answer.text.find("FAIL  descriptors  texts  "), std::string::npos) << answer.text;
   EXPECT_TRUE(LastLine(answer.text).starts_with(Counts(1, 0))) << answer.text;
@@ -451,7 +383,7 @@ TEST(Check, TheFormulaLibraryKeepsEveryLaw) {
 
 TEST(Check, ThePageListsTheLaws) {
   std::string listed;
-  std::istringstream page(ReadAll(CHECK_PAGE));
+  std::ifstream page(CHECK_PAGE);
   for (std::string line; std::getline(page, line);) {
     if (line.starts_with("| `")) listed += line + '\n';
   }
@@ -460,19 +392,6 @@ TEST(Check, ThePageListsTheLaws) {
     known += "| `" + std::string(law->name) + "` | " + law->demand + " |\n";
   }
   EXPECT_EQ(listed, known);
-
-  std::string text = ReadAll(CHECK_PAGE);
-  std::ranges::replace(text, '\n', ' ');
-  std::string categories = "The categories are";
-  for (const Category& category : kCategories) {
-    const bool is_first = &category == std::begin(kCategories);
-    const bool is_last = &category == std::end(kCategories) - 1;
-    categories += std::string(is_first  ? " "
-                              : is_last ? " and "
-                                        : ", ") +
-                  '"' + std::string(category.name) + '"';
-  }
-  EXPECT_NE(text.find(categories), std::string::npos) << categories;
 }
 
 }  // namespace

@@ -128,7 +128,6 @@ struct Double final : Slots<Double> {
     if (Fault("result type")) r.results[0].type = NUV_PARAM_INTEGER;
     if (Fault("default type")) r.inputs[0].default_value = "0";
     if (Fault("repeatable twice")) r.repeatable = 2;
-    if (Fault("hidden by category")) r.category = "IO: System";
   }
 
   static Status Run(IXInstrContext& context) {
@@ -145,9 +144,8 @@ struct Double final : Slots<Double> {
       result = 1.0;
       return Status::kFailure;
     }
-    if ((Fault("crash") || Fault("hidden by category")) && std::isnan(number)) Crash();
+    if (Fault("crash") && std::isnan(number)) Crash();
     if (volatile int depth = 0; Fault("recursion") && std::isnan(number)) Recurse(&depth);
-    if (Fault("exit") && std::isnan(number)) std::_Exit(0);
     for (volatile bool on = Fault("hang") && number == 1e300; on;) {
     }
     if (Fault("crash between") && number > 10 && number < 20) Crash();
@@ -156,7 +154,6 @@ struct Double final : Slots<Double> {
     if (Fault("odd exception") && std::isinf(number)) throw 7;
     if (Fault("status 7")) return static_cast<Status>(7);
     if (Fault("wrong type") && input.GetType() == NUV_OBJ_POINT) return static_cast<Status>(1);
-    if (Fault("sign lost") && number == 0.0) input = 0.0;
     if (Fault("text result") && result.GetType() == NUV_OBJ_STRING) {
       result = "double";
     } else if (Fault("own value")) {

@@ -7,32 +7,26 @@ import json
 import os
 import pathlib
 import signal
-import subprocess
 import sys
 import tempfile
 import time
 
-NATIVE = len(sys.argv) == 2  # else by an emulator, which has signals, links and modes of its own
+import runs
+from runs import NATIVE, expect
+
 PROGRAM = {"image": "part.svg", "data": {"n": {"file": "n.csv"}},
            "steps": [{"name": "s", "instr": "SumArr", "in": [{"data": "n"}]},
                      {"name": "wait", "instr": "Sleep", "in": [0]}]}
 PNG = (b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x09\0\0\0\x07\x08\0\0\0\0crc_"
        b"\0\0\0\0IENDcrc_")
 ROWS = b"part,status,s.sum\np.json,ok,3\n"
-failures = []
 
 
-def expect(condition, *what):
-    if not condition:
-        failures.append(" ".join(str(word) for word in what))
-
-
-class Folder:
-    """A folder to run nuvhost in, with a program, its data and its image."""
+class Folder(runs.Folder):
+    """With a program, its data and its image."""
 
     def __init__(self):
-        self.temporary = tempfile.TemporaryDirectory()
-        self.path = pathlib.Path(self.temporary.name)
+        super().__init__()
         self.write(p=0)
         (self.path / "n.csv").write_bytes(b"1\n2\n")
         (self.path / "part.svg").write_bytes(PNG)
@@ -44,19 +38,30 @@ class Folder:
             steps = [PROGRAM["steps"][0], {**PROGRAM["steps"][1], "in": [wait]}]
             (self.path / f"{name}.json").write_text(json.dumps({**PROGRAM, "steps": steps}))
 
-    def start(self, *words, **options):
-        return subprocess.Popen([*sys.argv[1:], *words], cwd=self.path,
-                                **{"stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE,
-                                   "stderr": subprocess.PIPE, **options})
 
-    def run(self, *words, **options):
-        """Exit code, output and complaints, which are UTF-8 whatever happens."""
-        process = self.start(*words, **options)
-        out, error = process.communicate(timeout=120)
-        return process.returncode, (out or b"").decode(), error.decode()
+def draws_over_the_image():
+    """That of the program's folder, which is looked at before anything runs."""
+    folder = Folder()
+    (folder.path / "sub" / "gr\u00f6\u00dfe.json").write_text(json.dumps({**PROGRAM, "image": "../part.svg"}))
+    program = "sub/gr\u00f6\u00dfe.json"
+    (folder.path / "m.csv").write_bytes(b"3\n")
+    code = folder.run("run", program, "--data", "n.csv", "gone.csv", "m.csv", "--overlay", "o.svg")[0]
+    expect(code == 2 and set(folder.state()) == {"p.json", "n.csv", "m.csv", "part.svg", "o-n.svg", "o-m.svg"},
+           code, *folder.state())
+    for name in ["o-n.svg", "o-m.svg"]:
+        expect(b'viewBox="0 0 9 7"' in folder.read(name) and b"data:image/png;base64,iVBORw0KGgo" in
+               folder.read(name), name)
 
-    def state(self):
-        return {file.name: file.read_bytes() for file in self.path.iterdir() if file.is_file()}
+    def refuses(complaint, *words):
+        before = folder.state()
+        code, out, error = folder.run("run", "p.json", *words, "--overlay", "x.svg")
+        expect(code == 2 and out == "" and complaint in error, words, code, out, error)
+        expect(folder.state() == before, "left", *folder.state())
+
+    refuses("is named \"n\"", "--data", "n.csv", "./n.csv")
+    (folder.path / "part.svg").write_bytes(PNG[:30])
+    refuses("p.json:1:11: cannot take the image \"part.svg\": the file ends")
+    expect(folder.run("run", "p.json")[0] == 0, "where nobody asks for the image")
 
 
 def refuses_to_write_what_it_reads():
@@ -205,16 +210,7 @@ def prints_utf8():
         expect(code == 2 and error, words, code, error)
 
 
-def main():
-    for check in [refuses_to_write_what_it_reads, replaces_results_as_a_whole,
-                  keeps_the_old_file_where_a_run_fails, tells_what_standard_output_did_not_take,
-                  prints_utf8]:
-        known = len(failures)
-        check()
-        failures[known:] = [f"{check.__name__}: {failure}" for failure in failures[known:]]
-    print("\n".join(failures) or "nothing is lost")
-    return 1 if failures else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(runs.main([refuses_to_write_what_it_reads, draws_over_the_image, replaces_results_as_a_whole,
+                        keeps_the_old_file_where_a_run_fails, tells_what_standard_output_did_not_take,
+                        prints_utf8], "nothing is lost"))

@@ -1,15 +1,25 @@
 """Hostile drawings are well-formed pictures whose numbers are numbers and whose texts survive.
 
-overlay_test.py COMMAND...: how to start the test program that draws them.
+overlay_test.py COMMAND...: how to start nuvhost, which is asked to draw them.
 """
 
-import os
+import json
 import pathlib
+import random
 import re
+import struct
 import subprocess
 import sys
 import tempfile
 import xml.etree.ElementTree
+
+NUMBER_KINDS = [0, -0.0, "NaN", "Infinity", "-Infinity", 1e300, 5e-324, 1e9, -1e9, 1 + 2**-52]
+PIECES = [b"&", b"<", b">", b'"', b"'", b"]]>", b"&amp;", b"<!--", b"\n", b"\t", b"  ", b"\x01", b"\x1f",
+          b"\x7f", b"\x80", b"\xff", b"\xc3\xa9", b"\xc3", b"\xe2\x82\xac", b"\xed\xa0\x80",
+          b"\xc0\x80", b"\xef\xbf\xbe", b"\xf0\x9f\x94\xa9", b"\xf4\x90\x80\x80", b"abc", b"\r"]
+FIGURES = ["point location", "segment start end", "line line", "circle center radius fill",
+           "circles points radius fill", "rect center width height angle fill", "points points",
+           "text location font paintBackground", "polyline points", "pixels points"]
 
 SVG = "{http://www.w3.org/2000/svg}"
 POSITIVE = r"(?!0+$)[0-9]{1,10}(\.[0-9]+)?"
@@ -51,19 +61,55 @@ def complaints(svg, label):
         yield f"{label!r}: {texts}"
 
 
+def any_annotation(rng):
+    def number():
+        if rng.randrange(4) == 0:
+            return rng.choice(NUMBER_KINDS)
+        return rng.randrange(-2**31, 2**31) * 2.0 ** rng.randrange(-55, 5)
+
+    def point():
+        return {"x": number(), "y": number()}
+
+    made = {"points": lambda: [point() for _ in range(rng.randrange(5))],
+            "line": lambda: {"a": number(), "d": number()}, "font": lambda: any_text(rng),
+            **dict.fromkeys(["location", "start", "end", "center"], point),
+            **dict.fromkeys(["fill", "paintBackground"], lambda: rng.random() < 0.5)}
+    operation, *members = rng.choice(FIGURES).split()
+    return {"op": operation, **{name: made.get(name, number)() for name in members},
+            "label": rng.choice([None, *[any_text(rng)] * 3]), "color": rng.randrange(2**32)}
+
+
+def any_text(rng):
+    """A character for each byte."""
+    return b"".join(rng.choices(PIECES, k=rng.randrange(5))).decode("latin-1")
+
+
 def main(command):
+    rng = random.Random(11)
+    requests = []
     with tempfile.TemporaryDirectory() as folder:
-        subprocess.run([*command, "--gtest_filter=Overlay.HostileDrawings"], check=True,
-                       timeout=300, cwd=folder, capture_output=True,
-                       env={**os.environ, "OVERLAY_DRAWINGS": "."})
-        pictures = sorted(pathlib.Path(folder).glob("*.svg"))
-        failures = [f"{picture.name}: {complaint}" for picture in pictures
-                    for complaint in complaints(picture.read_bytes(),
-                                                picture.with_suffix(".label").read_bytes())]
-    if len(pictures) < 100:
-        failures.append(f"only {len(pictures)} pictures")
-    print("\n".join(failures[:20]) or f"{len(pictures)} pictures are sound")
-    return 1 if failures else 0
+        for i in range(400):
+            # The last one's text is read back from the picture and compared to the bytes.
+            last = {"op": "text", "location": {"x": 1, "y": 1}, "font": "", "paintBackground": False,
+                    "label": any_text(rng), "color": 0}
+            drawn = [*(any_annotation(rng) for _ in range(rng.randrange(5))), last]
+            requests.append({"draw": drawn})
+            if rng.random() < 0.5:
+                size = struct.pack(">II", rng.randrange(1, 2**31), rng.randrange(1, 2**31))
+                requests[-1]["image"] = f"{i}.png"
+                pathlib.Path(folder, f"{i}.png").write_bytes(
+                    b"\x89PNG\r\n\x1a\n\0\0\0\rIHDR" + size + b"\x08\0\0\0\0crc_\0\0\0\0IENDcrc_")
+        lines_in = "".join(json.dumps(one) + "\n" for one in requests * 2).encode()
+        ran = subprocess.run([*command, "exec"], input=lines_in, capture_output=True, check=True,
+                             timeout=300, cwd=folder)
+    answers = ran.stdout.splitlines()
+    count = len(requests)
+    failures = [] if answers[:count] == answers[count:] else ["another picture of the same"]
+    for number, (request, answer) in enumerate(zip(requests, answers)):
+        label = request["draw"][-1]["label"].encode("latin-1")
+        failures += [f"{number}: {one}" for one in complaints(json.loads(answer)["svg"], label)]
+    print("\n".join(failures[:20]) or f"{count} pictures are sound")
+    return 1 if failures or len(answers) != 2 * count else 0
 
 
 if __name__ == "__main__":

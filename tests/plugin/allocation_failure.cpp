@@ -45,10 +45,6 @@ void CountFree(const void* block) noexcept {
 
 // The C runtime's allocations are the sanitizer's, or those of each module: only the operators are
 // counted.
-bool FailsTheRuntime() {
-  return false;
-}
-
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   return Counted([&] { return std::malloc(size == 0 ? 1 : size); });
 }
@@ -79,10 +75,6 @@ void operator delete[](void* block, std::size_t /*size*/) noexcept {
 #else
 
 // The program's own definitions take the place of the C library's, for all that is loaded.
-bool FailsTheRuntime() {
-  return true;
-}
-
 extern "C" {
 
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the C library's names.

@@ -16,7 +16,3 @@ class FailingAllocation {
   /// Whether it has come to the failure.
   bool HasFailed() const;
 };
-
-/// Whether the C runtime's allocations are counted and fail, too, and not only operator new: with a
-/// sanitizer they are the sanitizer's, on Windows each module's own.
-bool FailsTheRuntime();

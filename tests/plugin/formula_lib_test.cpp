@@ -81,15 +81,6 @@ TEST(FormulaLib, CreateWithoutMemoryGivesNull) {
   prototype->Destroy(nullptr);
 }
 
-TEST(FormulaLib, IsTheOneThatTheExportGives) {
-  IXInstrPluginLib* library = NuvPluginLibGet();
-  ASSERT_NE(library, nullptr);
-  EXPECT_EQ(NuvPluginLibGet(), library);
-  EXPECT_EQ(library->GetPluginCount(), formula::Catalogue::kSize);
-  EXPECT_STREQ(library->GetLibInfo()->text,
-               "Formula Library\nThis is the very first version of it");
-}
-
 TEST(Call, ATextResultHoldsUpToOneGibibyte) {
   EXPECT_NO_THROW(formula::CheckTextLength(std::size_t{1} << 30));
   EXPECT_THROW(formula::CheckTextLength((std::size_t{1} << 30) + 1), std::length_error);

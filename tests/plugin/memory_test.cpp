@@ -1,9 +1,10 @@
 // Every allocation of every instruction fails, alone and with all that follow.
 
-#include <cmath>
 #include <filesystem>
+#include <random>
 
 #include "nuvhost/library/outer_world.h"
+#include "tests/fuzz/values.h"
 #include "tests/instr/table.h"
 #include "tests/plugin/allocation_failure.h"
 
@@ -12,43 +13,13 @@ namespace {
 using nuvhost::CallContext;
 namespace fs = std::filesystem;
 
-/// How much there is in an input.
-enum class Amount { kNone, kSome, kMuch };
-
-/// The amount of a value of the type: texts that format numbers, points around a circle.
-CNuvObject Given(NUV_OBJ_TYPE type, Amount amount) {
-  CNuvObject value(type);
-  const std::size_t size = amount == Amount::kNone ? 0 : amount == Amount::kSome ? 4 : 70;
-  const auto number = [](std::size_t i) { return static_cast<double>(i * i % 11); };
-  const auto point = [](std::size_t i) {
-    const auto angle = static_cast<double>(i) * 1.7;
-    return CNuvPoint(50.0 + 20.0 * std::cos(angle), 40.0 + 20.0 * std::sin(angle));
-  };
-  std::string text;
-  for (std::size_t i = 0; i < size; i += 2) text += "ab%5.1f ";
-  switch (static_cast<int>(type)) {
-    case NUV_OBJ_BOOL: value = amount == Amount::kMuch; break;
-    case NUV_OBJ_DOUBLE: value = static_cast<double>(size) / 2; break;
-    case NUV_OBJ_STRING: value = text.c_str(); break;
-    case NUV_OBJ_POINT: value = point(size); break;
-    case NUV_OBJ_LINE: value = CNuvLine(0.5, static_cast<double>(size)); break;
-    default: break;
-  }
-  for (std::size_t i = 0; i < size; ++i) {
-    switch (static_cast<int>(type)) {
-      case NUV_OBJ_BOOL_VECTOR: static_cast<CNuvBoolVector&>(value).PushBack(i % 2 == 0); break;
-      case NUV_OBJ_DOUBLE_VECTOR: static_cast<CNuvDoubleVector&>(value).PushBack(number(i)); break;
-      case NUV_OBJ_STRING_VECTOR:
-        static_cast<CNuvStringVector&>(value).PushBack(CNuvString(text));
-        break;
-      case NUV_OBJ_POINT_VECTOR: static_cast<CNuvPointVector&>(value).PushBack(point(i)); break;
-      case NUV_OBJ_LINE_VECTOR:
-        static_cast<CNuvLineVector&>(value).PushBack(CNuvLine(number(i), 1.0));
-        break;
-      default: break;
-    }
-  }
-  return value;
+/// Values of a type, the same for the same seed.
+CNuvObject Given(NUV_OBJ_TYPE type, unsigned seed) {
+  std::mt19937 random(seed);
+  std::vector<std::uint8_t> any(200);
+  for (std::uint8_t& byte : any) byte = static_cast<std::uint8_t>(random());
+  fuzz::Bytes bytes(any);
+  return fuzz::AnyValue(bytes, type);
 }
 
 bool IsEmptyArray(const CNuvObject& value) {
@@ -66,18 +37,21 @@ std::vector<std::string> Texts(const std::vector<CNuvObject>& values) {
 /// at all.
 class Setting {
  public:
-  Setting(const nuvhost::CatalogueEntry& instruction, Amount amount, bool has_results)
+  Setting(const nuvhost::CatalogueEntry& instruction, unsigned seed, bool has_results)
       : prototype_(*instruction.prototype),
         descriptor_(*instruction.descriptor),
         reaches_out_(nuvhost::TouchesOuterWorld(descriptor_.identifier)) {
     for (std::size_t i = 0; i < descriptor_.inputs.Size(); ++i) {
-      inputs_.push_back(Given(nuvhost::ValueType(descriptor_.inputs[i].type), amount));
+      const NUV_OBJ_TYPE type = nuvhost::ValueType(descriptor_.inputs[i].type);
+      inputs_.push_back(Given(type, seed + static_cast<unsigned>(i)));
       if (reaches_out_ && inputs_[i].GetType() == NUV_OBJ_STRING) inputs_[i] = "scratch";
+      if (reaches_out_ && inputs_[i].GetType() == NUV_OBJ_DOUBLE)
+        inputs_[i] = 1.0 * (seed % 4);  // to sleep
     }
     for (int i = 0; descriptor_.repeatable != 0 && i < 4; ++i) inputs_.push_back(inputs_.back());
     for (const ResultRecord& result : descriptor_.results) {
       const NUV_OBJ_TYPE type = nuvhost::ValueType(result.type);
-      before_.push_back(has_results ? Given(type, Amount::kSome) : CNuvObject());
+      before_.push_back(has_results ? Given(type, seed) : CNuvObject());
     }
     CallContext context(descriptor_, services_);
     Prepare(context);
@@ -179,13 +153,13 @@ TEST(Memory, WithoutItAnInstructionFailsAndNoResultIsNew) {
   for (const nuvhost::CatalogueEntry& instruction : BuiltCatalogue().Entries()) {
     const std::string identifier = instruction.descriptor->identifier;
     if (identifier == "_Nuv_System_CSystemMsgBox_") continue;  // waits for an answer
-    for (const Amount amount : {Amount::kNone, Amount::kSome, Amount::kMuch}) {
+    for (unsigned seed = 1; seed <= 12; ++seed) {
       for (const bool has_results : {true, false}) {
-        Setting setting(instruction, amount, has_results);
+        Setting setting(instruction, seed, has_results);
         for (const bool for_ever : {false, true}) {
           SCOPED_TRACE(testing::Message()
-                       << identifier << ", amount " << static_cast<int>(amount)
-                       << (has_results ? "" : ", results empty") << (for_ever ? ", for ever" : ""));
+                       << identifier << ", seed " << seed << (has_results ? "" : ", results empty")
+                       << (for_ever ? ", for ever" : ""));
           for (std::ptrdiff_t n = 0; setting.Fails(n, for_ever); ++n) ++failures;
         }
       }

@@ -136,22 +136,17 @@ class Values(WithHost):
         f = self.f
         for kind, text, call, *inputs in (
                 (TypeError, "numerator: expected a number, found True", f.Divide, True),
-                (TypeError, "denominator: expected a number, found '2'", f.Divide, 1, "2"),
-                (TypeError, "expected a number, found [1]", f.Divide, [1]),
                 (TypeError, "expected a number, found 1j", f.Divide, 1j),
-                (TypeError, "expected a number, found None", f.Divide, None),
                 (ValueError, "too large", f.Divide, 10**400),
                 (TypeError, "expected True or False, found 1", f.NOT, 1),
                 (TypeError, "one more; it takes numerator, denominator", f.Divide, 1, 2, 3),
                 (TypeError, "string: expected a text, found 5", f.LenStr, 5),
                 (ValueError, "zero characters", f.LenStr, "a\0b"),
-                (TypeError, "element 1: expected a number, found 'x'", f.MeanArr, [1, "x"]),
                 (TypeError, "element 0: expected a number, found True", f.MeanArr, [True]),
                 (ValueError, "element 299: the number is too large", f.MeanArr, [1] * 299 + [9**999]),
                 (TypeError, "expected numbers, found '123'", f.MeanArr, "123"),
                 (TypeError, "element 1: expected a pair, found (1,)", f.PtsToBestCircle, 0,
-                 [(1, 2), (1,)]),
-                (TypeError, "expected a point (x, y), found 'ab'", f.PtToPtDist, "ab")):
+                 [(1, 2), (1,)])):
             with self.subTest(text):
                 self.fails(kind, text, call, *inputs)
         self.fails(TypeError, "takes no points_; did you mean points", f.PtsToBestCircle, points_=[])
@@ -192,7 +187,6 @@ class Names(WithHost):
             for way in (".Numeric.Multiply", '["Array: Number: Multiply"]'):
                 self.assertIn(way, told)
         self.fails(AttributeError, "did you mean PtsToBestCircle", lambda: self.f.PtsToBestCirle)
-        self.fails(KeyError, "did you mean Numeric: Add", lambda: self.f["Numeric: Ad"])
         self.assertIn("PtsToBestCircle", dir(self.f))
         self.assertNotIn("Multiply", dir(self.f))
 
@@ -211,11 +205,8 @@ class Names(WithHost):
         by_name = f.PtsToBestCircleInf(point=corners, annotation_color=-1)
         self.assertEqual(by_name.center, (1, 1))
         self.assertEqual(by_name["center"], f.PtsToBestCircleInf(0, False, 1, -1, *corners)[3])
-        self.assertEqual(f.PrintfNumInf("%g %g", 1, 2.5), "1 2.5")
-        self.assertEqual(f.NumToString(2, Number_of_decimal_point_digits=1,
-                                       Integer_field_padding="Pad with '0'", Number_of_digits=4),
-                         f.NumToString(2, Number_of_decimal_point_digits=1, Integer_field_padding=1,
-                                       Number_of_digits=4))
+        self.assertEqual(f.NumToString(2, Integer_field_padding="Pad with '0'"),
+                         f.NumToString(2, Integer_field_padding=1))
 
 
 class Outcomes(WithHost):
@@ -231,12 +222,9 @@ class Outcomes(WithHost):
             self.f.call("Correlate", [5], [7])
         self.assertEqual([(str(one.message), one.category, one.filename) for one in told],
                          [("Correlate: Constant array(s)!", FormulaWarning, __file__)] * 2)
-        self.assertEqual(self.f.call("Generate Engine Control Event", event_id=7).events,
-                         [{"code": 45, "value": 7}])
         self.f.set(angle_unit="degrees")
         self.assertAlmostEqual(self.f.Sin(30), 0.5)
         self.f.set(angle_unit="radians")
-        self.fails(ValueError, '"radians" or "degrees"', self.f.set, angle_unit="grad")
 
     def test_a_program_gives_what_nuvhost_run_writes(self):
         program = ROOT / "examples/washer/program.json"
@@ -271,8 +259,6 @@ class Outcomes(WithHost):
         with self.assertWarnsRegex(FormulaWarning, 'step "a": Correlate: Constant') as warned:
             self.f.run({"steps": [{"name": "a", "instr": "Correlate", "in": [[5], [7]]}]})
         self.assertEqual(warned.filename, __file__)
-        self.fails(ValueError, 'no instruction "Dvide"', self.f.run,
-                   {"steps": [dict(steps[0], instr="Dvide")]})
 
 
 class Processes(unittest.TestCase):
@@ -289,8 +275,7 @@ class Processes(unittest.TestCase):
     def test_what_is_no_nuvhost(self):
         with tempfile.TemporaryDirectory() as folder:
             for script, complaint in (
-                    ("echo hello; cat >/dev/null", "no answer: hello"), ("exec cat", "no answer"),
-                    ("echo '[]'; cat >/dev/null", "no answer: []"), ("exit 7", "exit code 7"),
+                    ("echo hello; cat >/dev/null", "no answer: hello"), ("exit 7", "exit code 7"),
                     ("echo '{}'; cat >/dev/null", "no answer: {}"),
                     ("read line; echo sorry >&2; kill -SEGV $$", "by signal 11"),
                     ("read line; echo sorry >&2; exit 1", "sorry"),

@@ -18,7 +18,7 @@
 #include "host/log.h"
 #include "nuvhost/library/catalogue.h"
 #include "nuvhost/library/outer_world.h"
-#include "reference_host/services/call_context.h"
+#include "tests/fuzz/borrowed_context.h"
 #include "tests/fuzz/sandbox.h"
 #include "tests/fuzz/values.h"
 #include "tests/instr/random_rounds.h"
@@ -75,27 +75,14 @@ class SharedStore final : public IXNamedDataStore {
 };
 
 /// The constants and inputs of a call that other threads read as well, and results of its own.
-class SharedContext final : public IXInstrContext {
+/// Messages, annotations and marks are dropped.
+class SharedContext final : public fuzz::BorrowedContext {
  public:
-  SharedContext(CallContext& shared, SharedStore& store) : store_(store) {
-    for (CNuvObject& one : shared.constants) constants_.push_back(&one);
-    for (CNuvObject& one : shared.inputs) inputs_.push_back(&one);
-    own_ = shared.results;
-    for (CNuvObject& one : own_) results_.push_back(&one);
-  }
-  void* DeletingDestructor(std::uint32_t /*flags*/) override { return this; }
-  CNuvObject** ConstantValues() override { return constants_.data(); }
-  CNuvObject** InputValues() override { return inputs_.data(); }
-  std::int32_t InputCount() override { return static_cast<std::int32_t>(inputs_.size()); }
-  CNuvObject** ResultValues() override { return results_.data(); }
-  CNuvObject* ConstantValue(std::int32_t index) override {
-    return constants_[static_cast<std::size_t>(index)];
-  }
-  CNuvObject* ResultValue(std::int32_t index) override {
-    return results_[static_cast<std::size_t>(index)];
+  SharedContext(CallContext& shared, SharedStore& store)
+      : BorrowedContext(shared, shared.results), own_(shared.results), store_(store) {
+    for (std::size_t i = 0; i < own_.size(); ++i) results_[i] = &own_[i];
   }
   void MarkResult(std::int32_t /*index*/, std::int32_t /*value*/) override {}
-  /// Messages and annotations are dropped.
   void* Service(std::int32_t number) override {
     return number == NUV_SERVICE_NAMED_DATA ? &store_ : nullptr;
   }
@@ -107,11 +94,8 @@ class SharedContext final : public IXInstrContext {
   }
 
  private:
-  SharedStore& store_;
   std::vector<CNuvObject> own_;
-  std::vector<CNuvObject*> constants_;
-  std::vector<CNuvObject*> inputs_;
-  std::vector<CNuvObject*> results_;
+  SharedStore& store_;
 };
 
 /// A call that all threads make, and its answer on one thread alone.
