@@ -46,6 +46,34 @@ std::optional<double> SpecialNumber(std::string_view text) {
   return std::nullopt;
 }
 
+/// A short number such as -12.345: the quotient of two exact numbers is the nearest one (Clinger
+/// 1990). Nothing for any other text.
+std::optional<double> ParseShort(std::string_view text) {
+  constexpr std::size_t kDigits = 15;
+  static constexpr double kPowers[kDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  if (text.size() > kDigits + 1) return std::nullopt;
+  std::size_t point = text.size();
+  std::int64_t digits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const unsigned digit = static_cast<unsigned char>(text[i]) - unsigned{'0'};
+    if (digit <= 9) {
+      digits = digits * 10 + digit;
+    } else if (text[i] == '.' && point == text.size()) {
+      point = i;
+    } else {
+      return std::nullopt;
+    }
+  }
+  const std::size_t decimals = text.size() - std::min(point + 1, text.size());
+  const std::size_t count = point < text.size() ? text.size() - 1 : text.size();
+  if (count == 0 || count > kDigits) return std::nullopt;
+  const double number = static_cast<double>(digits) / kPowers[decimals];
+  return negative ? -number : number;
+}
+
 /// A number with a decimal point; nothing for other texts. Beyond the range it is infinite.
 std::optional<double> ParseDecimal(std::string_view text) {
   std::size_t first = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
@@ -53,6 +81,7 @@ std::optional<double> ParseDecimal(std::string_view text) {
   // Digits only: none of the words that from_chars knows.
   if (text[first] != '.' && (text[first] < '0' || text[first] > '9')) return SpecialNumber(text);
   if (text[0] == '+') text.remove_prefix(1);
+  if (const std::optional<double> number = ParseShort(text)) return number;
   double number = 0.0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error == std::errc::invalid_argument) return std::nullopt;
