@@ -5,13 +5,15 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "algorithm/kernels.h"
+
 namespace formula {
 
 /// Writes the `size` numbers to `out`, which may be `in`, ascending or descending; `scratch` has
 /// room for as many keys. Where numbers are not equal the result is that of any sort; -0 stands
 /// before 0, and NaN stand at the ends, the negative ones before all numbers, in bit order.
 void SortNumbers(double* out, const double* in, std::size_t size, bool descending,
-                 std::uint64_t* scratch);
+                 std::uint64_t* scratch, const Kernels& kernels = *kKernels);
 
 /// A number's key: unsigned integers in the order of the numbers, or in the opposite one. Both
 /// zeros have one key; NaN have the outermost.
@@ -24,7 +26,7 @@ inline std::uint64_t SortKey(double number, bool descending) {
 
 /// Writes the indices of the keys from the smallest key to the largest, equal ones in increasing
 /// order. `spare` has room for as many numbers.
-void SortIndices(std::uint64_t* indices, const std::uint64_t* keys, std::size_t size,
-                 double* spare);
+void SortIndices(std::uint64_t* indices, const std::uint64_t* keys, std::size_t size, double* spare,
+                 const Kernels& kernels = *kKernels);
 
 }  // namespace formula
