@@ -20,8 +20,8 @@ void SortNumbers(double* out, const double* in, std::size_t size, bool descendin
 inline std::uint64_t SortKey(double number, bool descending) {
   const auto bits = std::bit_cast<std::uint64_t>(number + 0.0);
   constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
-  const std::uint64_t key = (bits & kSign) != 0 ? ~bits : bits | kSign;
-  return descending ? ~key : key;
+  const std::uint64_t key = bits ^ ((0 - (bits >> 63)) | kSign);
+  return key ^ (0 - std::uint64_t{descending});
 }
 
 /// Writes the indices of the keys from the smallest key to the largest, equal ones in increasing
