@@ -45,8 +45,8 @@ void SortFew(Key* keys, std::size_t size, Before before) {
   }
 }
 
-// Bigger arrays are sorted by some of the highest bits in which keys differ, a digit a pass from
-// the lowest, and then the few that agree in all of those are put right.
+// Without lanes, bigger arrays are sorted by some of the highest bits in which keys differ, a digit
+// a pass from the lowest, and then the few that agree in all of those are put right.
 template <int kDigitBits>
 using Buckets = std::array<std::uint32_t, std::size_t{1} << kDigitBits>;
 

@@ -1,4 +1,5 @@
-// Sorting numbers, and finding the order of values by numbers.
+// Sorting numbers, and finding the order of values by numbers: in lanes where the kernels have them
+// for it, else by digits, with the same result.
 #pragma once
 
 #include <bit>
