@@ -6,8 +6,14 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace formula {
+
+/// How many bits the indices of so many elements need.
+constexpr int IndexBits(std::size_t size) {
+  return 64 - __builtin_clzll(size | 1);
+}
 
 /// An element and its index.
 struct Extreme {
@@ -64,6 +70,15 @@ struct Kernels {
   /// Behind the last window there must be kCorrelationPadding more elements, of any value.
   std::size_t (*correlate)(double* scores, const double* search, std::size_t windows,
                            const double* differences, std::size_t size, double spread);
+
+  /// Sorts as `SortNumbers` in algorithm/sort.h. Null, as the next one, where lanes do not pay.
+  void (*sort_numbers)(double* out, const double* in, std::size_t size, bool descending,
+                       std::uint64_t* scratch);
+  /// Sorts words that hold the highest bits in which keys differ above their IndexBits, and there
+  /// the index of the key. Returns whether some of them have the same bits of keys that may differ.
+  /// `spare` has room for as many numbers.
+  bool (*sort_indexed)(std::uint64_t* words, const std::uint64_t* keys, std::size_t size,
+                       double* spare);
 };
 
 inline constexpr std::ptrdiff_t kSmoothPasses = 32;

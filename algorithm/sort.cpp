@@ -45,8 +45,8 @@ void SortFew(Key* keys, std::size_t size, Before before) {
   }
 }
 
-// Bigger arrays are sorted by some of the highest bits in which keys differ, a digit a pass from
-// the lowest, and then the few that agree in all of those are put right.
+// Without lanes, bigger arrays are sorted by some of the highest bits in which keys differ, a digit
+// a pass from the lowest, and then the few that agree in all of those are put right.
 template <int kDigitBits>
 using Buckets = std::array<std::uint32_t, std::size_t{1} << kDigitBits>;
 
@@ -138,8 +138,12 @@ bool RadixPays(std::size_t size) {
 }  // namespace
 
 void SortNumbers(double* out, const double* in, std::size_t size, bool descending,
-                 std::uint64_t* scratch) {
+                 std::uint64_t* scratch, const Kernels& kernels) {
   if (size == 0) return;
+  if (kernels.sort_numbers != nullptr) {
+    kernels.sort_numbers(out, in, size, descending, scratch);
+    return;
+  }
   Key smallest = ~Key{0};
   Key largest = 0;
   bool sorted = true;
@@ -169,37 +173,43 @@ void SortNumbers(double* out, const double* in, std::size_t size, bool descendin
   }
 }
 
-void SortIndices(std::uint64_t* indices, const std::uint64_t* keys, std::size_t size,
-                 double* spare) {
-  Key smallest = ~Key{0};
-  Key largest = 0;
-  bool sorted = true;
-  for (std::size_t i = 0; i < size; ++i) {
-    const Key key = keys[i];
-    sorted &= key >= largest;  // the largest so far
-    smallest = std::min(smallest, key);
-    largest = std::max(largest, key);
-  }
+void SortIndices(std::uint64_t* indices, const std::uint64_t* keys, std::size_t size, double* spare,
+                 const Kernels& kernels) {
   const auto before = [keys](Key a, Key b) {
     return keys[a] != keys[b] ? keys[a] < keys[b] : a < b;
   };
-  if (sorted || !RadixPays(size)) {
+  const bool sorted = std::is_sorted(keys, keys + size);
+  if (sorted || (kernels.sort_indexed == nullptr && !RadixPays(size))) {
     std::iota(indices, indices + size, Key{0});
     if (!sorted) SortFew(indices, size, before);
     return;
   }
   // The highest bits in which keys differ stand above the index, which says what the rest are.
-  constexpr int kIndexBits = 32;
-  const int bits = static_cast<int>(std::bit_width(largest - smallest));
-  const int dropped = std::max(0, bits - 32);
-  const auto index = [](Key key) { return key & ~std::uint32_t{0}; };
-  const int low =
-      SortByTops(indices, spare, size, kIndexBits, kIndexBits + bits - dropped,
-                 [=](std::size_t i) { return (keys[i] - smallest) >> dropped << kIndexBits | i; });
-  if (low > kIndexBits || dropped > 0) {
-    SortWithinTops(indices, size, low, [=](Key a, Key b) { return before(index(a), index(b)); });
+  const int index_bits = IndexBits(size);
+  const Key index_mask = (Key{1} << index_bits) - 1;
+  int low = index_bits;
+  bool tie = true;
+  if (kernels.sort_indexed != nullptr) {
+    tie = kernels.sort_indexed(indices, keys, size, spare);
+  } else {
+    Key smallest = ~Key{0};
+    Key largest = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+      smallest = std::min(smallest, keys[i]);
+      largest = std::max(largest, keys[i]);
+    }
+    const int bits = static_cast<int>(std::bit_width(largest - smallest));
+    const int dropped = std::max(0, bits - (63 - index_bits));
+    low = SortByTops(indices, spare, size, low, index_bits + bits - dropped, [=](std::size_t i) {
+      return (keys[i] - smallest) >> dropped << index_bits | i;
+    });
+    tie = low > index_bits || dropped > 0;
   }
-  for (std::size_t i = 0; i < size; ++i) indices[i] = index(indices[i]);
+  if (tie) {
+    SortWithinTops(indices, size, low,
+                   [=](Key a, Key b) { return before(a & index_mask, b & index_mask); });
+  }
+  for (std::size_t i = 0; i < size; ++i) indices[i] &= index_mask;
 }
 
 }  // namespace formula

@@ -16,6 +16,7 @@
 
 #include "algorithm/cluster.h"
 #include "algorithm/kernels.h"
+#include "algorithm/sort.h"
 #include "bench/ready_context.h"
 #include "tests/instr/plain_signals.h"
 
@@ -164,6 +165,40 @@ void CorrelatePlain(benchmark::State& state) {
 
 // Order.
 
+void SortOurs(benchmark::State& state) {
+  const auto size = static_cast<std::size_t>(state.range(0));
+  Ours(state, "_Nuv_Array_CNArrSort_", size, [=](std::mt19937_64& random) {
+    return Inputs{Numbers(Uniform(random, size)), {}};
+  });
+}
+
+/// By one table's lanes, or by digits where it has none that pay.
+void SortTable(benchmark::State& state, const formula::Kernels& kernels) {
+  const auto size = static_cast<std::size_t>(state.range(0));
+  std::vector<std::uint64_t> scratch(size);
+  Over(
+      state, size,
+      [=](std::mt19937_64& random) {
+        return Pair{Uniform(random, size), {}, Array(size)};
+      },
+      [&](Pair& pair) {
+        formula::SortNumbers(pair.out.data(), pair.a.data(), size, false, scratch.data(), kernels);
+      });
+}
+
+void SortPlain(benchmark::State& state) {
+  const auto size = static_cast<std::size_t>(state.range(0));
+  Over(
+      state, size,
+      [=](std::mt19937_64& random) {
+        return Pair{Uniform(random, size), {}, {}};
+      },
+      [](Pair& pair) {
+        pair.out = pair.a;
+        std::sort(pair.out.begin(), pair.out.end());
+      });
+}
+
 void IndexOurs(benchmark::State& state) {
   const auto size = static_cast<std::size_t>(state.range(0));
   Ours(
@@ -262,6 +297,10 @@ const bool registered = [] {
 
   const std::initializer_list<std::vector<std::int64_t>> sorts = {{30},    {100},    {1000},
                                                                   {10000}, {100000}, {1000000}};
+  Register("Sort/ours", SortOurs, sorts);
+  Register(
+      "Sort/base", [](benchmark::State& state) { SortTable(state, formula::kBaseKernels); }, sorts);
+  Register("Sort/plain", SortPlain, sorts);
   Register("IndexArray/ours", IndexOurs, sorts);
   Register("IndexArray/plain", IndexPlain, sorts);
   Register(

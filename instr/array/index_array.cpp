@@ -45,7 +45,9 @@ struct CNArrMathIndexArray final : Instruction<CNArrMathIndexArray> {
     // The keys hold all that is needed: the result's room serves the sort, even if it is the input.
     double* out = result.GetStorage();
     SortIndices(indices, keys, size, out);
-    for (std::size_t i = 0; i < size; ++i) out[i] = static_cast<double>(indices[i]);
+    for (std::size_t i = 0; i < size; ++i) {
+      out[i] = static_cast<double>(static_cast<std::int64_t>(indices[i]));
+    }
     return Status::kSuccess;
   }
 };

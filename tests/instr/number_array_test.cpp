@@ -130,19 +130,21 @@ TEST(NumberArrays, ExtremesInBothTables) {
   });
 }
 
-TEST(NumberArrays, SortIsTheTotalOrder) {
-  ForArrays([](std::mt19937_64& random, const Array& in) {
-    Array wanted = in;
-    std::sort(wanted.begin(), wanted.end(),
-              [](double a, double b) { return std::strong_order(a, b) < 0; });
-    std::vector<std::uint64_t> scratch(in.size());
-    Array out(in.size());
-    formula::SortNumbers(out.data(), in.data(), in.size(), false, scratch.data());
-    ExpectSame(out, wanted, false);
-    Array self = random() % 2 == 0 ? in : wanted;  // in place, and what is sorted already
-    formula::SortNumbers(self.data(), self.data(), in.size(), true, scratch.data());
-    std::reverse(wanted.begin(), wanted.end());
-    ExpectSame(self, wanted, false);
+TEST(NumberArrays, SortIsTheTotalOrderInBothTables) {
+  ForTables([](const Kernels& k) {
+    ForArrays([&](std::mt19937_64& random, const Array& in) {
+      Array wanted = in;
+      std::sort(wanted.begin(), wanted.end(),
+                [](double a, double b) { return std::strong_order(a, b) < 0; });
+      std::vector<std::uint64_t> scratch(in.size());
+      Array out(in.size());
+      formula::SortNumbers(out.data(), in.data(), in.size(), false, scratch.data(), k);
+      ExpectSame(out, wanted, false);
+      Array self = random() % 2 == 0 ? in : wanted;  // in place, and what is sorted already
+      formula::SortNumbers(self.data(), self.data(), in.size(), true, scratch.data(), k);
+      std::reverse(wanted.begin(), wanted.end());
+      ExpectSame(self, wanted, false);
+    });
   });
 }
 
