@@ -187,6 +187,10 @@ class CsvTable::Reader {
     return true;
   }
 
+  static Field FieldOf(std::size_t begin, std::size_t end) {
+    return {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end)};
+  }
+
   // Both leave off at a separator, a line end or the end of the text.
   Field Plain() {
     const std::size_t begin = at_;
@@ -196,7 +200,7 @@ class CsvTable::Reader {
     while (at < end && text[at] != separator_ && text[at] != '\n') ++at;
     at_ = at;
     const bool carriage_return = at > begin && text[at - 1] == '\r';
-    return {begin, carriage_return ? at - 1 : at};
+    return FieldOf(begin, carriage_return ? at - 1 : at);
   }
 
   std::optional<Field> InQuotes() {
@@ -210,7 +214,7 @@ class CsvTable::Reader {
       if (!text_.substr(at_ + 1).starts_with('"')) break;
       at_ += 2;
     }
-    const Field field{begin, at_++};
+    const Field field = FieldOf(begin, at_++);
     if (text_.substr(at_).starts_with("\r\n")) ++at_;
     if (at_ == text_.size() || text_[at_] == separator_ || text_[at_] == '\n') return field;
     mistakes_.Add(source_, at_, "more text after a field's closing quote");
@@ -229,6 +233,10 @@ std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, ch
   CsvTable table(std::move(source), decimal);
   const SourceText& text = table.Source();
   if (!IsText(text, mistakes)) return std::nullopt;
+  if (text.Text().size() > std::numeric_limits<std::uint32_t>::max()) {
+    mistakes.Add(text.Name(), "the file is larger than 4 GiB; split it");
+    return std::nullopt;
+  }
   Reader reader(text, decimal, mistakes);
   if (reader.AtEnd()) {
     if (allow_empty) return table;
@@ -238,6 +246,8 @@ std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, ch
   if (!reader.Row(table.fields_)) return std::nullopt;
   table.columns_ = table.fields_.size();
   table.TakeHeader();
+  const auto lines = static_cast<std::size_t>(std::ranges::count(text.Text(), '\n')) + 1;
+  table.fields_.reserve(std::min(table.columns_ * lines, text.Text().size() + 1));
 
   std::string unequal;
   std::size_t first = 0;

@@ -38,8 +38,8 @@ class CsvTable final : public DataTable {
  private:
   /// A field's characters within the text; of a quoted field without its quotes.
   struct Field {
-    std::size_t begin;
-    std::size_t end;
+    std::uint32_t begin;
+    std::uint32_t end;
   };
   class Reader;
 

@@ -18,21 +18,27 @@ constexpr std::size_t kMostShown = 100;
 }  // namespace
 
 SourceText::SourceText(std::string name, std::string text)
-    : name_(std::move(name)), text_(std::move(text)), lines_{0} {
+    : name_(std::move(name)), text_(std::move(text)) {
   if (text_.starts_with(kByteOrderMark)) text_.erase(0, kByteOrderMark.size());
+}
+
+const std::vector<std::size_t>& SourceText::Lines() const {
+  if (!lines_.empty()) return lines_;
+  lines_.push_back(0);
   for (std::size_t end = 0; (end = text_.find('\n', end)) != std::string::npos;) {
     lines_.push_back(++end);
   }
+  return lines_;
 }
 
 void SourceText::MoveDown(std::size_t offset, std::size_t line) {
-  const auto own = std::ranges::lower_bound(lines_, offset) - lines_.begin() + 1;
+  const auto own = std::ranges::lower_bound(Lines(), offset) - Lines().begin() + 1;
   moved_from_ = offset;
   moved_by_ = line - static_cast<std::size_t>(own);
 }
 
 std::string SourceText::Place(std::size_t offset) const {
-  const auto next_line = std::ranges::upper_bound(lines_, offset);
+  const auto next_line = std::ranges::upper_bound(Lines(), offset);
   const std::size_t begin = *std::prev(next_line);
   if (last_offset_ < begin || last_offset_ > offset) {
     last_offset_ = begin;
@@ -42,7 +48,7 @@ std::string SourceText::Place(std::size_t offset) const {
   last_offset_ = offset;
   const std::size_t moved = offset < moved_from_ ? 0 : moved_by_;
   return name_ + ':' +
-         std::to_string(static_cast<std::size_t>(next_line - lines_.begin()) + moved) + ':' +
+         std::to_string(static_cast<std::size_t>(next_line - Lines().begin()) + moved) + ':' +
          std::to_string(last_column_ + 1);
 }
 

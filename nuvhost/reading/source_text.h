@@ -22,9 +22,11 @@ class SourceText {
   std::string Place(std::size_t offset) const;
 
  private:
+  const std::vector<std::size_t>& Lines() const;
+
   std::string name_;
   std::string text_;
-  std::vector<std::size_t> lines_;  ///< where each begins
+  mutable std::vector<std::size_t> lines_;  ///< where each begins, once a place was asked for
   // The last place that was asked for, so that many in one long line are found in one pass.
   mutable std::size_t last_offset_ = 0;
   mutable std::size_t last_column_ = 0;
