@@ -66,6 +66,8 @@ class Instruction : public IXInstrPlugin {
     I* self = static_cast<I*>(this);
     self->~I();
     if ((flags & 1U) != 0) ::operator delete(self);
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the address alone, as compilers return
+    // it.
     return self;
   }
   void BuildDescriptor() final {

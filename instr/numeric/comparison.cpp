@@ -9,7 +9,7 @@ namespace formula {
 namespace {
 
 /// How far two numbers may lie apart and still count as equal, whatever their size.
-constexpr double kTolerance = std::numeric_limits<double>::epsilon();
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 
 /// What tells a comparison from its sisters.
 struct ComparisonRow {
@@ -86,7 +86,7 @@ struct CEqual final : Instruction<CEqual> {
       .result = "n1 == n2",
   });
   static Status Run(Call& call, double n1, double n2) {
-    return call.Set(0, std::fabs(n1 - n2) <= kTolerance);
+    return call.Set(0, std::fabs(n1 - n2) <= kEpsilon);
   }
 };
 
@@ -100,7 +100,7 @@ struct CNotEqual final : Instruction<CNotEqual> {
       .result = "n1 != n2",
   });
   static Status Run(Call& call, double n1, double n2) {
-    return call.Set(0, std::fabs(n1 - n2) > kTolerance);
+    return call.Set(0, std::fabs(n1 - n2) > kEpsilon);
   }
 };
 

@@ -81,7 +81,8 @@ class Placed {
     const std::size_t bytes = values.size() * sizeof(CNuvObject);
     placed_ = static_cast<CNuvObject*>(memory.Take(bytes, fill));
     // A value is where it is: it may be moved byte by byte.
-    if (bytes > 0) std::memcpy(static_cast<void*>(placed_), values.data(), bytes);
+    if (bytes > 0)
+      std::memcpy(static_cast<void*>(placed_), static_cast<const void*>(values.data()), bytes);
     for (std::size_t i = 0; i < values.size(); ++i) expected_.push_back(placed_ + i);
     const std::size_t size = expected_.size() * sizeof(CNuvObject*);
     pointers_ = static_cast<CNuvObject**>(memory.Take(size, fill));
@@ -103,7 +104,8 @@ class Placed {
       complaint = fmt::format("the array of pointers to {} was changed", name_);
     }
     const std::size_t bytes = values_.size() * sizeof(CNuvObject);
-    if (bytes > 0) std::memcpy(static_cast<void*>(values_.data()), placed_, bytes);
+    if (bytes > 0)
+      std::memcpy(static_cast<void*>(values_.data()), static_cast<const void*>(placed_), bytes);
     for (Moved& moved : moved_) {
       if (!moved.Return()) complaint = fmt::format("an array among {} was given storage", name_);
     }

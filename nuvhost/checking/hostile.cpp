@@ -15,7 +15,7 @@ struct HostileNumber {
   double value;
 };
 
-constexpr HostileNumber kNumbers[] = {
+constexpr HostileNumber kHostileNumbers[] = {
     {"NaN", std::numeric_limits<double>::quiet_NaN()},
     {"infinity", std::numeric_limits<double>::infinity()},
     {"-infinity", -std::numeric_limits<double>::infinity()},
@@ -97,8 +97,8 @@ CNuvObject PlainArray(NUV_OBJ_TYPE type, std::size_t size) {
 
 CNuvObject HostileArray(NUV_OBJ_TYPE type) {
   return MakeArray(
-      type, 2 * std::size(kNumbers),
-      [](std::size_t i) { return kNumbers[i % std::size(kNumbers)].value; },
+      type, 2 * std::size(kHostileNumbers),
+      [](std::size_t i) { return kHostileNumbers[i % std::size(kHostileNumbers)].value; },
       [](std::size_t i) { return Texts()[i % Texts().size()].text; });
 }
 
@@ -179,7 +179,7 @@ Cases DefaultCases(const DescriptorRecord& descriptor) {
 
 Cases NumberCases(const DescriptorRecord& descriptor) {
   Cases cases;
-  for (const HostileNumber& number : kNumbers) {
+  for (const HostileNumber& number : kHostileNumbers) {
     AddInputCases(cases, descriptor, number.name,
                   [&](NUV_OBJ_TYPE type) { return NumberAs(type, number.value); });
   }

@@ -193,7 +193,7 @@ void JudgeCalls(Trial& trial) {
 }
 
 // Each of these laws asks the same of every call; docs/check.md tells it in full.
-constexpr Law kLaws[] = {
+constexpr Law kCallLaws[] = {
     {"calls", "call-defaults",
      "Every instruction keeps its promises when called with its defaults.",
      JudgeCalls<DefaultCases>},
@@ -234,7 +234,7 @@ constexpr Law kLaws[] = {
 }  // namespace
 
 std::span<const Law> CallLaws() {
-  return kLaws;
+  return kCallLaws;
 }
 
 }  // namespace nuvhost::check

@@ -303,7 +303,7 @@ void JudgeThreads(Trial& trial) {
   });
 }
 
-constexpr Law kLaws[] = {
+constexpr Law kConductLaws[] = {
     {"conduct", "results-kept",
      "After status 3 every result is what it was, but for the instructions that say otherwise.",
      JudgeCalls<FailureComplaint>},
@@ -335,7 +335,7 @@ constexpr Law kLaws[] = {
 }  // namespace
 
 std::span<const Law> ConductLaws() {
-  return kLaws;
+  return kConductLaws;
 }
 
 }  // namespace nuvhost::check

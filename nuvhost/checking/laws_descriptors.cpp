@@ -264,7 +264,7 @@ void JudgeEach(Trial& trial) {
   ForEachDescriptor(trial, look);
 }
 
-constexpr Law kLaws[] = {
+constexpr Law kDescriptorLaws[] = {
     {"descriptors", "texts",
      "Name, category and identifier are texts that are not empty, inputs and results have names, "
      "and every other text ends or is null.",
@@ -309,7 +309,7 @@ constexpr Law kLaws[] = {
 }  // namespace
 
 std::span<const Law> DescriptorLaws() {
-  return kLaws;
+  return kDescriptorLaws;
 }
 
 }  // namespace nuvhost::check

@@ -118,7 +118,7 @@ std::string Cleared(IXInstrPlugin& prototype) {
   return difference.empty() ? "" : "built again after slot 2, " + difference;
 }
 
-constexpr Law kLaws[] = {
+constexpr Law kInstructionLaws[] = {
     {"interface", "create",
      "Slot 6 gives a new object each time, with the descriptor of the one it was called on.",
      [](Trial& trial) { ForEachPrototype(trial, "creating objects of", Created); }},
@@ -142,7 +142,7 @@ constexpr Law kLaws[] = {
 }  // namespace
 
 std::span<const Law> InstructionLaws() {
-  return kLaws;
+  return kInstructionLaws;
 }
 
 }  // namespace nuvhost::check

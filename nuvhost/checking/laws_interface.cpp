@@ -269,7 +269,7 @@ void JudgeReload(Trial& trial) {
   }
 }
 
-constexpr Law kLaws[] = {
+constexpr Law kInterfaceLaws[] = {
     {"interface", "export",
      "The library exports NuvPluginLibGet, which gives the same library object on every call.",
      JudgeExport, true},
@@ -309,7 +309,7 @@ constexpr Law kLaws[] = {
 }  // namespace
 
 std::span<const Law> InterfaceLaws() {
-  return kLaws;
+  return kInterfaceLaws;
 }
 
 }  // namespace nuvhost::check

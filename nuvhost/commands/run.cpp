@@ -3,6 +3,7 @@
 #include "nuvhost/commands/run.h"
 
 #include <algorithm>
+#include <optional>
 #include <thread>
 
 #include "nuvhost/error.h"
@@ -18,6 +19,7 @@
 #include "nuvhost/showing/step_trace.h"
 #include "nuvhost/system/console.h"
 #include "nuvhost/system/input_file.h"
+#include "nuvhost/system/interrupt.h"
 #include "nuvhost/system/output_file.h"
 
 namespace nuvhost {
@@ -75,6 +77,8 @@ int RunChecked(const Catalogue& catalogue, const Program& program, const RunOpti
   if (options.resume) earlier = ReadEarlier(options.results, program, plan);
   UseLogFile(options.log);
 
+  std::optional<InterruptWatch> watch;  // before a file is begun, so that none is left behind
+  if (plan.Size() > 1) watch.emplace();
   Progress progress;
   RunObservers observers;
   if (options.trace) observers.push_back(std::make_unique<StepTrace>(program, plan, progress));
@@ -94,7 +98,8 @@ int RunChecked(const Catalogue& catalogue, const Program& program, const RunOpti
   observers.push_back(MakeVerdict(program, earlier));
   if (options.time) observers.push_back(std::make_unique<StepTimes>(program, progress));
   return RunAll(program, plan, options.keep_going, observers, earlier,
-                WorkersFor(program, options, plan.Size() - earlier.count));
+                WorkersFor(program, options, plan.Size() - earlier.count),
+                watch ? &*watch : nullptr);
 }
 
 int RunProgram(const Catalogue& catalogue, const RunOptions& options) {

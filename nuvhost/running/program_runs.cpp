@@ -7,7 +7,6 @@
 #include "nuvhost/error.h"
 #include "nuvhost/reading/source_text.h"
 #include "nuvhost/system/console.h"
-#include "nuvhost/system/interrupt.h"
 #include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
@@ -51,15 +50,14 @@ int ExitCode(const RunOutcome::Counts& runs) {
 }
 
 int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
-           const RunObservers& observers, const EarlierRuns& earlier, const WorkerWords& words) {
+           const RunObservers& observers, const EarlierRuns& earlier, const WorkerWords& words,
+           const InterruptWatch* watch) {
   Services services;
-  std::optional<InterruptWatch> watch;
-  if (plan.Size() > 1) watch.emplace();
   int exit_code = ExitCode(earlier.states);
   std::size_t run = earlier.count;
   std::optional<Workers> workers;
   if (words.jobs > 1) workers.emplace(program, plan, run, words, services);
-  for (; run < plan.Size() && !(watch && watch->HasHappened()); ++run) {
+  for (; run < plan.Size() && !(watch != nullptr && watch->HasHappened()); ++run) {
     for (const auto& observer : observers) observer->RunBegins(run);
     const auto listener = [&](std::size_t step, const StepOutcome& outcome) {
       for (const auto& observer : observers) observer->StepRan(run, step, outcome);
@@ -72,7 +70,7 @@ int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
     exit_code = std::max(exit_code, ExitCode(outcome.state));
   }
   exit_code = std::max(exit_code, Finish(observers));
-  if (!watch || !watch->HasHappened()) return exit_code;
+  if (watch == nullptr || !watch->HasHappened()) return exit_code;
   Complain(fmt::format("interrupted: {} of {} were run\n", run, plan.Size()));
   return kExitInterrupted;
 }

@@ -4,6 +4,7 @@
 #include "nuvhost/running/run_observer.h"
 #include "nuvhost/running/run_plan.h"
 #include "nuvhost/running/workers.h"
+#include "nuvhost/system/interrupt.h"
 
 namespace nuvhost {
 
@@ -17,14 +18,14 @@ struct EarlierRuns {
 /// The worst of the exit codes of runs.
 int ExitCode(const RunOutcome::Counts& runs);
 
-/// Runs a program without mistakes as planned, tells the observers, and gives the worst of the
-/// exit codes, the earlier runs' included. Of several runs, Ctrl-C ends all behind the one at hand:
-/// the observers finish, and the exit code is kExitInterrupted. With several jobs they are carried
-/// out in as many processes. Where the data of the only run cannot be read, they are not told to
-/// finish, so that nothing is shown of it. Throws what the first observer threw that could not
-/// finish, once all others have.
+/// Runs a program without mistakes as planned, tells the observers, and gives the worst of the exit
+/// codes, the earlier runs' included. A Ctrl-C that is watched for ends all runs behind the one at
+/// hand: the observers finish, and the exit code is kExitInterrupted. With several jobs they are
+/// carried out in as many processes. Where the data of the only run cannot be read, they are not
+/// told to finish, so that nothing is shown of it. Throws what the first observer threw that could
+/// not finish, once all others have.
 int RunAll(const Program& program, const RunPlan& plan, bool keep_going,
            const RunObservers& observers, const EarlierRuns& earlier = {},
-           const WorkerWords& words = {});
+           const WorkerWords& words = {}, const InterruptWatch* watch = nullptr);
 
 }  // namespace nuvhost

@@ -1,14 +1,15 @@
 #!/bin/sh
-# reproducible.sh SOURCE: whether the Windows plug-in comes out the same from two build folders.
+# reproducible.sh SOURCE [OPTION]...: whether the Windows plug-in in build/windows comes out the same
+# from another folder. The options are those of CMake with which it was built.
 set -eu
-[ $# = 1 ] || { echo "usage: $0 SOURCE"; exit 2; }
-builds=$(mktemp -d)
-trap 'rm -rf "$builds"' EXIT
+[ $# -ge 1 ] || { echo "usage: $0 SOURCE [OPTION]..."; exit 2; }
+source=$1
+shift
+another=$(mktemp -d)
+trap 'rm -rf "$another"' EXIT
 
-for build in "$builds/one" "$builds/another/deeper"; do
-  cmake -S "$1" --preset windows -B "$build" -DFORMULA_TESTS=OFF >"$builds/log" 2>&1 &&
-    cmake --build "$build" --target NuvFormula -j2 >"$builds/log" 2>&1 ||
-    { cat "$builds/log"; exit 1; }
-done
-cmp "$builds/one/bin/NuvFormula.dll" "$builds/another/deeper/bin/NuvFormula.dll"
+cmake -S "$source" --preset windows -B "$another/deeper" -DFORMULA_TESTS=OFF "$@" >"$another/log" 2>&1 &&
+  cmake --build "$another/deeper" --target NuvFormula -j2 >"$another/log" 2>&1 ||
+  { cat "$another/log"; exit 1; }
+cmp "$source/build/windows/bin/NuvFormula.dll" "$another/deeper/bin/NuvFormula.dll"
 echo 'the same bytes from two build folders'

@@ -144,7 +144,8 @@ void HideOneCrash() {
   sigaction(SIGSEGV, &before, nullptr);
 }
 void KeepPages() {
-  mmap(nullptr, 65536, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  static_cast<void>(
+      mmap(nullptr, 65536, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0));
 }
 void OpenSomething() {
   [[maybe_unused]] const int file = open("/dev/null", O_RDONLY);
