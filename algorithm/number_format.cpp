@@ -135,7 +135,7 @@ void Append(std::string& text, const Conversion& conversion, double number) {
   if (conversion.left) text.append(padding, ' ');
   if (!conversion.upper) return;
   for (char& c : std::span(text).subspan(start)) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    if (c >= 'a') c = static_cast<char>(c - 'a' + 'A');
   }
 }
 

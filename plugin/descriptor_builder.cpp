@@ -5,12 +5,6 @@
 namespace formula {
 namespace {
 
-/// The format code of a descriptor: 17, but where an extension word is set.
-std::uint32_t FormatCode(const DescriptorRecord& record) {
-  if (record.extension_a == 0 && record.extension_b == 0) return 17;
-  return record.results.Empty() ? 18 : 19;
-}
-
 void SetDefault(CNuvObject& value, const Parameter& input) {
   switch (input.type) {
     case NUV_PARAM_BOOLEAN: value = input.first != 0.0; break;
@@ -86,7 +80,7 @@ void BuildDescriptor(DescriptorRecord& record, const Definition& definition) {
   fresh.constants = Records<ConstantRecord>(definition.constants);
   fresh.inputs = Records<ParameterRecord>(definition.inputs);
   fresh.results = Records<ResultRecord>(definition.results);
-  fresh.format = FormatCode(fresh);
+  fresh.format = 17;  // that of descriptors without extension words
   record = std::move(fresh);
 }
 

@@ -178,12 +178,13 @@ TEST_F(SystemCalls, EnvironmentIsTheProcesss) {
 #if !defined(_WIN32)
 TEST_F(SystemCalls, OddEnvironments) {
   char** const kept = environ;
-  char entries[][8] = {"=C:=x", "A=B=C", "bare"};
-  char* odd[] = {entries[0], entries[1], entries[2], nullptr};
+  char entries[][8] = {"=C:=x", "A=B=C", "bare", "E="};
+  char* odd[] = {entries[0], entries[1], entries[2], entries[3], nullptr};
   environ = odd;
-  EXPECT_EQ(Do("GetEnvNames"), Json({"", "A", ""}));
-  EXPECT_EQ(Do("GetEnvVars"), Json({"=C:=x", "A=B=C", "bare"}));
-  environ = odd + 3;
+  EXPECT_EQ(Do("GetEnvNames"), Json({"", "A", "", "E"}));
+  EXPECT_EQ(Do("GetEnvVars"), Json({"=C:=x", "A=B=C", "bare", "E="}));
+  EXPECT_EQ(Do("GetEnv", {"E"}), "Not found");
+  environ = odd + 4;
   const char* request = R"({"instr": "_Nuv_System_CGetEnvNames_", "prev": [["as before"]]})";
   EXPECT_EQ(Exec(*session_, request)["out"], Json::parse(R"([["as before"]])"));
   environ = kept;
