@@ -24,6 +24,7 @@ std::filesystem::path ProgramPath() {
   std::error_code no_proc;
   std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", no_proc);
   if (!no_proc) return path;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel hands an address over as a number.
   return std::filesystem::canonical(reinterpret_cast<const char*>(getauxval(AT_EXECFN)));
 }
 
