@@ -106,8 +106,10 @@ class CheckOptions(unittest.TestCase):
             if fault == "odd offset":
                 self.assertEqual(json.loads(answer.stdout)["status"], 7)
             else:
-                self.assertNotIn(b'"status"', answer.stdout)  # the emulator tells its crash there
-                self.assertNotEqual(answer.returncode, 0)
+                self.assertNotIn(b'"status"', answer.stdout)
+                # Wine tells of a crash, and its debugger may end with 0.
+                told = b"page fault" in answer.stdout + answer.stderr
+                self.assertTrue(told or answer.returncode != 0, answer)
 
     def test_random_calls_go_on_behind_a_crash(self):
         told = check(*FUZZ, "--seed", "1", "--seconds", "3", "--json", fault="crash between", code=1)
