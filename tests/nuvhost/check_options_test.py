@@ -98,7 +98,7 @@ class CheckOptions(unittest.TestCase):
             words = shlex.split(again)
             self.assertEqual(words[:3], ["nuvhost", "check", FAULTY])
             shown = run(words[1:], fault)
-            self.assertEqual(shown.returncode, 1)
+            self.assertEqual(shown.returncode, 1, shown)
             self.assertIn(f"        {said}\n        {again}\n        {request}\n",
                           shown.stdout.decode().replace("\r", ""))
             self.assertEqual(run(words[1:]).returncode, 0)  # without the fault
