@@ -66,8 +66,8 @@ void AddFitRows(std::vector<Row>& rows) {
                  is_line ? "_Nuv_Geometric_Pt2BestLn_" : "_Nuv_Geometric_Pt2BestCircle_",
                  {100, 1000, 10000},
                  [=](Random& random, std::size_t n) { return AnyScene(shape, percent, random, n); },
-                 {Sums()},
-                 true};
+                 percent == 0 ? std::vector<Peer>{Sums()} : std::vector<Peer>{},
+                 percent != 0};
 #ifdef FORMULA_WITH_OPENCV
       if (is_line) {
         row.peers.push_back(percent == 0 ? OpenCvLine("OpenCV L2", cv::DIST_L2)

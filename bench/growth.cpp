@@ -2,7 +2,6 @@
 // the page faults of a call and the bytes that it works on.
 
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +18,7 @@ namespace bench {
 namespace {
 
 constexpr std::size_t kLargest = 10'000'000;
+constexpr std::size_t kMostRepeated = 1'000'000;  // inputs, each an object of its own
 constexpr double kTooLong = 1.0;  // seconds: after such a call no larger size is tried
 
 CNuvObject MakeValue(NUV_OBJ_TYPE type, std::size_t n) {
@@ -70,7 +70,7 @@ class Values {
 };
 
 /// Positions and counts that make an instruction work on about half of what it is given.
-double NumberFor(std::string_view name, double n) {
+double NumberFor(std::string_view name, double n, double otherwise) {
   for (const char* one :
        {"idx", "idxStart", "index", "at index", "pos", "start pos", "leading m", "trailing n"}) {
     if (name == one) return std::floor(n / 4);
@@ -81,16 +81,21 @@ double NumberFor(std::string_view name, double n) {
   for (const char* one : {"elem count", "new size", "char count", "grid size X", "Nth"}) {
     if (name == one) return n;
   }
+  if (name == "grid size Y") return 2.0;
   if (name == "percent outliers") return 30.0;
-  return 1.0;
+  return otherwise != 0.0 ? otherwise : 1.0;
 }
 
 bool IsArray(const ParameterRecord& input) {
   return input.type >= NUV_PARAM_BOOLEAN_ARRAY;
 }
 
-/// The instruction's inputs of size n. A repeatable input is given n times where nothing else
-/// has a size.
+/// Whether the last input is given n times, since nothing else has a size.
+bool RepeatsInput(const DescriptorRecord& descriptor) {
+  return descriptor.repeatable != 0 && std::ranges::none_of(descriptor.inputs, IsArray);
+}
+
+/// An instruction's inputs.
 struct Arguments {
   std::deque<CNuvObject> own;
   std::vector<CNuvObject*> all;
@@ -114,12 +119,12 @@ double Bytes(const CNuvObject& value) {
 
 void Fill(const DescriptorRecord& descriptor, std::size_t n, Values& values, Arguments& arguments) {
   const std::string_view identifier = descriptor.identifier;
-  const bool has_array = std::ranges::any_of(descriptor.inputs, IsArray);
+  const bool is_text = std::string_view(descriptor.category) == "String";
   std::size_t texts = 0;
   for (const ParameterRecord& input : descriptor.inputs) {
     const std::string_view name = input.name;
     const bool is_last = &input == &descriptor.inputs[descriptor.inputs.Size() - 1];
-    const bool repeats = descriptor.repeatable != 0 && is_last && !has_array;
+    const bool repeats = is_last && RepeatsInput(descriptor);
     CNuvObject& own = arguments.own.emplace_back(input.default_value);
     arguments.all.push_back(&own);
     if (name == "boundaries") {
@@ -130,7 +135,7 @@ void Fill(const DescriptorRecord& descriptor, std::size_t n, Values& values, Arg
     } else if (IsArray(input)) {
       arguments.all.back() =
           &values.Get(nuvhost::ValueType(input.type), n, arguments.all.size() - 1);
-    } else if (input.type == NUV_PARAM_STRING && !repeats) {
+    } else if (input.type == NUV_PARAM_STRING && is_text && !repeats) {
       if (texts++ == 0 || identifier == "_Nuv_String_CAddStr_") {
         arguments.all.back() = &values.Get(NUV_OBJ_STRING, n, 0);
       } else if (name == "string2") {
@@ -143,7 +148,7 @@ void Fill(const DescriptorRecord& descriptor, std::size_t n, Values& values, Arg
         arguments.all.back() = &own;
       }
     } else if (input.type == NUV_PARAM_NUMBER) {
-      own = NumberFor(name, static_cast<double>(n));
+      own = NumberFor(name, static_cast<double>(n), static_cast<double>(input.default_value));
     }
     if (!repeats) continue;
     Random random(n);
@@ -172,7 +177,7 @@ struct Point {
   double bytes = 0.0;
 };
 
-/// The median of at least three calls behind a first one, of as many as take 5 ms.
+/// The median of five times a millisecond of calls behind a first one; fewer where a call is long.
 bool Measure(const nuvhost::CatalogueEntry& instruction, std::size_t n, Values& values,
              Point& point) {
   Arguments arguments;
@@ -191,7 +196,7 @@ bool Measure(const nuvhost::CatalogueEntry& instruction, std::size_t n, Values& 
   if (!good || point.seconds > kTooLong) return good;
   const std::size_t calls =
       static_cast<std::size_t>(std::clamp(1e-3 / std::max(point.seconds, 1e-8), 1.0, 1e5));
-  const int rounds = point.seconds > 0.2 ? 1 : point.seconds > 0.02 ? 3 : 5;
+  const int rounds = point.seconds > 0.05 ? 1 : point.seconds > 0.01 ? 3 : 5;
   std::vector<double> times;
   const long faults = Faults();
   for (int i = 0; i < rounds; ++i) times.push_back(time(calls, good));
@@ -227,12 +232,10 @@ void PrintGrowth() {
   Values values;
   for (std::size_t n = 10; n <= kLargest; n *= 10) {
     for (Curve& curve : curves) {
+      curve.is_over |= n > kMostRepeated && RepeatsInput(*curve.entry->descriptor);
       if (curve.is_over) continue;
       Point point;
       const bool good = Measure(*curve.entry, n, values, point);
-      if (Now() - b0 > 0.5)
-        std::fprintf(stderr, "%zu %s %s %.2f\n", n, curve.entry->descriptor->category,
-                     curve.entry->descriptor->name, Now() - b0);
       curve.is_over = !good || point.seconds > kTooLong;
       if (good) {
         curve.points.push_back({{"size", n},
@@ -243,10 +246,7 @@ void PrintGrowth() {
     }
     values.Clear();
   }
-  nlohmann::json json = {{"caches", nlohmann::json::array()}, {"curves", nlohmann::json::array()}};
-  for (const int level : {_SC_LEVEL1_DCACHE_SIZE, _SC_LEVEL2_CACHE_SIZE, _SC_LEVEL3_CACHE_SIZE}) {
-    json["caches"].push_back(sysconf(level));
-  }
+  nlohmann::json json = {{"curves", nlohmann::json::array()}};
   for (const Curve& curve : curves) {
     const DescriptorRecord& descriptor = *curve.entry->descriptor;
     json["curves"].push_back({{"name", descriptor.name},

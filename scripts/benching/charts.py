@@ -3,13 +3,15 @@
 import math
 from html import escape
 
-COLOURS = {"memcpy": "#7a7a7a", "virtual call": "#7a7a7a", "plain": "#1f77b4", "NumPy": "#2ca02c",
-           "OpenCV": "#d62728", "vqsort": "#9467bd", "std::": "#e08a00"}
+KINDS = {  # colour and names
+    "plain loop": ("#1f77b4", ("plain",)), "bound": ("#7a7a7a", ("mem", "virtual call")),
+    "standard library": ("#e08a00", ("std::", "sort and")), "Highway": ("#9467bd", ("vqsort",)),
+    "OpenCV": ("#d62728", ("OpenCV",)), "NumPy": ("#2ca02c", ("NumPy",))}
 INK, GRID, OURS = "#333", "#ddd", "#00796b"
 
 
 def colour(peer):
-    return next((one for start, one in COLOURS.items() if peer.startswith(start)), "#8c564b")
+    return next(one for one, starts in KINDS.values() if peer.startswith(starts))
 
 
 def svg(width, height, parts):
@@ -36,6 +38,7 @@ def power(exponent):
 
 def ratios(rows):
     """A line a row, a mark a peer at how many times as long it takes, from quartile to quartile."""
+    rows = [row for row in rows if row["peers"]]
     left, right, top, step = 240, 40, 56, 17
     width, height = 900, top + step * len(rows) + 12
     bounds = [one for row in rows for peer in row["peers"] for one in peer["ratio"]]
@@ -46,9 +49,9 @@ def ratios(rows):
 
     parts = []
     at = left
-    for name in dict.fromkeys(peer["name"] for row in rows for peer in row["peers"]):
-        parts += [f'<circle cx="{at}" cy="16" r="4" fill="{colour(name)}"/>', text(at + 8, 20, name)]
-        at += 22 + 7 * len(name)
+    for kind, (filled, _) in KINDS.items():
+        parts += [f'<circle cx="{at}" cy="16" r="4" fill="{filled}"/>', text(at + 8, 20, kind)]
+        at += 30 + 7 * len(kind)
     for exponent in range(low, high + 1):
         here = x(10.0 ** exponent)
         parts += [line(here, top - 6, here, height - 8, OURS if exponent == 0 else GRID,

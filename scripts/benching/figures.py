@@ -9,10 +9,11 @@ FALL = 1.10
 BEND = 1.25
 # From this size on the exponent is fitted: below, the call itself counts.
 FROM = 1000
-# The exponent of n log n from 1000 to 10 million is 1.09; the rest is for noise and for caches.
-STEEPEST = 1.35
+# The exponent of n log n from 1000 to 10 million is 1.09; the rest is for noise.
+STEEPEST = 1.2
 PAGE = 4096
-CACHES = ("L1", "L2", "L3")
+# From this part of a cache on its edge is felt: others use it too.
+PART = 1 / 3
 
 
 def key(row):
@@ -49,18 +50,30 @@ def exponent(points):
     return sum((a - x) * (b - y) for a, b in logs) / sum((a - x) ** 2 for a, _ in logs)
 
 
+def slope(less, more):
+    return math.log(more["seconds"] / less["seconds"]) / math.log(more["size"] / less["size"])
+
+
 def bends(points, caches):
     """Where the curve turns upward, with why: (size, reason); the reason is None where there is
-    neither a cache that the values outgrow nor a fault of a page in eight of them."""
+    neither a cache, of which sizes are given by name, that the values outgrow, nor a fault of a
+    page for every eighth page of them."""
     found = []
     for less, more in zip(points, points[1:]):
-        slope = math.log(more["seconds"] / less["seconds"]) / math.log(more["size"] / less["size"])
-        if more["size"] < FROM or slope <= BEND:
+        if more["size"] < FROM or slope(less, more) <= BEND:
             continue
-        edges = [name for name, size in zip(CACHES, caches)
-                 if less["bytes"] <= size < more["bytes"]]
+        edges = [name for name, size in caches.items()
+                 if less["bytes"] <= size and PART * size < more["bytes"]]
         reasons = [f"{' and '.join(edges)} outgrown"] if edges else []
-        if more["faults"] * PAGE * 8 > more["bytes"] and more["faults"] > 8 * less["faults"]:
+        if more["faults"] * PAGE * 8 > more["bytes"]:
             reasons.append(f"{more['faults']:,.0f} page faults")
         found.append((more["size"], "; ".join(reasons) or None))
     return found
+
+
+def is_steep(points, caches):
+    """Whether times grow faster than n log n, but for bends that have a reason."""
+    explained = {size for size, reason in bends(points, caches) if reason}
+    slopes = [slope(less, more) for less, more in zip(points, points[1:])
+              if less["size"] >= FROM and more["size"] not in explained]
+    return sum(slopes) > STEEPEST * len(slopes)

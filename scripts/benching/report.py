@@ -4,8 +4,7 @@ from benching import figures
 from measuring.page import Page
 
 # By definition each element of one input meets each one of another.
-MULTIPLIES = {"_Nuv_Array_CNArrMathCorrelateCircular_": "windows times pattern",
-              "_Nuv_Geometric_PtsToPtsDistance_": "points times points"}
+MULTIPLIES = {"_Nuv_Array_CNArrMathCorrelateCircular_": "windows times pattern"}
 
 # What is wanted: what is said, rows, sizes, peers, and how many times as long these shall take at
 # least; or None and the nanoseconds an element that ours may take.
@@ -82,8 +81,8 @@ def growth(page, measured):
         others of the same size. The exponent is that of the straight line through the logarithms of
         times and sizes from 1000 on: 0 where the time does not depend on the size, 1 where it is in
         proportion, 1.09 for n log n. A curve bends where its exponent from one size to the next is
-        above 1.25; behind it stands which cache inputs and results outgrow there, and the faults
-        for fresh pages in one call.
+        above 1.25; behind it stands which cache inputs and results outgrow there, from a third of it
+        on, and the faults for fresh pages in one call.
 
         ![The time of each instruction over the size of its inputs](performance-growth.svg)""")
     rows, steep = [], []
@@ -97,14 +96,15 @@ def growth(page, measured):
         found = figures.bends(points, measured["caches"])
         told = ([f"by definition {multiplies}"] if multiplies else
                 [f"{size:,}: {reason or 'not known why'}" for size, reason in found])
-        if slope > figures.STEEPEST and not multiplies:
+        if figures.is_steep(points, measured["caches"]) and not multiplies:
             steep.append(name)
         rows.append([name, f"{slope:.2f}", f"{points[-1]['size']:,}",
                      short(points[-1]["seconds"] * 1e9 / points[-1]["size"]), "; ".join(told)])
     page.write(f"""
-        {len(rows)} instructions. Steeper than n log n and the caches explain, an exponent above
-        {figures.STEEPEST}, without a definition that multiplies two lengths:
-        {", ".join(steep) or "none"}.""")
+        {len(rows)} instructions. Those that multiply no two lengths by definition and yet grow
+        faster than n log n (by a mean exponent above {figures.STEEPEST} from size to size, bends
+        with a reason left out): {", ".join(steep) or "none"}. The caches:
+        {", ".join(f"{name} {size >> 10:,} KiB" for name, size in measured["caches"].items())}.""")
     page.table(["instruction", "exponent", "up to", "ns an element there", "bends"], rows)
 
 
