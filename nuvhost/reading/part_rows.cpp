@@ -137,6 +137,7 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
   std::ifstream stream(PathFromUtf8(file), std::ios::binary);
   const std::string first = FirstLine(stream);
   const SourceText beginning(file, first + FirstLine(stream));
+  ExpectReadWell(stream, file);
   const char separator = SeparatorOf(beginning.Text(), decimal);
   if (separator == ' ') {
     throw UserError("--part-column {}: blanks separate the fields of {}; write commas", column,
@@ -163,6 +164,7 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
     for (std::size_t i = 0; i < size; ++i) scanner.Take(block[i]);
     parts.end_ += size;
   }
+  ExpectReadWell(stream, file);
   scanner.EndRow();
   if (parts.names_.empty()) throw UserError("{} holds no part: it has no rows", file);
   return parts;
