@@ -190,7 +190,9 @@ bool Measure(const nuvhost::CatalogueEntry& instruction, std::size_t n, Values& 
     return (Now() - begin) / static_cast<double>(calls);
   };
   bool good = true;
+  long faults = Faults();
   point.seconds = time(1, good);
+  point.faults = static_cast<double>(Faults() - faults);
   point.bytes = arguments.bytes;
   for (const CNuvObject& result : context.Results()) point.bytes += Bytes(result);
   if (!good || point.seconds > kTooLong) return good;
@@ -198,7 +200,7 @@ bool Measure(const nuvhost::CatalogueEntry& instruction, std::size_t n, Values& 
       static_cast<std::size_t>(std::clamp(1e-3 / std::max(point.seconds, 1e-8), 1.0, 1e5));
   const int rounds = point.seconds > 0.05 ? 1 : point.seconds > 0.01 ? 3 : 5;
   std::vector<double> times;
-  const long faults = Faults();
+  faults = Faults();
   for (int i = 0; i < rounds; ++i) times.push_back(time(calls, good));
   point.faults = static_cast<double>(Faults() - faults) / static_cast<double>(calls * times.size());
   std::ranges::sort(times);
