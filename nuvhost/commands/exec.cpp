@@ -17,6 +17,7 @@ int Exec(const Catalogue& catalogue) {
     Print(session.Answer(line) + '\n');
     FlushOutput();
   }
+  ExpectReadWell(std::cin, "standard input");
   return kExitSuccess;
 }
 

@@ -154,6 +154,7 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
   std::ifstream stream(PathFromUtf8(file), std::ios::binary);
   const std::string first = FirstLine(stream);
   const SourceText beginning(file, first + FirstLine(stream));
+  ExpectReadWell(stream, file);
   const char separator = SeparatorOf(beginning.Text(), decimal);
   if (separator == ' ') {
     throw UserError("--part-column {}: blanks separate the fields of {}; write commas", column,
@@ -180,6 +181,7 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
     scanner.Take(std::string_view(block).substr(0, size));
     parts.end_ += size;
   }
+  ExpectReadWell(stream, file);
   scanner.EndRow();
   if (parts.names_.empty()) throw UserError("{} holds no part: it has no rows", file);
   return parts;

@@ -1,5 +1,7 @@
 #include "nuvhost/showing/results_file.h"
 
+#include <filesystem>
+#include <optional>
 #include <utility>
 
 #include "nuvhost/error.h"
@@ -7,6 +9,7 @@
 #include "nuvhost/showing/results_reader.h"
 #include "nuvhost/system/input_file.h"
 #include "nuvhost/system/output_file.h"
+#include "nuvhost/system/paths.h"
 #include "nuvhost/system/stream_file.h"
 #include "nuvhost/text/names.h"
 #include "nuvhost/text/utf8.h"
@@ -150,15 +153,18 @@ EarlierRuns ReadEarlier(const std::string& name, const Program& program, const R
   const Form form = FormOf(name);
   if (form == Form::kJson) throw UserError("--resume {}: results go on in .csv or .jsonl", name);
   EarlierRuns earlier;
-  std::string reason;
-  if (!IsReadable(name, reason)) return earlier;  // there is none yet
+  std::error_code error;
+  const auto found = std::filesystem::status(PathFromUtf8(name), error).type();
+  if (found == std::filesystem::file_type::not_found) return earlier;  // there is none yet
   ResultsReader reader(name);
   const std::vector<std::string> columns = ResultColumns(program);
   if (reader.Columns().empty()) {
-    const std::string line = *ReadBytes(name, reason);
+    std::string reason;
+    const std::optional<std::string> line = ReadBytes(name, reason);
+    if (!line) throw UserError("cannot read {}: {}", name, reason);
     const std::string begin = form == Form::kCsv ? CsvHeader(columns) : R"({"part": ")";
-    const std::size_t common = std::min(begin.size(), line.size());
-    const bool is_half_header = line.substr(0, common) == begin.substr(0, common);
+    const std::size_t common = std::min(begin.size(), line->size());
+    const bool is_half_header = line->substr(0, common) == begin.substr(0, common);
     if (!is_half_header) FailToResume(name, "it does not hold results");
     return earlier;
   }

@@ -24,6 +24,7 @@ ResultsReader::ResultsReader(const std::string& name)
   std::string reason;
   if (!IsReadable(name, reason)) throw UserError("cannot read {}: {}", name, reason);
   file_.open(PathFromUtf8(name), std::ios::binary);
+  ExpectReadWell(file_, name_);
   if (!is_json_) {
     NextCsv(columns_);
     return;
@@ -66,6 +67,7 @@ bool ResultsReader::NextCsv(std::vector<std::string>& fields) {
     }
     before_ = static_cast<char>(c);
   }
+  ExpectReadWell(file_, name_);
   fields.clear();
   return false;
 }
@@ -73,7 +75,9 @@ bool ResultsReader::NextCsv(std::vector<std::string>& fields) {
 bool ResultsReader::NextJson(std::vector<std::string>& fields) {
   fields.clear();
   std::string line;
-  if (!ReadLine(file_, line) || file_.eof()) return false;
+  const bool is_line = ReadLine(file_, line) && !file_.eof();
+  ExpectReadWell(file_, name_);
+  if (!is_line) return false;
   if (line.size() > kLongestLine) Fail(fmt::format("longer than {} bytes", kLongestLine));
   Json json;
   try {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "nuvhost/error.h"
 #include "nuvhost/system/paths.h"
 
 namespace nuvhost {
@@ -16,10 +17,10 @@ constexpr std::size_t kBlock = std::size_t{1} << 18;
 
 bool IsReadable(const std::string& name, std::string& reason) {
   const std::filesystem::path path = PathFromUtf8(name);
-  std::error_code ignored;
-  if (!std::filesystem::exists(path, ignored)) {
-    reason = "there is no such file";
-  } else if (std::filesystem::is_directory(path, ignored)) {
+  std::error_code error;
+  if (!std::filesystem::exists(path, error)) {
+    reason = error ? error.message() : "there is no such file";
+  } else if (std::filesystem::is_directory(path, error)) {
     reason = "it is a folder, not a file";
   } else if (!std::ifstream(path, std::ios::binary)) {
     reason = "it cannot be opened";
@@ -29,10 +30,19 @@ bool IsReadable(const std::string& name, std::string& reason) {
   return false;
 }
 
+void ExpectReadWell(const std::istream& stream, const std::string& name) {
+  if (stream.bad()) throw UserError("cannot read {}: it cannot be read to its end", name);
+  if (stream.fail() && !stream.eof()) throw UserError("cannot read {}: it cannot be opened", name);
+}
+
 std::optional<std::string> ReadBytes(const std::string& name, std::string& reason) {
   if (!IsReadable(name, reason)) return std::nullopt;
   const std::filesystem::path path = PathFromUtf8(name);
   std::ifstream file(path, std::ios::binary);
+  if (!file) {
+    reason = "it cannot be opened";
+    return std::nullopt;
+  }
   std::string text;
   std::error_code ignored;
   const std::uintmax_t expected = std::filesystem::file_size(path, ignored);
@@ -70,7 +80,7 @@ std::optional<std::string> ReadStandardInput(std::string& reason) {
   return std::nullopt;
 }
 
-bool ReadLine(std::istream& stream, std::string& line, std::size_t longest) {
+bool ReadLine(std::istream& stream, std::string& line, std::size_t longest) try {
   line.clear();
   constexpr int kEnd = std::istream::traits_type::eof();
   int c = stream.rdbuf()->sbumpc();
@@ -81,6 +91,9 @@ bool ReadLine(std::istream& stream, std::string& line, std::size_t longest) {
   }
   if (c == kEnd) stream.setstate(std::ios::eofbit);
   return is_line;
+} catch (const std::ios::failure&) {
+  stream.setstate(std::ios::badbit);
+  return false;
 }
 
 }  // namespace nuvhost

@@ -73,7 +73,10 @@ Existing Look(const fs::path& path) {
   Existing found;
   struct stat status;
   found.exists = stat(path.c_str(), &status) == 0;
-  if (!found.exists) return found;
+  if (!found.exists) {
+    if (errno != ENOENT && errno != ENOTDIR) found.refusal = "it cannot be looked at";
+    return found;
+  }
   found.mode = status.st_mode & 07777;
   found.owner = status.st_uid;
   found.group = status.st_gid;
@@ -97,7 +100,12 @@ std::FILE* Create(const fs::path& path, const Existing& replaced) {
     static_cast<void>(fchmod(descriptor, replaced.mode) == 0);
   }
   std::FILE* file = fdopen(descriptor, "wb");
-  if (file == nullptr) close(descriptor);
+  if (file == nullptr) {
+    const int error = errno;
+    close(descriptor);
+    unlink(path.c_str());
+    errno = error;
+  }
   return file;
 }
 

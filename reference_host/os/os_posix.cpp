@@ -111,20 +111,22 @@ bool CNuvOs::FileCopy(const char* from, const char* to, bool fail_if_exists) noe
   struct stat status;
   if (!IsPlainFile(source, status)) return false;
   struct stat existing;
-  const bool exists = stat(to, &existing) == 0;
-  if (!fail_if_exists && exists && existing.st_dev == status.st_dev &&
+  const bool is_seen = stat(to, &existing) == 0;
+  const bool is_new = !is_seen && errno == ENOENT;
+  if (!fail_if_exists && is_seen && existing.st_dev == status.st_dev &&
       existing.st_ino == status.st_ino) {
     errno = EBUSY;  // there is nothing to copy
     return false;
   }
   File target(to, O_WRONLY | O_CREAT | (fail_if_exists ? O_EXCL : 0), status.st_mode & 0777);
-  if (!IsPlainFile(target, existing)) return false;
+  if (!target.IsOpen()) return false;
   if (fail_if_exists) {
     return (CopyContent(source, target) && target.Close()) || Abandon(to);
   }
   std::array<char, PATH_MAX> path;
   if (realpath(to, path.data()) == nullptr) return false;
-  return Replace(source, path.data(), existing) || (!exists && Abandon(path.data()));
+  return (IsPlainFile(target, existing) && Replace(source, path.data(), existing)) ||
+         (is_new && Abandon(path.data()));
 }
 
 bool CNuvOs::FileMove(const char* from, const char* to) noexcept {

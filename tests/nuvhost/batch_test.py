@@ -83,8 +83,8 @@ def shows_on_a_terminal_how_far_it_is():
 
 def loses_nothing_that_was_written():
     """Killed at any byte, --resume completes the results to what they would have been."""
-    folder = Folder(parts=60, wait=10 if NATIVE else 40)
-    for ending in ["csv", "jsonl"] if NATIVE else ["jsonl"]:
+    folder = Folder(parts=60, wait=10)
+    for ending in ["csv", "jsonl"]:
         name = f"out.{ending}"
         code, out, error = folder.run("--results", "all." + ending)
         whole = folder.read("all." + ending)
@@ -99,7 +99,7 @@ def loses_nothing_that_was_written():
         expect(folder.run("--results", name)[0] == 2 and folder.read(name) == written, "overwritten")
         sizes = [0, 3, whole.find(b"\n"), whole.find(b"\n") + 1, len(written), len(written) - 1,
                  len(whole) - 1, len(whole)]
-        for size in sizes if NATIVE else [3, len(written) - 1]:  # under Wine all takes minutes
+        for size in sizes:
             (folder.path / name).write_bytes(whole[:size])
             again = folder.run("--results", name, "--resume")
             expect(folder.read(name) == whole, ending, "cut at", size, again)
@@ -141,7 +141,7 @@ def answers_alike_side_by_side():
             ["p.json", "--until", "over"], ["p.json", "--log", "log.txt"]]
     for words in rows:
         answers = []
-        for jobs in ["1", "2", "3"] if NATIVE else ["1", "2"]:
+        for jobs in ["1", "2", "3"]:
             before = folder.state()
             answer = folder.run(*words[1:], "--jobs", jobs, program=words[0])
             made = {name: text for name, text in folder.state().items() if name not in before}

@@ -52,22 +52,6 @@ def plain(result):
     return result.tolist() if hasattr(result, "tolist") else result
 
 
-def setUpModule():
-    """Has one nuvhost run all the while: what Wine starts with the first of its programs holds that
-    one's pipes open, and is to hold no other's."""
-    global first
-    first = subprocess.Popen([*COMMAND, "exec"], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
-    first.stdin.write(b"{}\n")
-    first.stdin.flush()
-    first.stdout.readline()
-
-
-def tearDownModule():
-    first.stdin.close()
-    first.wait()
-    first.stdout.close()
-
-
 class WithHost(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
