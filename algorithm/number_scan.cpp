@@ -63,7 +63,7 @@ std::int64_t TakeExponent(std::string_view& text, char letter) {
 constexpr std::size_t kKeptDigits = 800;
 
 /// The digits of a number, room for its exponent behind them.
-struct Digits {
+struct DigitBuffer {
   char text[kKeptDigits + 32];
   std::size_t size = 0;
 
@@ -73,7 +73,7 @@ struct Digits {
 /// The digits of a number without their leading zeros, and how many more stand before the point
 /// (fewer: negative).
 struct Significand {
-  Digits digits;
+  DigitBuffer digits;
   std::int64_t exponent = 0;
   bool found = false;  ///< there was a digit, be it a zero
 };
@@ -109,7 +109,7 @@ Significand TakeSignificand(std::string_view& text, bool (&is_digit)(char)) {
 
 /// The nearest double to a number's size.
 double Nearest(Significand& number, std::int64_t exponent, bool hexadecimal) {
-  Digits& digits = number.digits;
+  DigitBuffer& digits = number.digits;
   if (digits.size == 0) return 0.0;
   const std::int64_t digit = hexadecimal ? 4 : 1;  // exponents of a hexadecimal number count bits
   exponent += digit * number.exponent;
