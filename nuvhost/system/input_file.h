@@ -27,8 +27,8 @@ std::optional<std::string> ReadStandardInput(std::string& reason);
 inline constexpr std::size_t kLongestLine = std::size_t{1} << 28;
 
 /// The next line without its end; false where there is none, or where the stream cannot be read,
-/// which ExpectReadWell tells. Of one that has more than `longest`
-/// bytes the first are kept, one more than that.
+/// which ExpectReadWell tells. Of one that has more than `longest` bytes the first are kept, one
+/// more than that.
 bool ReadLine(std::istream& stream, std::string& line, std::size_t longest = kLongestLine);
 
 }  // namespace nuvhost
