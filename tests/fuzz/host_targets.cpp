@@ -119,7 +119,8 @@ void ReadCsv(Bytes bytes) {
 void ReadJson(Bytes bytes) {
   nuvhost::Mistakes mistakes;
   const auto table = nuvhost::JsonTable::Read({"data.json", bytes.Rest()}, mistakes);
-  Require((table != nullptr) == mistakes.Empty(), "neither a value nor a mistake");
+  // A member that is given twice is a mistake and leaves a value.
+  Require(table != nullptr || !mistakes.Empty(), "neither a value nor a mistake");
   if (table != nullptr && table->IsTable()) ReadColumns(*table, mistakes);
 }
 
