@@ -4,7 +4,8 @@ import math
 from html import escape
 
 KINDS = {  # colour and names
-    "plain loop": ("#1f77b4", ("plain",)), "bound": ("#7a7a7a", ("mem", "virtual call")),
+    "plain loop": ("#1f77b4", ("plain loop",)),
+    "bound": ("#7a7a7a", ("mem", "virtual call", "plain sums")),
     "standard library": ("#e08a00", ("std::", "sort and")), "Highway": ("#9467bd", ("vqsort",)),
     "OpenCV": ("#d62728", ("OpenCV",)), "NumPy": ("#2ca02c", ("NumPy",))}
 INK, GRID, OURS = "#333", "#ddd", "#00796b"
