@@ -14,7 +14,7 @@
 namespace bench {
 namespace {
 
-const std::vector<std::size_t> kSizes = {100, 1000, 10000, 100000, 1000000};
+const std::vector<std::size_t> kSortSizes = {100, 1000, 10000, 100000, 1000000};
 
 template <class Sort>
 Peer NumberSort(const char* name, Sort sort) {
@@ -29,7 +29,7 @@ template <class Before>
 Row PointSort(const char* name, int criterion, Before before) {
   return {name,
           "_Nuv_Array_CPArrSort_",
-          kSizes,
+          kSortSizes,
           [](Random& random, std::size_t n) { return List(UniformPoints(random, n)); },
           {Other("std::sort",
                  [before](const Inputs& in, Out& out) {
@@ -44,7 +44,7 @@ Row PointSort(const char* name, int criterion, Before before) {
 void AddSorts(std::vector<Row>& rows) {
   Row sort = {"Sort",
               "_Nuv_Array_CNArrSort_",
-              kSizes,
+              kSortSizes,
               [](Random& random, std::size_t n) { return List(UniformNumbers(random, n), false); },
               {NumberSort("std::sort", [](double* a, std::size_t n) { std::sort(a, a + n); })},
               true};
@@ -60,7 +60,7 @@ void AddSorts(std::vector<Row>& rows) {
   rows.push_back(sort);
   rows.push_back({"IndexArray",
                   "_Nuv_Array_CNArrMathIndexArray_",
-                  kSizes,
+                  kSortSizes,
                   [](Random& random, std::size_t n) { return List(UniformNumbers(random, n)); },
                   {Other("std::sort",
                          [](const Inputs& in, Out& out) {
