@@ -143,24 +143,26 @@ TEST(Signals, CorrelateCircularIsThePlainOne) {
   }
 }
 
-// Few of the highest bits differ, and those that do differ far below: all keys meet in one bucket,
-// or leave no room for an index.
+// Keys that differ in few bits, in more than one pass takes, or in so many that they leave no room
+// for an index; where but one differs in the highest, all others meet in one bucket.
 TEST(Signals, IndicesOfKeysThatDifferInTheirLowestBits) {
   std::mt19937_64 random(10);
-  for (const std::size_t size : {2U, 3U, 63U, 64U, 65U, 1000U, 9000U}) {
-    std::vector<std::uint64_t> keys(size);
-    for (std::uint64_t& key : keys) key = random() % (size / 3 + 1);
-    keys[random() % size] = ~std::uint64_t{0};
-    std::vector<std::uint64_t> wanted(size);
-    std::iota(wanted.begin(), wanted.end(), 0U);
-    std::stable_sort(wanted.begin(), wanted.end(),
-                     [&](std::uint64_t a, std::uint64_t b) { return keys[a] < keys[b]; });
-    ForTables([&](const Kernels& k) {
-      std::vector<std::uint64_t> indices(size);
-      Array spare(size);
-      formula::SortIndices(indices.data(), keys.data(), size, spare.data(), k);
-      EXPECT_EQ(indices, wanted) << size;
-    });
+  for (const std::size_t size : {2U, 3U, 63U, 64U, 65U, 1000U, 7999U, 9000U}) {
+    for (const int top : {0, 23, 24, 25, 33, 34, 50, 63}) {
+      std::vector<std::uint64_t> keys(size);
+      for (std::uint64_t& key : keys) key = random() % (size / 3 + 1);
+      keys[random() % size] |= std::uint64_t{1} << top;
+      std::vector<std::uint64_t> wanted(size);
+      std::iota(wanted.begin(), wanted.end(), 0U);
+      std::stable_sort(wanted.begin(), wanted.end(),
+                       [&](std::uint64_t a, std::uint64_t b) { return keys[a] < keys[b]; });
+      ForTables([&](const Kernels& k) {
+        std::vector<std::uint64_t> indices(size);
+        Array spare(size);
+        formula::SortIndices(indices.data(), keys.data(), size, spare.data(), k);
+        EXPECT_EQ(indices, wanted) << size << ' ' << top;
+      });
+    }
   }
 }
 
