@@ -28,6 +28,7 @@ const Law kOfEveryType[] = {
     {"C?ArrErase(C?ArrInsert(A, i, x), i)", "A"},
     {"C?ArrInsert(C?ArrErase(A, i), i, C?ArrGetAt(A, i))", "A"},
     {"C?ArrEraseRange(C?ArrInsert(A, i, x, y), i, Increment(i))", "A"},
+    {"C?ArrGetAt(C?ArrInsert(A, i, x, y), i)", "x"},
     {"C?ArrInsert(A, i, x, x)", "C?ArrInsertRep(A, i, 2, x)"},
     {"C?ArrInsert(A, C?ArrSize(A), x, y)", "C?ArrAppend(A, x, y)"},
     {"C?ArrErase(C?ArrAppend(A, x), C?ArrSize(A))", "A"},
