@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <optional>
 
 namespace formula {
@@ -76,15 +77,12 @@ std::optional<Conversion> Parse(std::string_view text) {
 /// Windows libraries loses the sign of a NaN and some of the padding, and rounds %a otherwise. A
 /// negative precision: as many digits as the number has.
 std::string ToChars(double magnitude, std::chars_format format, int precision) {
-  // The largest number has 309 digits before its point.
-  std::string digits(static_cast<std::size_t>(std::max(precision, 0)) + 320, '\0');
-  char* const begin = digits.data();
-  char* const limit = begin + digits.size();
+  char digits[kLimit + 320];  // the largest number has 309 digits before its point
+  char* const limit = std::end(digits);
   const auto [end, error] = precision < 0
-                                ? std::to_chars(begin, limit, magnitude, format)
-                                : std::to_chars(begin, limit, magnitude, format, precision);
-  digits.resize(static_cast<std::size_t>(end - begin));
-  return digits;
+                                ? std::to_chars(digits, limit, magnitude, format)
+                                : std::to_chars(digits, limit, magnitude, format, precision);
+  return {digits, end};
 }
 
 /// %#g, which keeps the zeros at the end.

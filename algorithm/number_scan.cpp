@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
+#include <iterator>
 #include <limits>
-#include <string>
 
 namespace formula {
 namespace {
@@ -57,17 +58,25 @@ std::int64_t TakeExponent(std::string_view& text, char letter) {
   return negative ? -exponent : exponent;
 }
 
-/// The digits of a number without their leading zeros, and how many more stand before the point
-/// (fewer: negative).
-struct Significand {
-  std::string digits;
-  std::int64_t exponent = 0;
-  bool found = false;  ///< there was a digit, be it a zero
-};
-
 /// Digits that are kept as they are. No number halfway between two doubles has more than 767, so
 /// all that counts behind these is whether one is not zero.
 constexpr std::size_t kKeptDigits = 800;
+
+/// The digits of a number, room for its exponent behind them.
+struct DigitBuffer {
+  char text[kKeptDigits + 32];
+  std::size_t size = 0;
+
+  void Append(char c) { text[size++] = c; }
+};
+
+/// The digits of a number without their leading zeros, and how many more stand before the point
+/// (fewer: negative).
+struct Significand {
+  DigitBuffer digits;
+  std::int64_t exponent = 0;
+  bool found = false;  ///< there was a digit, be it a zero
+};
 
 Significand TakeSignificand(std::string_view& text, bool (&is_digit)(char)) {
   Significand number;
@@ -82,37 +91,39 @@ Significand TakeSignificand(std::string_view& text, bool (&is_digit)(char)) {
     }
     if (!is_digit(c)) break;
     number.found = true;
-    if (number.digits.size() >= kKeptDigits) {
+    if (number.digits.size >= kKeptDigits) {
       more |= c != '0';
       number.exponent += point ? 0 : 1;
     } else {
-      if (c != '0' || !number.digits.empty()) number.digits.push_back(c);
+      if (c != '0' || number.digits.size > 0) number.digits.Append(c);
       number.exponent -= point ? 1 : 0;
     }
   }
   text.remove_prefix(i);
   if (more) {
-    number.digits.push_back('1');
+    number.digits.Append('1');
     --number.exponent;
   }
   return number;
 }
 
 /// The nearest double to a number's size.
-double Nearest(Significand number, std::int64_t exponent, bool hexadecimal) {
-  if (number.digits.empty()) return 0.0;
+double Nearest(Significand& number, std::int64_t exponent, bool hexadecimal) {
+  DigitBuffer& digits = number.digits;
+  if (digits.size == 0) return 0.0;
   const std::int64_t digit = hexadecimal ? 4 : 1;  // exponents of a hexadecimal number count bits
   exponent += digit * number.exponent;
-  const std::int64_t top = exponent + digit * static_cast<std::int64_t>(number.digits.size());
+  const std::int64_t top = exponent + digit * static_cast<std::int64_t>(digits.size);
   const double beyond = top > 0 ? std::numeric_limits<double>::infinity() : 0.0;
   if (std::abs(top) > 2000) return beyond;
 
-  number.digits += (hexadecimal ? 'p' : 'e') + std::to_string(exponent);
-  const char* begin = number.digits.data();
+  digits.Append(hexadecimal ? 'p' : 'e');
+  const char* end = std::to_chars(digits.text + digits.size, std::end(digits.text), exponent).ptr;
   double nearest = 0.0;
-  const auto [end, error] =
-      std::from_chars(begin, begin + number.digits.size(), nearest,
-                      hexadecimal ? std::chars_format::hex : std::chars_format::general);
+  const std::errc error =
+      std::from_chars(digits.text, end, nearest,
+                      hexadecimal ? std::chars_format::hex : std::chars_format::general)
+          .ec;
   return error == std::errc{} ? nearest : beyond;
 }
 
@@ -143,7 +154,7 @@ std::optional<double> ScanNumber(std::string_view text) {
   }
   const bool hexadecimal = TakeWord(text, "0x");
   const bool point = text.starts_with('.');
-  const Significand number = TakeSignificand(text, hexadecimal ? IsHexDigit : IsDigit);
+  Significand number = TakeSignificand(text, hexadecimal ? IsHexDigit : IsDigit);
   if (!number.found) {
     // Behind "0x" a point alone makes it a number, the zero of that prefix.
     if (hexadecimal && point) return sign * 0.0;

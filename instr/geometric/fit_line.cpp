@@ -20,9 +20,13 @@ Status FitLine(Call& call, const char* title, FitPoints& points, double percent,
                double tolerance) {
   LineFitResults results(call);
   if (preprocess && tolerance < 0.0) {
+    results.SetNone();
     return call.Fail(title, "Negative tolerance is not a valid input.");
   }
-  if (points.Count() == 0) return Status::kSuccess;
+  if (points.Count() == 0) {
+    results.SetNone();
+    return Status::kSuccess;
+  }
   if (preprocess) points.KeepLargestCluster(tolerance);
   const bool fitted = results.Fit(points.Data(), points.Count(), NuvTruncateLow32(percent));
   return fitted ? Status::kSuccess : Status::kFailure;

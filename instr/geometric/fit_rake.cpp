@@ -67,6 +67,7 @@ struct CRakePt2BestLn final : Instruction<CRakePt2BestLn> {
     call.Mark(2, kOutlierMark);
     const FitPoints points(given, {&LineFitResults::Outliers(call), &LineFitResults::Used(call)});
     LineFitResults results(call);
+    results.SetNone();
     if (linear_tolerance < 0.0) {
       return Reject(call, "Negative linear tolerance is not a valid input.");
     }

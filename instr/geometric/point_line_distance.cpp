@@ -107,8 +107,8 @@ struct CPts2LnDistInf final : Instruction<CPts2LnDistInf> {
       .results = kDistanceResults,
   };
   static Status Run(Call& call, CNuvLine line, Repeated<CNuvPoint> given) {
-    std::vector<CNuvPoint> points;
-    for (std::int32_t i = 0; i < given.Size(); ++i) points.push_back(given[i]);
+    std::vector<CNuvPoint> points(static_cast<std::size_t>(given.Size()));
+    for (std::int32_t i = 0; i < given.Size(); ++i) points[i] = given[i];
     return SetDistances(call, call.NumbersResult(0), points.data(), points.size(), line);
   }
 };

@@ -3,15 +3,20 @@
 #include <string>
 #include <string_view>
 
-#include "instr/string/text_builder.h"
+#include "instr/string/text_room.h"
 #include "plugin/instruction.h"
 
 namespace formula {
 namespace {
 
-void Append(std::string& text, std::string_view more) {
-  CheckTextLength(text.size() + more.size());
-  text += more;
+/// Sets the result to as many texts, one behind the other.
+template <class TextAt>
+Status SetJoined(Call& call, std::size_t count, TextAt text_at) {
+  std::size_t length = 0;
+  for (std::size_t i = 0; i < count; ++i) length += text_at(i).size();
+  std::string text = TextWithRoom(length);
+  for (std::size_t i = 0; i < count; ++i) text += text_at(i);
+  return call.Set(0, text);
 }
 
 }  // namespace
@@ -41,10 +46,8 @@ struct CAddStr final : Instruction<CAddStr> {
       .results = {Text("string")},
   };
   static Status Run(Call& call, std::string_view first, std::string_view second) {
-    TextBuilder sum(first.size() + second.size());
-    sum.Append(first);
-    sum.Append(second);
-    return call.Set(0, sum.CString());
+    std::string sum = TextWithRoom(first.size() + second.size());
+    return call.Set(0, sum.append(first).append(second));
   }
 };
 
@@ -60,9 +63,8 @@ struct CCreateStrInf final : Instruction<CCreateStrInf> {
       .results = {Text("new string")},
   };
   static Status Run(Call& call, Repeated<std::string_view> texts) {
-    std::string text;
-    for (std::int32_t i = 0; i < texts.Size(); ++i) Append(text, texts[i]);
-    return call.Set(0, text);
+    return SetJoined(call, static_cast<std::size_t>(texts.Size()),
+                     [&](std::size_t i) { return texts[static_cast<std::int64_t>(i)]; });
   }
 };
 
@@ -77,10 +79,9 @@ struct CPackStr final : Instruction<CPackStr> {
       .results = {Text("concat string")},
   };
   static Status Run(Call& call, const CNuvStringVector& strings) {
-    std::string text;
-    for (std::size_t i = 0; i < strings.Size(); ++i)
-      Append(text, static_cast<const char*>(strings[i]));
-    return call.Set(0, text);
+    return SetJoined(call, strings.Size(), [&](std::size_t i) {
+      return std::string_view(static_cast<const char*>(strings[i]));
+    });
   }
 };
 
@@ -101,11 +102,9 @@ struct CInsertAtStr final : Instruction<CInsertAtStr> {
     if (position < 0 || position >= static_cast<std::int64_t>(text.size())) {
       return call.Set(0, kUnsetText);
     }
-    TextBuilder result(text.size() + inserted.size());
-    result.Append(text.substr(0, position));
-    result.Append(inserted);
-    result.Append(text.substr(position));
-    return call.Set(0, result.CString());
+    std::string result = TextWithRoom(text.size() + inserted.size());
+    result.append(text.substr(0, position)).append(inserted).append(text.substr(position));
+    return call.Set(0, result);
   }
 };
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "algorithm/text_search.h"
-#include "instr/string/text_builder.h"
+#include "instr/string/text_room.h"
 #include "plugin/instruction.h"
 
 namespace formula {
@@ -108,15 +108,13 @@ struct CReplaceStr final : Instruction<CReplaceStr> {
     const std::vector<std::size_t> places = Places(source, what);
     const std::size_t length =
         source.size() - places.size() * what.size() + places.size() * replacement.size();
-    TextBuilder replaced(length);
+    std::string replaced = TextWithRoom(length);
     std::size_t from = 0;
     for (const std::size_t place : places) {
-      replaced.Append(source.substr(from, place - from));
-      replaced.Append(replacement);
+      replaced.append(source.substr(from, place - from)).append(replacement);
       from = place + what.size();
     }
-    replaced.Append(source.substr(from));
-    return call.Set(0, replaced.CString());
+    return call.Set(0, replaced.append(source.substr(from)));
   }
 
  private:

@@ -3,9 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 
 #include "host/records.h"
@@ -46,12 +49,62 @@ std::optional<double> SpecialNumber(std::string_view text) {
   return std::nullopt;
 }
 
+/// A word with the byte at each of its places.
+constexpr std::uint64_t Bytes(unsigned char byte) {
+  return 0x0101010101010101 * byte;
+}
+
+/// A bit in each byte of a word that is zero, at least up to the first of them (Mycroft 1987).
+constexpr std::uint64_t ZeroBytes(std::uint64_t word) {
+  return (word - Bytes(0x01)) & ~word & Bytes(0x80);
+}
+
+/// The first of a text's characters in the lowest byte.
+std::uint64_t WordAt(const char* text) {
+  static_assert(std::endian::native == std::endian::little);
+  std::uint64_t word = 0;
+  std::memcpy(&word, text, sizeof word);
+  return word;
+}
+
+constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+
+/// As ParseShort, of up to 8 characters behind the sign and all at once. Behind the text stand
+/// `behind` more that may be read.
+std::optional<double> ParseShortest(std::string_view text, std::size_t behind) {
+  const bool negative = text.starts_with('-');
+  if (negative) text.remove_prefix(1);
+  const std::size_t size = text.size();
+  if (size == 0 || size > 8 || size + behind < 8) return std::nullopt;
+  // The last character in the highest byte, zeros before the first.
+  const std::size_t empty = 8 * (8 - size);
+  std::uint64_t word = WordAt(text.data()) << empty | (Bytes('0') & ~(~std::uint64_t{0} << empty));
+  std::size_t decimals = 0;
+  if (const std::uint64_t points = ZeroBytes(word ^ Bytes('.'))) {
+    // What stands before the point moves into its place.
+    const std::uint64_t point = points & -points;
+    const std::uint64_t upto = point | (point - 1);
+    word = (word & ~upto) | (word & upto >> 8) << 8 | '0';
+    decimals = 7 - static_cast<std::size_t>(std::countr_zero(point)) / 8;
+    if (size == 1) return std::nullopt;
+  }
+  word ^= Bytes('0');
+  if (((word | (word + Bytes(6))) & Bytes(0xF0)) != 0) return std::nullopt;  // no digits alone
+  // Pairs of digits, then pairs of these, then both halves (Lemire 2018).
+  word = word * 10 + (word >> 8);
+  constexpr std::uint64_t kPairs = 0x000000FF000000FF;
+  word = ((word & kPairs) * (100 + (std::uint64_t{1000000} << 32)) +
+          (word >> 16 & kPairs) * (1 + (std::uint64_t{10000} << 32))) >>
+         32;
+  const double number = static_cast<double>(static_cast<std::uint32_t>(word)) / kPowers[decimals];
+  return negative ? -number : number;
+}
+
 /// A short number such as -12.345: the quotient of two exact numbers is the nearest one (Clinger
 /// 1990). Nothing for any other text.
 std::optional<double> ParseShort(std::string_view text) {
   constexpr std::size_t kDigits = 15;
-  static constexpr double kPowers[kDigits + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                  1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
   const bool negative = text.starts_with('-');
   if (negative) text.remove_prefix(1);
   if (text.size() > kDigits + 1) return std::nullopt;
@@ -130,6 +183,18 @@ bool AreNumbers(std::string_view text, char decimal) {
 
 }  // namespace
 
+std::size_t FindEither(std::string_view text, std::size_t at, char one, char other) {
+  const std::uint64_t ones = Bytes(static_cast<unsigned char>(one));
+  const std::uint64_t others = Bytes(static_cast<unsigned char>(other));
+  for (; at + 8 <= text.size(); at += 8) {
+    const std::uint64_t word = WordAt(text.data() + at);
+    const std::uint64_t found = ZeroBytes(word ^ ones) | ZeroBytes(word ^ others);
+    if (found != 0) return at + static_cast<std::size_t>(std::countr_zero(found)) / 8;
+  }
+  while (at < text.size() && text[at] != one && text[at] != other) ++at;
+  return at;
+}
+
 /// Blanks separate where the first two lines have them and nothing else that does; of a single
 /// line, where it holds numbers. Else they stand within a header such as "outer diameter".
 char SeparatorOf(std::string_view text, char decimal) {
@@ -194,13 +259,9 @@ class CsvTable::Reader {
   // Both leave off at a separator, a line end or the end of the text.
   Field Plain() {
     const std::size_t begin = at_;
-    const char* const text = text_.data();
-    const std::size_t end = text_.size();
-    std::size_t at = at_;
-    while (at < end && text[at] != separator_ && text[at] != '\n') ++at;
-    at_ = at;
-    const bool carriage_return = at > begin && text[at - 1] == '\r';
-    return FieldOf(begin, carriage_return ? at - 1 : at);
+    at_ = FindEither(text_, begin, separator_, '\n');
+    const bool carriage_return = at_ > begin && text_[at_ - 1] == '\r';
+    return FieldOf(begin, carriage_return ? at_ - 1 : at_);
   }
 
   std::optional<Field> InQuotes() {
@@ -313,7 +374,14 @@ bool CsvTable::IsBlank(std::size_t row, std::size_t column) const {
 }
 
 std::optional<double> CsvTable::Number(std::size_t row, std::size_t column) const {
-  const std::string_view text = Bare(At(row, column));
+  const Field& field = At(row, column);
+  if (decimal_ == '.') {
+    const std::string_view all = Source().Text();
+    const auto number =
+        ParseShortest(all.substr(field.begin, field.end - field.begin), all.size() - field.end);
+    if (number) return number;
+  }
+  const std::string_view text = Bare(field);
   const std::optional<double> number = ParseNumber(text, decimal_);
   if (number && std::isinf(*number) && IsInfinite(number, text)) return std::nullopt;
   return number;

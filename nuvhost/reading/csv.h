@@ -9,6 +9,9 @@ namespace nuvhost {
 /// where that is no decimal sign, or a blank.
 char SeparatorOf(std::string_view text, char decimal);
 
+/// The place of the first of two characters from `at` on, or the text's end.
+std::size_t FindEither(std::string_view text, std::size_t at, char one, char other);
+
 /// A table of text. Fields are separated by tabs, semicolons or commas, whichever the first line
 /// has in this order, or by blanks where it has none of them; they may be quoted. The first row is
 /// a header unless all its fields are numbers or blank. Blank lines at the end do not count.

@@ -46,7 +46,7 @@ std::string Trimmed(const std::string& text) {
 
 }  // namespace
 
-/// Takes the rows behind the header, byte by byte, and notes where a part begins.
+/// Takes the rows behind the header, block by block, and notes where a part begins.
 class PartRows::Scanner {
  public:
   Scanner(PartRows& parts, const std::string& file, const std::string& word, std::size_t column,
@@ -58,25 +58,17 @@ class PartRows::Scanner {
     line_ = row_line_ = line;
   }
 
-  void Take(char c) {
-    ++at_;
-    if (c == '\n') ++line_;
-    if (c != '\n' && c != '\r' && c != ' ') is_blank_ = false;
-    if (state_ == State::kStart && c == '"') {
-      state_ = State::kQuoted;
-    } else if (state_ == State::kQuoted) {
-      c == '"' ? void(state_ = State::kQuote) : Keep(c);
-    } else if (state_ == State::kQuote && c == '"') {
-      state_ = State::kQuoted;
-      Keep(c);
-    } else if (c == separator_) {
-      ++field_;
-      state_ = State::kStart;
-    } else if (c == '\n') {
-      EndRow();
-    } else {
-      if (state_ == State::kStart) state_ = State::kPlain;
-      Keep(c);
+  void Take(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+      if (state_ != State::kPlain || is_blank_) {
+        Take(text[i++]);
+        continue;
+      }
+      const std::size_t end = FindEither(text, i, separator_, '\n');
+      Keep(text.substr(i, end - i));
+      at_ += end - i;
+      i = end;
+      if (i < text.size()) Take(text[i++]);
     }
   }
 
@@ -100,8 +92,33 @@ class PartRows::Scanner {
  private:
   enum class State { kStart, kPlain, kQuoted, kQuote };
 
+  void Take(char c) {
+    ++at_;
+    if (c == '\n') ++line_;
+    if (c != '\n' && c != '\r' && c != ' ') is_blank_ = false;
+    if (state_ == State::kStart && c == '"') {
+      state_ = State::kQuoted;
+    } else if (state_ == State::kQuoted) {
+      c == '"' ? void(state_ = State::kQuote) : Keep(c);
+    } else if (state_ == State::kQuote && c == '"') {
+      state_ = State::kQuoted;
+      Keep(c);
+    } else if (c == separator_) {
+      ++field_;
+      state_ = State::kStart;
+    } else if (c == '\n') {
+      EndRow();
+    } else {
+      if (state_ == State::kStart) state_ = State::kPlain;
+      Keep(c);
+    }
+  }
+
   void Keep(char c) {
     if (field_ == column_) value_ += c;
+  }
+  void Keep(std::string_view run) {
+    if (field_ == column_) value_ += run;
   }
 
   void BeginPart() {
@@ -161,7 +178,7 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
   std::string block(kBlock, '\0');
   while (stream.read(block.data(), kBlock) || stream.gcount() > 0) {
     const auto size = static_cast<std::size_t>(stream.gcount());
-    for (std::size_t i = 0; i < size; ++i) scanner.Take(block[i]);
+    scanner.Take(std::string_view(block).substr(0, size));
     parts.end_ += size;
   }
   ExpectReadWell(stream, file);

@@ -1,5 +1,7 @@
 #include "nuvhost/system/input_file.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 
@@ -44,10 +46,14 @@ std::optional<std::string> ReadBytes(const std::string& name, std::string& reaso
   std::string text;
   std::error_code ignored;
   const std::uintmax_t expected = std::filesystem::file_size(path, ignored);
-  if (!ignored) text.reserve(static_cast<std::size_t>(expected) + kBlock);
+  std::size_t block = kBlock;
+  if (!ignored) {
+    block = static_cast<std::size_t>(std::clamp<std::uintmax_t>(expected + 1, 4096, kBlock));
+    text.reserve(static_cast<std::size_t>(expected) + block);
+  }
   for (std::size_t size = 0; file; text.resize(size)) {
-    text.resize(size + kBlock);
-    file.read(text.data() + size, kBlock);
+    text.resize(size + block);
+    file.read(text.data() + size, static_cast<std::streamsize>(block));
     size += static_cast<std::size_t>(file.gcount());
   }
   if (!file.bad()) return text;

@@ -61,13 +61,12 @@ geometry::Selection BestSubset(const geometry::CircleFigure& /*figure*/, const C
 template <class Figure>
 bool Divide(const CNuvPoint* points, std::uint32_t count, std::uint32_t percent,
             CNuvPointVector* outliers, CNuvPointVector* used) {
-  outliers->Resize(0);
-  used->Resize(0);
   if (points == nullptr || count == 0 || percent >= 100) return false;
   const std::uint64_t out = std::uint64_t{count} * percent / 100;
   const std::size_t kept = count - out;
   if (kept < Figure::kPoints) return false;
   if (out == 0) {
+    outliers->Resize(0);
     used->Resize(count);
     std::copy_n(points, count, used->GetStorage());
     return true;

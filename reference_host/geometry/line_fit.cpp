@@ -68,15 +68,30 @@ Scatter ScatterOf(std::size_t count, const AddPair& pair, const AddLast& last) {
   return chains[0].Of(count);
 }
 
-Scatter ScatterIn(const Frame& frame, const CNuvPoint* points, std::size_t count) {
+/// Of points whose coordinates are mapped, one at a time or two side by side.
+template <class MapX, class MapY>
+Scatter ScatterMapped(const CNuvPoint* points, std::size_t count, const MapX& x, const MapY& y) {
   const auto pair = [&](std::size_t i, ScatterSums& sums) {
     const CNuvPoint* p = points + i;
-    sums.Add(frame.X(Two(p[0].x, p[1].x)), frame.Y(Two(p[0].y, p[1].y)));
+    sums.Add(x(Two(p[0].x, p[1].x)), y(Two(p[0].y, p[1].y)));
   };
   const auto last = [&](std::size_t i, ScatterSums& sums) {
-    sums.Add(Two(frame.X(points[i].x), 0.0), Two(frame.Y(points[i].y), 0.0));
+    sums.Add(Two(x(points[i].x), 0.0), Two(y(points[i].y), 0.0));
   };
   return ScatterOf(count, pair, last);
+}
+
+Scatter ScatterIn(const Frame& frame, const CNuvPoint* points, std::size_t count) {
+  return ScatterMapped(
+      points, count, [=](auto x) { return frame.X(x); }, [=](auto y) { return frame.Y(y); });
+}
+
+/// In the frame of unit 1 about an origin.
+Scatter ScatterAbout(const CNuvPoint& origin, const CNuvPoint* points, std::size_t count) {
+  const auto less = [](double start) {
+    return [start](auto value) { return value - decltype(value)(start); };
+  };
+  return ScatterMapped(points, count, less(origin.x), less(origin.y));
 }
 
 Scatter ScatterAbout(double origin_x, double origin_y, const double* x, const double* y,
@@ -127,7 +142,7 @@ bool FitLine(const CNuvPoint* points, std::size_t count, LineFit* fit) {
   if (count < LineFigure::kPoints) return false;
   // Mostly one pass about the first point will do.
   Frame frame(points->x, points->y, 0.0, 0.0);
-  Scatter scatter = ScatterIn(frame, points, count);
+  Scatter scatter = ScatterAbout(*points, points, count);
   if (!(scatter.raw > 1e-100 && scatter.raw < 1e100 && IsSharp(scatter))) {
     const Box box = BoundingBox(points, count);
     if (!box.IsFinite()) return false;

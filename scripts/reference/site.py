@@ -76,8 +76,9 @@ class Site:
             target = folder / name
             target.parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(self.root / name, target)
-        for path in sorted((self.root / "docs").glob("*.md")):
-            shutil.copy(path, folder / "docs" / path.name)
+        for kind in ("*.md", "*.svg"):
+            for path in (self.root / "docs").glob(kind):
+                shutil.copy(path, folder / "docs" / path.name)
         shutil.copytree(self.root / "examples", folder / "examples", dirs_exist_ok=True)
 
     def navigation(self):

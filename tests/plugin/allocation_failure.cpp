@@ -6,11 +6,13 @@
 namespace {
 
 std::ptrdiff_t live_allocations = 0;
+std::ptrdiff_t allocations = 0;
 std::ptrdiff_t successes_left = -1;  // below 0: none is to fail
 bool fails_for_ever = false;
 bool has_failed = false;
 
 bool IsToFail() noexcept {
+  ++allocations;
   if (successes_left < 0) return false;
   if (successes_left > 0) {
     --successes_left;
@@ -103,6 +105,10 @@ __attribute__((visibility("default"))) void free(void* block) noexcept {
 
 std::ptrdiff_t LiveAllocations() {
   return live_allocations;
+}
+
+std::ptrdiff_t Allocations() {
+  return allocations;
 }
 
 FailingAllocation::FailingAllocation(std::ptrdiff_t successes, bool for_ever) {

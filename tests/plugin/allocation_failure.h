@@ -5,6 +5,8 @@
 
 /// Blocks that were allocated and not freed since counting began, at the first call.
 std::ptrdiff_t LiveAllocations();
+/// Blocks that were allocated, or moved to grow or shrink, since counting began.
+std::ptrdiff_t Allocations();
 
 /// While it lives, the allocation after the next `successes` fails: that one, or all from it on.
 class FailingAllocation {

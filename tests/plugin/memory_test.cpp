@@ -171,4 +171,91 @@ TEST(Memory, WithoutItAnInstructionFailsAndNoResultIsNew) {
   RecordProperty("failures", static_cast<int>(failures));
 }
 
+/// Those that compute in memory of their own, and how many blocks of it they take at most.
+std::ptrdiff_t WorkBlocks(std::string_view identifier) {
+  constexpr std::pair<std::string_view, std::ptrdiff_t> kBlocks[] = {
+      {"_CNArrSort_", 1},       {"_CNArrMathIndexArray_", 1},
+      {"_CNArrMathSmooth_", 1}, {"_CNArrMathCorrelateCircular_", 1},
+      {"_CPts2LnDistInf_", 1},  {"_CPArrSort_", 2},
+      {"_CSArrDiff_", 5},       {"ArrDiff_", 4},
+      {"_CPArrCluster1D_", 16}, {"Pt2Best", 60},  // as the host's geometry does
+  };
+  for (const auto& [part, blocks] : kBlocks) {
+    if (identifier.find(part) != identifier.npos) return blocks;
+  }
+  return 0;
+}
+
+/// Texts that do not fit into the text object itself.
+std::ptrdiff_t LongTexts(const CNuvObject& value) {
+  const auto is_long = [](const char* text) { return std::string_view(text).size() > 15; };
+  if (value.GetType() == NUV_OBJ_STRING) return is_long(static_cast<const char*>(value));
+  const auto& texts = static_cast<const CNuvStringVector&>(value);
+  return std::count_if(texts.GetStorage(), texts.GetStorage() + texts.Size(), is_long);
+}
+
+bool HasTexts(const DescriptorRecord& descriptor) {
+  const auto is_text = [](const auto& parameter) {
+    return parameter.type == NUV_PARAM_STRING || parameter.type == NUV_PARAM_STRING_ARRAY;
+  };
+  return std::any_of(descriptor.inputs.begin(), descriptor.inputs.end(), is_text) ||
+         std::any_of(descriptor.results.begin(), descriptor.results.end(), is_text);
+}
+
+// A text is put together before it is the result's: its conversions, the text, and where it grows.
+constexpr std::ptrdiff_t kBlocksOfALongText = 4;
+
+TEST(Memory, OnlyResultsThatGrowAreAllocated) {
+  for (const nuvhost::CatalogueEntry& instruction : BuiltCatalogue().Entries()) {
+    const DescriptorRecord& descriptor = *instruction.descriptor;
+    const std::string identifier = descriptor.identifier;
+    const bool reaches_out = nuvhost::TouchesOuterWorld(identifier);
+    // Paths, variables and what is logged go through the system, which allocates as it likes.
+    if (reaches_out && HasTexts(descriptor)) continue;
+    int counted = 0;
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+      SCOPED_TRACE(testing::Message() << identifier << ", seed " << seed);
+      nuvhost::Services services;
+      CallContext context(descriptor, services);
+      for (std::size_t i = 0; i < context.inputs.size(); ++i) {
+        const auto at = static_cast<unsigned>(i);
+        context.inputs[i] = Given(nuvhost::ValueType(descriptor.inputs[i].type), seed * 37 + at);
+        // Half of the calls get what most instructions accept: small numbers, numbers as texts.
+        const NUV_OBJ_TYPE type = context.inputs[i].GetType();
+        const bool is_small = seed % 2 != 0 || reaches_out;  // to sleep
+        if (type == NUV_OBJ_DOUBLE && is_small) context.inputs[i] = 1.0 * (seed / 2 * at % 3);
+        if (type == NUV_OBJ_STRING && seed % 4 == 1)
+          context.inputs[i] = "12345678901234567890.5e-9";
+      }
+      for (unsigned i = 0; descriptor.repeatable != 0 && i < 4; ++i) {
+        context.inputs.push_back(Given(context.inputs.back().GetType(), seed * 41 + i));
+      }
+      for (CNuvObject& constant : context.constants) constant = static_cast<int>(seed % 6);
+      const std::vector<CNuvObject> fresh = context.results;
+      const std::int32_t status = context.Execute(*instruction.prototype);
+      // What is told to the user is allocated; what asks for a desktop may find none.
+      if (status != 0 || !services.Take().messages.empty()) continue;
+
+      ++counted;
+      const bool has_long_input = std::ranges::any_of(context.inputs, LongTexts);
+      context.has_services = false;  // the host records drawings
+      std::ptrdiff_t most = WorkBlocks(identifier);
+      std::ptrdiff_t most_new = 0;
+      for (const CNuvObject& result : context.results) {
+        const bool is_text = result.GetType() == NUV_OBJ_STRING;
+        if (is_text && (LongTexts(result) || has_long_input)) most += kBlocksOfALongText;
+        most_new += LongTexts(result) + (result.GetType() >= NUV_OBJ_BOOL_VECTOR ? 1 : 0);
+      }
+      context.results = fresh;
+      for (const bool is_new : {true, false}) {
+        const std::ptrdiff_t before = Allocations();
+        context.Execute(*instruction.prototype);
+        EXPECT_LE(Allocations() - before - Setting::kOfTheContext, most + is_new * most_new)
+            << (is_new ? "new results" : "results that have their sizes");
+      }
+    }
+    EXPECT_TRUE(counted > 0 || reaches_out) << identifier;
+  }
+}
+
 }  // namespace

@@ -1,0 +1,1 @@
+"""What scripts/bench makes of the measurements: figures, charts and the page."""

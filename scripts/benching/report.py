@@ -1,0 +1,149 @@
+"""The page docs/performance.md."""
+
+from benching import figures
+from measuring.page import Page
+
+# By definition each element of one input meets each one of another.
+MULTIPLIES = {"_Nuv_Array_CNArrMathCorrelateCircular_": "windows times pattern"}
+
+# What is wanted: what is said, rows, sizes, peers, and how many times as long these shall take at
+# least; or None and the nanoseconds an element that ours may take.
+LIMITS = [
+    ("Sort takes at most vqsort's time", "Sort", (1000, 10000, 100000, 1000000),
+     ("vqsort", "vqsort, AVX2"), 1.0),
+    ("Sort of 100 takes at most 1.3 times vqsort's", "Sort", (100,), ("vqsort", "vqsort, AVX2"),
+     1 / 1.3),
+    ("IndexArray is 8 times as fast as std::sort of indices", "IndexArray",
+     (1000, 10000, 100000, 1000000), ("std::sort",), 8.0),
+    ("point Sort by x is 5 times as fast as std::sort", "point Sort, x",
+     (1000, 10000, 100000, 1000000), ("std::sort",), 5.0),
+    ("point Sort by distance is 5 times as fast as std::sort", "point Sort, distance",
+     (1000, 10000, 100000, 1000000), ("std::sort",), 5.0),
+    ("10 passes of Smooth are 4 times as fast as plain loops", "Smooth 10",
+     (1000, 100000, 1000000), ("plain loop",), 4.0),
+    ("a line fit takes at most OpenCV's time", "line fit, no outliers", (100, 1000, 10000),
+     ("OpenCV L2",), 1.0),
+    ("a circle fit takes at most 12 ns a point", "circle fit, no outliers", (100, 1000, 10000),
+     None, 12.0),
+    ("ReplaceStr takes at most 1.7 times one search and one copy", "ReplaceStr, 10000",
+     (1 << 20,), ("memmem, memcpy",), 1 / 1.7),
+]
+
+
+def nanoseconds(row):
+    return row["seconds"][1] * 1e9 / row["size"]
+
+
+def short(number):
+    return f"{number:.2f}" if number < 10 else f"{number:.1f}" if number < 100 else f"{number:.0f}"
+
+
+def spread(three):
+    """A median with its quartiles."""
+    return f"{short(three[1])} ({short(three[0])} to {short(three[2])})"
+
+
+def table(rows):
+    """The one table: a line a row, as cells."""
+    return [[row["row"], f"{row['size']:,}", short(nanoseconds(row)),
+             ", ".join(f"{peer['name']} {spread(peer['ratio'])}" for peer in row["peers"])]
+            for row in rows]
+
+
+def limits(rows):
+    """What is wanted and what is measured, the worst of sizes and peers, as cells."""
+    by_key = {figures.key(row): row for row in rows}
+    cells = []
+    for label, name, sizes, peers, least in LIMITS:
+        found = []
+        for size in sizes:
+            row = by_key.get(f"{name}/{size}")
+            if row and peers is None:
+                found.append((nanoseconds(row), size, f"{nanoseconds(row):.1f} ns"))
+            for peer in row["peers"] if row and peers else ():
+                if peer["name"] in peers:
+                    found.append((-peer["ratio"][1], size,
+                                  f"{spread(peer['ratio'])} times {peer['name']}'s speed"))
+        if found:
+            worst, size, told = max(found)
+            holds = worst <= least if peers is None else -worst >= least
+            cells.append([label, f"{told} at {size:,}", "yes" if holds else "**no**"])
+    return cells
+
+
+def growth(page, measured):
+    page.write("""
+        ## How times grow
+
+        Each instruction on arrays or texts, over sizes from 10 to 10,000,000, up to the first that
+        takes more than a second; inputs are random, positions and counts work on about half of the
+        array, and where nothing else has a size, one input is repeated. A call is measured after
+        others of the same size. The exponent is that of the straight line through the logarithms of
+        times and sizes from 1000 on: 0 where the time does not depend on the size, 1 where it is in
+        proportion, 1.09 for n log n. A curve bends where its exponent from one size to the next is
+        above 1.25; behind it stands which cache inputs and results outgrow there, from a third of it
+        on, and the faults for fresh pages in one call.
+
+        ![The time of each instruction over the size of its inputs](performance-growth.svg)""")
+    rows, steep = [], []
+    for curve in measured["curves"]:
+        points = curve["points"]
+        slope = figures.exponent(points)
+        if slope is None:
+            continue
+        name = f"{curve['category']}: {curve['name'].strip()}"
+        multiplies = MULTIPLIES.get(curve["identifier"])
+        found = figures.bends(points, measured["caches"])
+        told = ([f"by definition {multiplies}"] if multiplies else
+                [f"{size:,}: {reason or 'not known why'}" for size, reason in found])
+        if figures.is_steep(points, measured["caches"]) and not multiplies:
+            steep.append(name)
+        rows.append([name, f"{slope:.2f}", f"{points[-1]['size']:,}",
+                     short(points[-1]["seconds"] * 1e9 / points[-1]["size"]), "; ".join(told)])
+    page.write(f"""
+        {len(rows)} instructions. Those that multiply no two lengths by definition and yet grow
+        faster than n log n (by a mean exponent above {figures.STEEPEST} from size to size, bends
+        with a reason left out): {", ".join(steep) or "none"}. The caches:
+        {", ".join(f"{name} {size >> 10:,} KiB" for name, size in measured["caches"].items())}.""")
+    page.table(["instruction", "exponent", "up to", "ns an element there", "bends"], rows)
+
+
+def write(run, growth_run):
+    page = Page()
+    rows, machine = run["rows"], run["machine"]
+    page.write(f"""
+        # Performance
+
+        What instructions cost beside what else one would take, by `scripts/bench`, which builds,
+        measures, writes this page, and names what got slower since the run kept in
+        `bench/kept.json`. {f"Left out, since not installed: {', '.join(run['missing'])}."
+                            if run["missing"] else "All peers were installed."}""")
+    page.table(["machine", ""], [["processor", machine["processor"]], ["compiler", run["compiler"]],
+                                 ["system", machine["system"]], ["date", run["date"]]])
+    page.write("""
+        Ours and its peers run in turn, in batches of some milliseconds, in one process and on one
+        processor, NumPy in a second process that waits meanwhile; what counts is the processor's
+        time. Inputs and outputs are taken in turn by all, over a million elements where the work
+        depends on the values. A ratio is a peer's time over ours in the same round: above 1 ours is
+        faster. It is the median of 7 to 31 rounds, with the quartiles in parentheses. Quote
+        ratios, not times; where a million elements go through memory, ratios differ by up to a
+        third between runs.
+
+        Plain loops are compiled with -O3 for any x86-64 processor, and give the same bits. memcpy
+        copies as many bytes as the instruction reads and writes, "plain sums" adds up what any fit
+        needs of the points, "memmem, memcpy" searches and copies the text once: bounds, not
+        answers. OpenCV correlates and fits in floats, NumPy adds up in another order and without a
+        copy of its own makes none where it can write to an array given.
+
+        ![How many times as long as ours the peers take](performance-ratios.svg)
+
+        ## Wanted and measured""")
+    page.table(["wanted", "worst measured", "holds"], limits(rows))
+    page.write("""
+        ## All rows
+
+        Sizes are elements, characters or points.""")
+    page.table(["row", "size", "ours, ns an element", "peers: times as long as ours"], table(rows))
+    if growth_run:
+        growth(page, growth_run)
+    return page.text()
