@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <string>
 #include <string_view>
 
@@ -111,7 +110,7 @@ const Law kOfTextsAndNumbers[] = {
 
 class Terms {
  public:
-  explicit Terms(const std::map<char, Json>& values) : values_(values) {}
+  explicit Terms(const Json& values) : values_(values) {}
 
   Json Of(std::string term) {
     std::erase(term, ' ');
@@ -125,8 +124,7 @@ class Terms {
     const std::string word(rest.substr(0, end));
     rest.remove_prefix(end);
     if (!rest.starts_with('(')) {
-      const auto value = values_.find(word[0]);
-      return word.size() == 1 && value != values_.end() ? value->second : Json::parse(word);
+      return values_.contains(word) ? values_[word] : Json::parse(word);
     }
     Json inputs = Json::array();
     while (!rest.starts_with(')')) {
@@ -155,7 +153,7 @@ class Terms {
     return "_Nuv_Array_CArrConcatArr_";  // that of points
   }
 
-  const std::map<char, Json>& values_;
+  const Json& values_;
   nuvhost::ExecSession session_{BuiltCatalogue()};
 };
 
@@ -170,41 +168,41 @@ class Values {
  public:
   explicit Values(char kind) : kind_(kind) {}
 
-  std::map<char, Json> Draw() {
-    std::map<char, Json> v;
-    v['A'] = Array(3 + Below(Below(4) == 0 ? 140 : 20));
-    v['B'] = Array(1 + Below(20));
-    v['P'] = Shuffled(v['A']);
-    v['x'] = Array(1)[0];
-    v['y'] = Array(1)[0];
-    v['i'] = Below(v['A'].size());
-    v['n'] = Below(6);
-    v['p'] = Below(2) == 1;
+  Json Draw() {
+    Json v;
+    v["A"] = Array(3 + Below(Below(4) == 0 ? 140 : 20));
+    v["B"] = Array(1 + Below(20));
+    v["P"] = Shuffled(v["A"]);
+    v["x"] = Array(1)[0];
+    v["y"] = Array(1)[0];
+    v["i"] = Below(v["A"].size());
+    v["n"] = Below(6);
+    v["p"] = Below(2) == 1;
     const std::size_t size = std::size_t{4} << Below(6);
     for (std::size_t i = 0; i < size; ++i) {
-      v['F'].push_back(Exact());
-      v['G'].push_back(Exact());
+      v["F"].push_back(Exact());
+      v["G"].push_back(Exact());
     }
-    v['H'] = Shuffled(v['F']);
-    v['c'] = Exact();
-    v['k'] = Below(size);
+    v["H"] = Shuffled(v["F"]);
+    v["c"] = Exact();
+    v["k"] = Below(size);
 
     const std::string text = Text(60) + "b";
     const std::size_t at = Below(text.size());
     const std::size_t count = 1 + Below(text.size() - at);
-    v['S'] = nuvhost::Utf8FromBytes(text);
-    v['s'] = nuvhost::Utf8FromBytes(text.substr(at, count));
-    v['T'] = nuvhost::Utf8FromBytes(Text(9));
-    v['j'] = at;
-    v['m'] = count;
+    v["S"] = nuvhost::Utf8FromBytes(text);
+    v["s"] = nuvhost::Utf8FromBytes(text.substr(at, count));
+    v["T"] = nuvhost::Utf8FromBytes(Text(9));
+    v["j"] = at;
+    v["m"] = count;
     double any = kNaN;
     while (!std::isfinite(any)) any = AnyNumber(random_);
-    v['z'] = Number(any);
+    v["z"] = Number(any);
     const double u = static_cast<double>(Below(4001)) - 2000.0;
     const double w = (1.0 + static_cast<double>(Below(50))) * (Below(2) == 0 ? 1.0 : -1.0);
-    v['u'] = Number(u);
-    v['v'] = Number(w);
-    v['q'] = Number(u / w);
+    v["u"] = Number(u);
+    v["v"] = Number(w);
+    v["q"] = Number(u / w);
     return v;
   }
 
@@ -251,7 +249,7 @@ template <class Laws>
 void Hold(const Laws& laws, char kind, int rounds) {
   Values values(kind);
   for (int round = 0; round < RandomRounds(rounds); ++round) {
-    const std::map<char, Json> drawn = values.Draw();
+    const Json drawn = values.Draw();
     Terms terms(drawn);
     for (const Law& law : laws) {
       std::string left = law.left;
@@ -259,7 +257,7 @@ void Hold(const Laws& laws, char kind, int rounds) {
       std::ranges::replace(left, '?', kind);
       std::ranges::replace(right, '?', kind);
       ASSERT_EQ(terms.Of(left).dump(), terms.Of(right).dump())
-          << left << " = " << right << " where " << Json(drawn);
+          << left << " = " << right << " where " << drawn;
     }
   }
 }
