@@ -3,8 +3,8 @@
 
 The C library's trigonometric functions differ in their last bit: what comes from them may, too.
 
-usage: same_answers.py [--calls N] [--long N] [--seed S] [--exact] NUVHOST -- OTHER NUVHOST COMMAND...
-  --calls  calls with short values
+usage: same_answers.py [OPTION]... NUVHOST -- OTHER NUVHOST COMMAND...
+  --calls  how many calls with short values; --seed another set of calls
   --long   calls of each instruction that looks at arrays or texts, with long ones of other lengths
   --exact  where both have one C library: no bit may differ
 
