@@ -86,7 +86,6 @@ TEST(Strings, AgreeWithPlainVersionsOnRandomTexts) {
               json(PlainReplace(text, what, other)));
     EXPECT_EQ(result("CMidStr", {in, m, n}), json(middle));
     EXPECT_EQ(result("CTrimStr", {in, m, n}), json(trimmed));
-    EXPECT_EQ(result("CNum2Char", {-1, result("CChar2Num", Json::array({in}))}), in);
   }
 }
 
