@@ -63,8 +63,9 @@ class DataTable {
 
  protected:
   virtual bool IsBlank(std::size_t row, std::size_t column) const = 0;
+  /// False for a field that is none. Millions are read, so no std::optional, which goes by memory.
+  virtual bool Number(std::size_t row, std::size_t column, double& number) const = 0;
   /// Each gives nothing for a field that is none.
-  virtual std::optional<double> Number(std::size_t row, std::size_t column) const = 0;
   virtual std::optional<bool> Boolean(std::size_t row, std::size_t column) const = 0;
   virtual std::optional<std::string> Utf8(std::size_t row, std::size_t column) const = 0;
   /// Where a field stands.
@@ -80,9 +81,9 @@ class DataTable {
  private:
   /// A field's text as instructions take it; nothing where it has characters beyond U+00FF.
   std::optional<std::string> Text(std::size_t row, std::size_t column) const;
-  template <class Read, class Store>
+  template <class Read>
   void ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows, Read read,
-                  Store store, Mistakes& mistakes) const;
+                  Mistakes& mistakes) const;
   template <class Store>
   void ReadNumbers(std::size_t column, const ChosenRows& rows, Store store,
                    Mistakes& mistakes) const;

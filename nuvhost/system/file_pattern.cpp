@@ -76,19 +76,19 @@ void Expand(const std::string& folder, std::string_view pattern, std::vector<std
   const std::string_view separator = pattern.substr(end, next - end);
   const std::string_view rest = pattern.substr(next);
   std::error_code error;
-  const auto add = [&](const std::string& path) {
+  const auto add = [&](const std::string& path, const fs::directory_entry& entry) {
     if (!rest.empty()) return Expand(path + std::string(separator), rest, found);
     const bool wants_folder = !separator.empty();
-    if (wants_folder ? fs::is_directory(PathFromUtf8(path), error)
-                     : fs::exists(PathFromUtf8(path), error)) {
-      found.push_back(path);
-    }
+    if (wants_folder ? entry.is_directory(error) : entry.exists(error)) found.push_back(path);
   };
-  if (!HasWildcard(name)) return add(folder + std::string(name));
+  if (!HasWildcard(name)) {
+    const std::string path = folder + std::string(name);
+    return add(path, fs::directory_entry(PathFromUtf8(path), error));
+  }
   fs::directory_iterator entry(PathFromUtf8(folder.empty() ? "." : folder), error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const std::string entry_name = ToUtf8(entry->path().filename());
-    if (Fits(entry_name, name)) add(folder + entry_name);
+    if (Fits(entry_name, name)) add(folder + entry_name, *entry);
   }
 }
 
