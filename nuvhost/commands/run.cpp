@@ -49,7 +49,9 @@ WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::s
   const std::size_t jobs =
       options.jobs > 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
   const bool is_json = options.results.ends_with(".json");
-  const Telling telling{.arrays = is_json || options.trace || program.report.empty(),
+  const bool shows_all = is_json || options.trace || program.report.empty();
+  const Telling telling{.values = shows_all || !options.results.empty(),
+                        .arrays = shows_all,
                         .drawings = is_json || !options.overlay.empty(),
                         .drawings_of_not_good = !options.report.empty(),
                         .inputs = options.trace};

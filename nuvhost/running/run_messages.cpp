@@ -70,13 +70,18 @@ Record TakeRecord(Unpacker& unpacker) {
 }  // namespace
 
 std::string Telling::Word() const {
-  return fmt::format("short{}{}{}{}", arrays ? "+arrays" : "", drawings ? "+drawings" : "",
-                     drawings_of_not_good ? "+pictures" : "", inputs ? "+inputs" : "");
+  std::string word = "short";
+  if (values) word += "+values";
+  if (arrays) word += "+arrays";
+  if (drawings) word += "+drawings";
+  if (drawings_of_not_good) word += "+pictures";
+  if (inputs) word += "+inputs";
+  return word;
 }
 
 Telling Telling::Of(std::string_view word) {
   const auto has = [&](const char* part) { return word.find(part) != word.npos; };
-  return {has("+arrays"), has("+drawings"), has("+pictures"), has("+inputs")};
+  return {has("+values"), has("+arrays"), has("+drawings"), has("+pictures"), has("+inputs")};
 }
 
 std::string Pack(const RunPlan& plan, std::size_t run) {
@@ -134,10 +139,11 @@ std::string Pack(const Program& program, const RunOutcome& run, const Telling& t
     packer.Put(step.caution);
     packer.Put(step.circumstances);
     packer.Put(step.duration.count());
+    packer.Put(step.context->results.size());
     for (std::size_t j = 0; j < step.context->results.size(); ++j) {
       const bool is_array =
           program.steps[i].instruction->descriptor->results[j].type >= NUV_PARAM_BOOLEAN_ARRAY;
-      const bool is_told = telling.arrays || !is_array || IsShown(program, {i, j});
+      const bool is_told = (is_array ? telling.arrays : telling.values) || IsShown(program, {i, j});
       packer.Put(is_told ? step.context->results[j] : CNuvObject());
     }
     PutList(packer, step.context->marks, [&](const CallContext::Mark& mark) {
@@ -164,13 +170,8 @@ RunOutcome UnpackOutcome(const Program& program, std::string_view bytes, Service
     step.caution = unpacker.TakeText();
     step.circumstances = unpacker.TakeText();
     step.duration = std::chrono::nanoseconds(unpacker.Take<std::chrono::nanoseconds::rep>());
-    const Step& planned = program.steps.at(i);
-    step.context = std::make_unique<CallContext>(*planned.instruction->descriptor, services);
-    step.context->constants = planned.constants;
-    for (CNuvObject& result : step.context->results) {
-      CNuvObject told = unpacker.TakeValue();
-      if (told.GetType() != NUV_OBJ_EMPTY) result = std::move(told);
-    }
+    step.context = std::make_unique<CallContext>(services);
+    TakeList(unpacker, step.context->results, [&] { return unpacker.TakeValue(); });
     TakeList(unpacker, step.context->marks, [&] {
       const auto result = unpacker.Take<std::int32_t>();
       return CallContext::Mark{result, unpacker.Take<std::int32_t>()};
@@ -178,6 +179,7 @@ RunOutcome UnpackOutcome(const Program& program, std::string_view bytes, Service
     step.record = TakeRecord(unpacker);
     const std::string inputs = unpacker.TakeText();
     if (inputs.empty()) continue;
+    step.context->constants = program.steps.at(i).constants;
     Unpacker packed(inputs);
     TakeList(packed, step.context->inputs, [&] { return packed.TakeValue(); });
   }

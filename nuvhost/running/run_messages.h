@@ -10,10 +10,10 @@
 
 namespace nuvhost {
 
-/// What a process tells of a run beyond states, texts and values that are no arrays. Arrays that
-/// the report shows are always told.
+/// What a process tells of a run beyond states, messages and the results that the report shows.
 struct Telling {
-  bool arrays = false;
+  bool values = false;    ///< the other results that are no arrays
+  bool arrays = false;    ///< the other results that are
   bool drawings = false;  ///< else how many there are
   bool drawings_of_not_good = false;
   bool inputs = false;
@@ -37,7 +37,8 @@ Question UnpackQuestion(std::string_view bytes);
 std::string Pack(const Program& program, const RunOutcome& run, const Telling& telling,
                  const std::vector<std::string>& inputs);
 std::string PackInputs(const StepOutcome& step);
-/// Without the name of its file. Throws ValueError for bytes that are no answer.
+/// Without the name of its file; results that are not told are empty. Throws ValueError for bytes
+/// that are no answer.
 RunOutcome UnpackOutcome(const Program& program, std::string_view bytes, Services& services);
 
 }  // namespace nuvhost
