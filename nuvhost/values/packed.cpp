@@ -9,23 +9,29 @@ void Packer::Put(std::string_view text) {
   bytes_ += text;
 }
 
+void Packer::PutElement(const CNuvString& text) {
+  Put(std::string_view(static_cast<const char*>(text)));
+}
+
+void Packer::PutElement(const CNuvPoint& point) {
+  const double pair[] = {point.x, point.y};
+  Append(pair, 2);
+}
+
+void Packer::PutElement(const CNuvLine& line) {
+  const double pair[] = {line.a, line.d};
+  Append(pair, 2);
+}
+
 template <class Vector>
 void Packer::PutArray(const Vector& array) {
   using Element = Vector::value_type;
-  Put(array.Size());
-  for (std::size_t i = 0; i < array.Size(); ++i) {
-    const Element& element = array[i];
-    if constexpr (std::is_same_v<Element, CNuvString>) {
-      Put(std::string_view(static_cast<const char*>(element)));
-    } else if constexpr (std::is_same_v<Element, CNuvPoint>) {
-      Put(element.x);
-      Put(element.y);
-    } else if constexpr (std::is_same_v<Element, CNuvLine>) {
-      Put(element.a);
-      Put(element.d);
-    } else {
-      Put(element);
-    }
+  const std::size_t size = array.Size();
+  Put(size);
+  if constexpr (std::is_arithmetic_v<Element>) {
+    if (size > 0) Append(array.GetStorage(), size);
+  } else {
+    for (std::size_t i = 0; i < size; ++i) PutElement(array[i]);
   }
 }
 
@@ -35,16 +41,8 @@ void Packer::Put(const CNuvObject& value) {
     case NUV_OBJ_BOOL: return Put(static_cast<bool>(value));
     case NUV_OBJ_DOUBLE: return Put(static_cast<double>(value));
     case NUV_OBJ_STRING: return Put(std::string_view(static_cast<const char*>(value)));
-    case NUV_OBJ_POINT: {
-      const auto& point = static_cast<const CNuvPoint&>(value);
-      Put(point.x);
-      return Put(point.y);
-    }
-    case NUV_OBJ_LINE: {
-      const auto& line = static_cast<const CNuvLine&>(value);
-      Put(line.a);
-      return Put(line.d);
-    }
+    case NUV_OBJ_POINT: return PutElement(static_cast<const CNuvPoint&>(value));
+    case NUV_OBJ_LINE: return PutElement(static_cast<const CNuvLine&>(value));
     case NUV_OBJ_BOOL_VECTOR: return PutArray(static_cast<const CNuvBoolVector&>(value));
     case NUV_OBJ_DOUBLE_VECTOR: return PutArray(static_cast<const CNuvDoubleVector&>(value));
     case NUV_OBJ_STRING_VECTOR: return PutArray(static_cast<const CNuvStringVector&>(value));

@@ -14,7 +14,7 @@ class Packer {
  public:
   template <class Plain>
   requires(std::is_arithmetic_v<Plain> || std::is_enum_v<Plain>) void Put(Plain plain) {
-    bytes_.append(reinterpret_cast<const char*>(&plain), sizeof plain);
+    Append(&plain, 1);
   }
   void Put(std::string_view text);
   void Put(const CNuvObject& value);
@@ -22,6 +22,13 @@ class Packer {
   const std::string& Bytes() const { return bytes_; }
 
  private:
+  template <class Plain>
+  void Append(const Plain* plain, std::size_t count) {
+    bytes_.append(reinterpret_cast<const char*>(plain), count * sizeof *plain);
+  }
+  void PutElement(const CNuvString& text);
+  void PutElement(const CNuvPoint& point);
+  void PutElement(const CNuvLine& line);
   template <class Vector>
   void PutArray(const Vector& array);
 
