@@ -71,34 +71,45 @@ ChosenRows DataTable::WithoutBlankEnd(ChosenRows rows,
   return rows;
 }
 
-/// `read` takes a position in the array and the row of its field; false where that is none.
+/// `read` takes a position in the array and the row of its field; false where that is none. Whether
+/// all are some.
 template <class Read>
-void DataTable::ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows,
+bool DataTable::ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows,
                            Read read, Mistakes& mistakes) const {
   std::size_t wrong = 0;
   std::size_t first = 0;
   for (std::size_t i = 0; i < rows.Size(); ++i) {
     if (!read(i, rows[i]) && wrong++ == 0) first = rows[i];
   }
-  if (wrong == 0) return;
+  if (wrong == 0) return true;
   std::string text = Fault(first, column, type);
   if (wrong > 1) {
     text += fmt::format("; {} more field{} of the column {} wrong", wrong - 1,
                         wrong == 2 ? "" : "s", wrong == 2 ? "is" : "are");
   }
   mistakes.Add(source_, Offset(first, column), text);
+  return false;
 }
 
 template <class Store>
 void DataTable::ReadNumbers(std::size_t column, const ChosenRows& rows, Store store,
                             Mistakes& mistakes) const {
+  constexpr std::size_t kMostKept = 65536;
+  numbers_.resize(std::max(columns_, column + 1));  // an empty table has none
+  std::vector<double>& known = numbers_[column];
+  if (rows.AreFirst() && known.size() >= rows.Size()) {
+    for (std::size_t i = 0; i < rows.Size(); ++i) store(i, known[i]);
+    return;
+  }
+  std::vector<double> kept(rows.AreFirst() && rows.Size() <= kMostKept ? rows.Size() : 0);
   const auto read = [&](std::size_t i, std::size_t row) {
     double number = 0.0;
     const bool is_number = Number(row, column, number);
     store(i, number);
+    if (!kept.empty()) kept[i] = number;
     return is_number;
   };
-  ReadColumn(NUV_PARAM_NUMBER, column, rows, read, mistakes);
+  if (ReadColumn(NUV_PARAM_NUMBER, column, rows, read, mistakes)) known = std::move(kept);
 }
 
 CNuvObject DataTable::Array(std::uint32_t array_type, const std::vector<std::size_t>& columns,

@@ -26,6 +26,7 @@ class ChosenRows {
 
   std::size_t Size() const { return count_; }
   std::size_t operator[](std::size_t i) const { return rows_.empty() ? i : rows_[i]; }
+  bool AreFirst() const { return rows_.empty(); }
   void Shorten(std::size_t count) { count_ = count; }
 
  private:
@@ -82,13 +83,15 @@ class DataTable {
   /// A field's text as instructions take it; nothing where it has characters beyond U+00FF.
   std::optional<std::string> Text(std::size_t row, std::size_t column) const;
   template <class Read>
-  void ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows, Read read,
+  bool ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows, Read read,
                   Mistakes& mistakes) const;
   template <class Store>
   void ReadNumbers(std::size_t column, const ChosenRows& rows, Store store,
                    Mistakes& mistakes) const;
 
   SourceText source_;
+  /// Of short columns all of whose rows were read: programs take one in several places.
+  mutable std::vector<std::vector<double>> numbers_;
 };
 
 }  // namespace nuvhost
