@@ -78,7 +78,7 @@ struct RunOptions {
   bool resume = false;                  ///< go on behind what the results file holds
   bool overwrite = false;               ///< write over it
   std::size_t jobs = 1;                 ///< processes side by side; 0 for as many as processors
-  std::string serve = {};               ///< "full" or "short" to be one of them; else empty
+  std::string serve = {};               ///< what one of them tells, to be one; else empty
   bool trace = false;                   ///< tell each step's inputs and results
   bool time = false;                    ///< tell how long the steps took
   std::string until = {};               ///< the last step to run; all if empty

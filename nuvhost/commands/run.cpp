@@ -48,8 +48,13 @@ bool HasOwnDataAlone(const Program& program, const RunOptions& options) {
 WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::size_t runs) {
   const std::size_t jobs =
       options.jobs > 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
-  const bool in_full = options.results.ends_with(".json") || !options.overlay.empty() ||
-                       !options.report.empty() || options.trace || program.report.empty();
+  const bool is_json = options.results.ends_with(".json");
+  const bool shows_all = is_json || options.trace || program.report.empty();
+  const Telling telling{.values = shows_all || !options.results.empty(),
+                        .arrays = shows_all,
+                        .drawings = is_json || !options.overlay.empty(),
+                        .drawings_of_not_good = !options.report.empty(),
+                        .inputs = options.trace};
   const auto is_standard_input = [](const std::string& word) {
     return word == kStandardInput || word.ends_with(std::string("=") + kStandardInput);
   };
@@ -58,8 +63,8 @@ WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::s
        std::ranges::any_of(program.data, is_standard_input, &Datum::file))) {
     throw UserError("--jobs {}: data from standard input can be read by one process alone", jobs);
   }
-  WorkerWords words{std::min(jobs, runs), {"--plugin", options.plugin, "run", "--serve"}};
-  words.words.emplace_back(in_full ? "full" : "short");
+  WorkerWords words{std::min(jobs, runs),
+                    {"--plugin", options.plugin, "run", "--serve", telling.Word()}};
   if (options.keep_going) words.words.emplace_back("--keep-going");
   if (!options.until.empty()) words.words.push_back("--until=" + options.until);
   words.words.insert(words.words.end(), {"--", options.program});
@@ -120,7 +125,7 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   }
   if (!options.until.empty()) EndWith(program, options.until);
   if (!options.serve.empty()) {
-    ServeRuns(program, options.keep_going, options.serve == "full");
+    ServeRuns(program, options.keep_going, Telling::Of(options.serve));
     return kExitSuccess;
   }
   return RunChecked(catalogue, program, options, image);

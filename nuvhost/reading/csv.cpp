@@ -70,13 +70,18 @@ std::uint64_t WordAt(const char* text) {
 constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
-/// As ParseShort, of up to 8 characters behind the sign and all at once. Behind the text stand
-/// `behind` more that may be read.
-std::optional<double> ParseShortest(std::string_view text, std::size_t behind) {
+/// A bit in each byte of a word that is zero, and in no other.
+constexpr std::uint64_t EachZeroByte(std::uint64_t word) {
+  return ~(((word & Bytes(0x7F)) + Bytes(0x7F)) | word | Bytes(0x7F));
+}
+
+/// As ParseShort, of up to 8 characters behind the sign and all at once; false for any other text.
+/// Behind the text stand `behind` more that may be read.
+bool ParseShortest(std::string_view text, std::size_t behind, double& number) {
   const bool negative = text.starts_with('-');
   if (negative) text.remove_prefix(1);
   const std::size_t size = text.size();
-  if (size == 0 || size > 8 || size + behind < 8) return std::nullopt;
+  if (size == 0 || size > 8 || size + behind < 8) return false;
   // The last character in the highest byte, zeros before the first.
   const std::size_t empty = 8 * (8 - size);
   std::uint64_t word = WordAt(text.data()) << empty | (Bytes('0') & ~(~std::uint64_t{0} << empty));
@@ -87,18 +92,19 @@ std::optional<double> ParseShortest(std::string_view text, std::size_t behind) {
     const std::uint64_t upto = point | (point - 1);
     word = (word & ~upto) | (word & upto >> 8) << 8 | '0';
     decimals = 7 - static_cast<std::size_t>(std::countr_zero(point)) / 8;
-    if (size == 1) return std::nullopt;
+    if (size == 1) return false;
   }
   word ^= Bytes('0');
-  if (((word | (word + Bytes(6))) & Bytes(0xF0)) != 0) return std::nullopt;  // no digits alone
+  if (((word | (word + Bytes(6))) & Bytes(0xF0)) != 0) return false;  // no digits alone
   // Pairs of digits, then pairs of these, then both halves (Lemire 2018).
   word = word * 10 + (word >> 8);
   constexpr std::uint64_t kPairs = 0x000000FF000000FF;
   word = ((word & kPairs) * (100 + (std::uint64_t{1000000} << 32)) +
           (word >> 16 & kPairs) * (1 + (std::uint64_t{10000} << 32))) >>
          32;
-  const double number = static_cast<double>(static_cast<std::uint32_t>(word)) / kPowers[decimals];
-  return negative ? -number : number;
+  const double digits = static_cast<double>(static_cast<std::uint32_t>(word)) / kPowers[decimals];
+  number = negative ? -digits : digits;
+  return true;
 }
 
 /// A short number such as -12.345: the quotient of two exact numbers is the nearest one (Clinger
@@ -243,6 +249,31 @@ class CsvTable::Reader {
     }
   }
 
+  /// Adds the fields of the lines that come next, as far as they have so many fields and none in
+  /// quotes. Leaves at least the last line.
+  void PlainRows(std::size_t columns, std::vector<Field>& fields) {
+    if (separator_ == ' ') return;
+    const std::uint64_t separators = Bytes(static_cast<unsigned char>(separator_));
+    std::size_t complete = fields.size();
+    std::size_t begin = at_;
+    for (std::size_t at = at_; at + 8 <= text_.size(); at += 8) {
+      const std::uint64_t word = WordAt(text_.data() + at);
+      std::uint64_t ends = EachZeroByte(word ^ separators) | EachZeroByte(word ^ Bytes('\n'));
+      for (; ends != 0; ends &= ends - 1) {
+        const std::size_t end = at + static_cast<std::size_t>(std::countr_zero(ends)) / 8;
+        const bool ends_line = text_[end] == '\n';
+        const bool is_last = fields.size() + 1 == complete + columns;
+        if (text_[begin] == '"' || ends_line != is_last) return fields.resize(complete);
+        fields.push_back(FieldWithoutReturn(begin, end));
+        begin = end + 1;
+        if (!ends_line) continue;
+        complete = fields.size();
+        at_ = begin;
+      }
+    }
+    fields.resize(complete);
+  }
+
  private:
   /// Whether a line ends here; steps over its end.
   bool EndsLine() {
@@ -260,8 +291,11 @@ class CsvTable::Reader {
   Field Plain() {
     const std::size_t begin = at_;
     at_ = FindEither(text_, begin, separator_, '\n');
-    const bool carriage_return = at_ > begin && text_[at_ - 1] == '\r';
-    return FieldOf(begin, carriage_return ? at_ - 1 : at_);
+    return FieldWithoutReturn(begin, at_);
+  }
+  Field FieldWithoutReturn(std::size_t begin, std::size_t end) const {
+    const bool carriage_return = end > begin && text_[end - 1] == '\r';
+    return FieldOf(begin, carriage_return ? end - 1 : end);
   }
 
   std::optional<Field> InQuotes() {
@@ -314,6 +348,7 @@ std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, ch
   std::size_t first = 0;
   std::size_t more = 0;
   while (!reader.AtEnd()) {
+    reader.PlainRows(table.columns_, table.fields_);
     const std::size_t offset = reader.Offset();
     const std::size_t before = table.fields_.size();
     if (!reader.Row(table.fields_)) return std::nullopt;
@@ -373,18 +408,18 @@ bool CsvTable::IsBlank(std::size_t row, std::size_t column) const {
   return Bare(At(row, column)).empty();
 }
 
-std::optional<double> CsvTable::Number(std::size_t row, std::size_t column) const {
+bool CsvTable::Number(std::size_t row, std::size_t column, double& number) const {
   const Field& field = At(row, column);
   if (decimal_ == '.') {
     const std::string_view all = Source().Text();
-    const auto number =
-        ParseShortest(all.substr(field.begin, field.end - field.begin), all.size() - field.end);
-    if (number) return number;
+    const std::string_view text(all.data() + field.begin, field.end - field.begin);
+    if (ParseShortest(text, all.size() - field.end, number)) return true;
   }
   const std::string_view text = Bare(field);
-  const std::optional<double> number = ParseNumber(text, decimal_);
-  if (number && std::isinf(*number) && IsInfinite(number, text)) return std::nullopt;
-  return number;
+  const std::optional<double> parsed = ParseNumber(text, decimal_);
+  if (!parsed || (std::isinf(*parsed) && IsInfinite(parsed, text))) return false;
+  number = *parsed;
+  return true;
 }
 
 std::optional<bool> CsvTable::Boolean(std::size_t row, std::size_t column) const {

@@ -27,7 +27,7 @@ class CsvTable final : public DataTable {
 
  protected:
   bool IsBlank(std::size_t row, std::size_t column) const override;
-  std::optional<double> Number(std::size_t row, std::size_t column) const override;
+  bool Number(std::size_t row, std::size_t column, double& number) const override;
   /// true, false, yes, no, 1 and 0, in letters of either case.
   std::optional<bool> Boolean(std::size_t row, std::size_t column) const override;
   std::optional<std::string> Utf8(std::size_t row, std::size_t column) const override {

@@ -45,7 +45,10 @@ std::string DataTable::DescribeColumns() const {
 }
 
 bool DataTable::Holds(std::size_t row, std::size_t column, const Json& value) const {
-  if (value.is_number()) return Number(row, column) == value.get<double>();
+  if (value.is_number()) {
+    double number = 0.0;
+    return Number(row, column, number) && number == value.get<double>();
+  }
   if (value.is_boolean()) return Boolean(row, column) == value.get<bool>();
   return Utf8(row, column) == value.get_ref<const std::string&>();
 }
@@ -68,32 +71,45 @@ ChosenRows DataTable::WithoutBlankEnd(ChosenRows rows,
   return rows;
 }
 
-template <class Read, class Store>
-void DataTable::ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows,
-                           Read read, Store store, Mistakes& mistakes) const {
+/// `read` takes a position in the array and the row of its field; false where that is none. Whether
+/// all are some.
+template <class Read>
+bool DataTable::ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows,
+                           Read read, Mistakes& mistakes) const {
   std::size_t wrong = 0;
   std::size_t first = 0;
   for (std::size_t i = 0; i < rows.Size(); ++i) {
-    if (const auto value = read(rows[i], column)) {
-      store(i, *value);
-    } else if (wrong++ == 0) {
-      first = rows[i];
-    }
+    if (!read(i, rows[i]) && wrong++ == 0) first = rows[i];
   }
-  if (wrong == 0) return;
+  if (wrong == 0) return true;
   std::string text = Fault(first, column, type);
   if (wrong > 1) {
     text += fmt::format("; {} more field{} of the column {} wrong", wrong - 1,
                         wrong == 2 ? "" : "s", wrong == 2 ? "is" : "are");
   }
   mistakes.Add(source_, Offset(first, column), text);
+  return false;
 }
 
 template <class Store>
 void DataTable::ReadNumbers(std::size_t column, const ChosenRows& rows, Store store,
                             Mistakes& mistakes) const {
-  const auto read = [this](std::size_t row, std::size_t at) { return Number(row, at); };
-  ReadColumn(NUV_PARAM_NUMBER, column, rows, read, store, mistakes);
+  constexpr std::size_t kMostKept = 65536;
+  numbers_.resize(std::max(columns_, column + 1));  // an empty table has none
+  std::vector<double>& known = numbers_[column];
+  if (rows.AreFirst() && known.size() >= rows.Size()) {
+    for (std::size_t i = 0; i < rows.Size(); ++i) store(i, known[i]);
+    return;
+  }
+  std::vector<double> kept(rows.AreFirst() && rows.Size() <= kMostKept ? rows.Size() : 0);
+  const auto read = [&](std::size_t i, std::size_t row) {
+    double number = 0.0;
+    const bool is_number = Number(row, column, number);
+    store(i, number);
+    if (!kept.empty()) kept[i] = number;
+    return is_number;
+  };
+  if (ReadColumn(NUV_PARAM_NUMBER, column, rows, read, mistakes)) known = std::move(kept);
 }
 
 CNuvObject DataTable::Array(std::uint32_t array_type, const std::vector<std::size_t>& columns,
@@ -103,19 +119,23 @@ CNuvObject DataTable::Array(std::uint32_t array_type, const std::vector<std::siz
     case NUV_PARAM_BOOLEAN_ARRAY: {
       auto& booleans = static_cast<CNuvBoolVector&>(array);
       booleans.Resize(rows.Size());
-      ReadColumn(
-          NUV_PARAM_BOOLEAN, columns[0], rows,
-          [this](std::size_t row, std::size_t column) { return Boolean(row, column); },
-          [&](std::size_t i, bool value) { booleans[i] = value; }, mistakes);
+      const auto read = [&](std::size_t i, std::size_t row) {
+        const std::optional<bool> value = Boolean(row, columns[0]);
+        booleans[i] = value.value_or(false);
+        return value.has_value();
+      };
+      ReadColumn(NUV_PARAM_BOOLEAN, columns[0], rows, read, mistakes);
       break;
     }
     case NUV_PARAM_STRING_ARRAY: {
       auto& texts = static_cast<CNuvStringVector&>(array);
       texts.Resize(rows.Size());
-      ReadColumn(
-          NUV_PARAM_STRING, columns[0], rows,
-          [this](std::size_t row, std::size_t column) { return Text(row, column); },
-          [&](std::size_t i, const std::string& value) { texts[i] = value.c_str(); }, mistakes);
+      const auto read = [&](std::size_t i, std::size_t row) {
+        const std::optional<std::string> value = Text(row, columns[0]);
+        if (value) texts[i] = value->c_str();
+        return value.has_value();
+      };
+      ReadColumn(NUV_PARAM_STRING, columns[0], rows, read, mistakes);
       break;
     }
     case NUV_PARAM_POINT_ARRAY: {

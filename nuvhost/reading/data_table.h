@@ -26,6 +26,7 @@ class ChosenRows {
 
   std::size_t Size() const { return count_; }
   std::size_t operator[](std::size_t i) const { return rows_.empty() ? i : rows_[i]; }
+  bool AreFirst() const { return rows_.empty(); }
   void Shorten(std::size_t count) { count_ = count; }
 
  private:
@@ -63,8 +64,9 @@ class DataTable {
 
  protected:
   virtual bool IsBlank(std::size_t row, std::size_t column) const = 0;
+  /// False for a field that is none. Millions are read, so no std::optional, which goes by memory.
+  virtual bool Number(std::size_t row, std::size_t column, double& number) const = 0;
   /// Each gives nothing for a field that is none.
-  virtual std::optional<double> Number(std::size_t row, std::size_t column) const = 0;
   virtual std::optional<bool> Boolean(std::size_t row, std::size_t column) const = 0;
   virtual std::optional<std::string> Utf8(std::size_t row, std::size_t column) const = 0;
   /// Where a field stands.
@@ -80,14 +82,16 @@ class DataTable {
  private:
   /// A field's text as instructions take it; nothing where it has characters beyond U+00FF.
   std::optional<std::string> Text(std::size_t row, std::size_t column) const;
-  template <class Read, class Store>
-  void ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows, Read read,
-                  Store store, Mistakes& mistakes) const;
+  template <class Read>
+  bool ReadColumn(std::uint32_t type, std::size_t column, const ChosenRows& rows, Read read,
+                  Mistakes& mistakes) const;
   template <class Store>
   void ReadNumbers(std::size_t column, const ChosenRows& rows, Store store,
                    Mistakes& mistakes) const;
 
   SourceText source_;
+  /// Of short columns all of whose rows were read: programs take one in several places.
+  mutable std::vector<std::vector<double>> numbers_;
 };
 
 }  // namespace nuvhost

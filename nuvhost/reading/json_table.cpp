@@ -81,8 +81,10 @@ bool JsonTable::IsBlank(std::size_t row, std::size_t column) const {
   return At(row, column).is_null();
 }
 
-std::optional<double> JsonTable::Number(std::size_t row, std::size_t column) const {
-  return As<double>(At(row, column), NUV_PARAM_NUMBER);
+bool JsonTable::Number(std::size_t row, std::size_t column, double& number) const {
+  const std::optional<double> found = As<double>(At(row, column), NUV_PARAM_NUMBER);
+  if (found) number = *found;
+  return found.has_value();
 }
 
 std::optional<bool> JsonTable::Boolean(std::size_t row, std::size_t column) const {

@@ -28,7 +28,7 @@ class JsonTable final : public DataTable {
 
  protected:
   bool IsBlank(std::size_t row, std::size_t column) const override;
-  std::optional<double> Number(std::size_t row, std::size_t column) const override;
+  bool Number(std::size_t row, std::size_t column, double& number) const override;
   std::optional<bool> Boolean(std::size_t row, std::size_t column) const override;
   std::optional<std::string> Utf8(std::size_t row, std::size_t column) const override;
   std::size_t Offset(std::size_t row, std::size_t column) const override;

@@ -195,14 +195,13 @@ RowsOfPart PartRows::Rows(std::size_t part) const {
 
 std::optional<SourceText> ReadRows(const std::string& file, const RowsOfPart& rows,
                                    std::string& reason) {
-  if (!IsReadable(file, reason)) return std::nullopt;
   std::ifstream stream(PathFromUtf8(file), std::ios::binary);
   std::string text(rows.header_end + (rows.end - rows.begin), '\0');
   stream.read(text.data(), static_cast<std::streamsize>(rows.header_end));
   stream.seekg(static_cast<std::streamoff>(rows.begin));
   stream.read(text.data() + rows.header_end, static_cast<std::streamsize>(rows.end - rows.begin));
   if (!stream) {
-    reason = "it cannot be read to its end";
+    if (IsReadable(file, reason)) reason = "it cannot be read to its end";
     return std::nullopt;
   }
   const std::size_t size = text.size();

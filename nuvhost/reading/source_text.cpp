@@ -32,7 +32,7 @@ const std::vector<std::size_t>& SourceText::Lines() const {
 }
 
 void SourceText::MoveDown(std::size_t offset, std::size_t line) {
-  const auto own = std::ranges::lower_bound(Lines(), offset) - Lines().begin() + 1;
+  const auto own = std::ranges::count(Text().substr(0, offset), '\n') + 1;
   moved_from_ = offset;
   moved_by_ = line - static_cast<std::size_t>(own);
 }

@@ -30,11 +30,9 @@ std::optional<std::size_t> NamedDatum(const Program& program, const std::string&
 }
 
 /// The part of a file or folder: a file's path goes without its extension.
-std::string PartOf(std::string path) {
-  const std::filesystem::path whole = PathFromUtf8(path);
-  std::error_code ignored;
-  if (std::filesystem::is_regular_file(whole, ignored)) {
-    path.resize(path.size() - ToUtf8(whole.extension()).size());
+std::string PartOf(std::string path, bool is_file) {
+  if (is_file) {
+    path.resize(path.size() - ToUtf8(PathFromUtf8(path).extension()).size());
     return path;
   }
   while (path.size() > 1 && path.ends_with('/')) path.pop_back();
@@ -45,18 +43,19 @@ std::string PartOf(std::string path) {
 std::vector<std::string> PartNames(const std::vector<std::string>& words) {
   std::vector<std::string> names;
   std::unordered_set<std::string> known;
-  const auto add = [&](const std::string& path) {
-    std::string name = PartOf(path);
+  const auto add = [&](const std::string& path, bool is_file) {
+    std::string name = PartOf(path, is_file);
     if (known.insert(name).second) names.push_back(std::move(name));
   };
   for (const std::string& word : words) {
     if (!HasWildcard(word)) {
-      add(word);
+      std::error_code ignored;
+      add(word, std::filesystem::is_regular_file(PathFromUtf8(word), ignored));
       continue;
     }
-    const std::vector<std::string> found = FilesMatching(word);
+    const std::vector<FoundPath> found = FilesMatching(word);
     if (found.empty()) throw UserError("--parts {}: no file or folder fits this pattern", word);
-    for (const std::string& path : found) add(path);
+    for (const auto& [path, is_file] : found) add(path, is_file);
   }
   return names;
 }

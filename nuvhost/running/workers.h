@@ -1,10 +1,12 @@
 // Workers: processes side by side that carry out runs, and what they are in such a process.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "nuvhost/running/run_messages.h"
 #include "nuvhost/running/run_plan.h"
 #include "nuvhost/running/step_runner.h"
 #include "nuvhost/system/child_process.h"
@@ -32,7 +34,9 @@ class Workers {
  private:
   struct Worker {
     std::unique_ptr<Partner> process;
-    std::size_t asked = 0;  ///< the first of its runs that it was not asked for yet
+    std::size_t next = 0;                ///< the first of its runs that it was not asked for yet
+    std::deque<std::size_t> asked = {};  ///< the sizes of the questions without an answer
+    std::size_t unread = 0;              ///< their sum
   };
 
   /// Keeps a few of its runs waiting with a worker.
@@ -47,9 +51,8 @@ class Workers {
   std::size_t next_;
 };
 
-/// Carries out the runs that it is asked for on standard input, until that ends. With `in_full`
-/// all inputs, results and annotations are told, else only what is shown without them.
-void ServeRuns(const Program& program, bool keep_going, bool in_full);
+/// Carries out the runs that it is asked for on standard input, until that ends.
+void ServeRuns(const Program& program, bool keep_going, const Telling& telling);
 
 /// Reads the data and runs the steps over them; an outcome in any case.
 RunOutcome RunOver(const Program& program, const std::string& name, const Replacements& files,

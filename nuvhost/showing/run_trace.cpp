@@ -21,6 +21,14 @@ std::string OnOneLine(const std::string& bytes) {
 }  // namespace
 
 void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) {
+  const Record& record = outcome.record;
+  const bool is_silent = record.log.empty() && record.events.empty() && record.messages.empty() &&
+                         outcome.caution.empty() && outcome.state != StepOutcome::State::kFailed;
+  if (!is_silent) Tell(run, step, outcome);
+  if (plan_.Size() == 1) ShowProgress(run, ++steps_);
+}
+
+void RunTrace::Tell(std::size_t run, std::size_t step, const StepOutcome& outcome) {
   const std::string place = plan_.Name(run) + ": " + DescribeStep(program_, step) + ": ";
   const bool failed = outcome.state == StepOutcome::State::kFailed;
   for (const LogEntry& entry : outcome.record.log) {
@@ -39,7 +47,6 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
   if (failed) {
     for (const std::string& text : FailureTexts(outcome)) progress_.Complain(place + text);
   }
-  if (plan_.Size() == 1) ShowProgress(run, ++steps_);
 }
 
 void RunTrace::RunEnded(std::size_t run, const RunOutcome& outcome) {

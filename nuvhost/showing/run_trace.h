@@ -23,6 +23,7 @@ class RunTrace final : public RunObserver {
  private:
   using Clock = std::chrono::steady_clock;
 
+  void Tell(std::size_t run, std::size_t step, const StepOutcome& outcome);
   void ShowProgress(std::size_t run, std::size_t steps);
 
   const Program& program_;

@@ -40,8 +40,11 @@ class PrivateOutput {
   std::intptr_t output_;
 };
 
-/// A process that is asked and answers, line by line, over its standard input and output. It shares
-/// this process's standard error, and Ctrl-C does not reach it.
+/// A message as processes hand it to each other: its size stands before it.
+std::string Framed(std::string_view message);
+
+/// A process that is asked and answers over its standard input and output. It shares this process's
+/// standard error, and Ctrl-C does not reach it.
 class Partner {
  public:
   /// Throws UserError where the program cannot be started. Words are UTF-8.
@@ -51,22 +54,28 @@ class Partner {
   /// Ends the process, whatever it does.
   ~Partner();
 
-  /// Asks, with a line that ends in '\n'. Lines that it has not read yet may come to 4 KiB; more
-  /// may wait for it. One that is not there any more is told by ReadLine.
-  void Send(std::string_view line);
-  /// The next line of its answers, without the end; nothing once it is not there any more.
-  std::optional<std::string> ReadLine();
+  /// What it may have been sent and not have read yet; more may wait for it.
+  static constexpr std::size_t kMostUnread = 4096;
+  /// Sends framed messages. A process that is not there any more is told by Read.
+  void Send(std::string_view messages);
+  /// The next of its messages; nothing once it is not there any more. Valid until the next call.
+  std::optional<std::string_view> Read();
 
  private:
   struct Process;
 
+  /// Waits for more of what it writes; false at its end.
+  bool ReadMore();
+
   std::unique_ptr<Process> process_;
   std::string read_;
-  std::size_t searched_ = 0;  ///< of what was read, without a line end
+  std::size_t taken_ = 0;  ///< of what was read
 };
 
 /// What such a partner does first: Ctrl-C is its parent's alone.
 void LeaveInterruptsToParent();
+/// The next message that it is sent; nothing at the end.
+std::optional<std::string> ReadMessage();
 
 /// What a child that may crash or hang does first: it shows no dialog, leaves no core file and
 /// does not outlive its parent.

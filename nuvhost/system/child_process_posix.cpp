@@ -209,37 +209,32 @@ Partner::~Partner() {
   Kill(process_->child);
 }
 
-void Partner::Send(std::string_view line) {
+void Partner::Send(std::string_view messages) {
   struct sigaction ignored {};
   struct sigaction before {};
   ignored.sa_handler = SIG_IGN;
   sigaction(SIGPIPE, &ignored, &before);
-  while (!line.empty()) {
-    const ssize_t sent = write(process_->input, line.data(), line.size());
+  while (!messages.empty()) {
+    const ssize_t sent = write(process_->input, messages.data(), messages.size());
     if (sent < 0 && errno != EINTR) break;
-    if (sent > 0) line.remove_prefix(static_cast<std::size_t>(sent));
+    if (sent > 0) messages.remove_prefix(static_cast<std::size_t>(sent));
   }
   sigaction(SIGPIPE, &before, nullptr);
 }
 
-std::optional<std::string> Partner::ReadLine() {
-  while (true) {
-    const std::size_t end = read_.find('\n', searched_);
-    if (end != std::string::npos) {
-      std::string line = read_.substr(0, end);
-      read_.erase(0, end + 1);
-      searched_ = 0;
-      return line;
-    }
-    searched_ = read_.size();
-    char block[65536];
-    const ssize_t size = read(process_->output, block, sizeof block);
-    if (size > 0) {
-      read_.append(block, static_cast<std::size_t>(size));
-    } else if (size == 0 || errno != EINTR) {
-      return std::nullopt;
-    }
-  }
+bool Partner::ReadMore() {
+  // A process that is woken by each answer takes the time of those that give them. A moment later
+  // there are several.
+  constexpr timespec kMoment{0, 200'000};
+  pollfd readable{process_->output, POLLIN, 0};
+  if (poll(&readable, 1, 0) == 0) nanosleep(&kMoment, nullptr);
+  char block[65536];
+  ssize_t size = 0;
+  do {
+    size = read(process_->output, block, sizeof block);
+  } while (size < 0 && errno == EINTR);
+  if (size > 0) read_.append(block, static_cast<std::size_t>(size));
+  return size > 0;
 }
 
 void LeaveInterruptsToParent() {

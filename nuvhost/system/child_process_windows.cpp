@@ -275,33 +275,23 @@ Partner::~Partner() {
   CloseHandle(process_->job);
 }
 
-void Partner::Send(std::string_view line) {
-  while (!line.empty()) {
+void Partner::Send(std::string_view messages) {
+  while (!messages.empty()) {
     DWORD sent = 0;
-    if (!WriteFile(process_->input, line.data(), static_cast<DWORD>(line.size()), &sent, nullptr)) {
+    if (!WriteFile(process_->input, messages.data(), static_cast<DWORD>(messages.size()), &sent,
+                   nullptr)) {
       return;
     }
-    line.remove_prefix(sent);
+    messages.remove_prefix(sent);
   }
 }
 
-std::optional<std::string> Partner::ReadLine() {
-  while (true) {
-    const std::size_t end = read_.find('\n', searched_);
-    if (end != std::string::npos) {
-      std::string line = read_.substr(0, end);
-      read_.erase(0, end + 1);
-      searched_ = 0;
-      return line;
-    }
-    searched_ = read_.size();
-    char block[65536];
-    DWORD size = 0;
-    if (!ReadFile(process_->output, block, sizeof block, &size, nullptr) || size == 0) {
-      return std::nullopt;
-    }
-    read_.append(block, size);
-  }
+bool Partner::ReadMore() {
+  char block[65536];
+  DWORD size = 0;
+  if (!ReadFile(process_->output, block, sizeof block, &size, nullptr)) return false;
+  read_.append(block, size);
+  return size > 0;
 }
 
 void LeaveInterruptsToParent() {

@@ -68,7 +68,7 @@ bool Fits(std::string_view name, std::string_view pattern) {
 
 /// Adds the paths that begin as `folder`, a path with its separator or nothing, and go on as the
 /// pattern.
-void Expand(const std::string& folder, std::string_view pattern, std::vector<std::string>& found) {
+void Expand(const std::string& folder, std::string_view pattern, std::vector<FoundPath>& found) {
   namespace fs = std::filesystem;
   const std::size_t end = std::min(pattern.find_first_of(kSeparators), pattern.size());
   const std::size_t next = std::min(pattern.find_first_not_of(kSeparators, end), pattern.size());
@@ -76,19 +76,21 @@ void Expand(const std::string& folder, std::string_view pattern, std::vector<std
   const std::string_view separator = pattern.substr(end, next - end);
   const std::string_view rest = pattern.substr(next);
   std::error_code error;
-  const auto add = [&](const std::string& path) {
+  const auto add = [&](const std::string& path, const fs::directory_entry& entry) {
     if (!rest.empty()) return Expand(path + std::string(separator), rest, found);
     const bool wants_folder = !separator.empty();
-    if (wants_folder ? fs::is_directory(PathFromUtf8(path), error)
-                     : fs::exists(PathFromUtf8(path), error)) {
-      found.push_back(path);
+    if (wants_folder ? entry.is_directory(error) : entry.exists(error)) {
+      found.push_back({path, entry.is_regular_file(error)});
     }
   };
-  if (!HasWildcard(name)) return add(folder + std::string(name));
+  if (!HasWildcard(name)) {
+    const std::string path = folder + std::string(name);
+    return add(path, fs::directory_entry(PathFromUtf8(path), error));
+  }
   fs::directory_iterator entry(PathFromUtf8(folder.empty() ? "." : folder), error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const std::string entry_name = ToUtf8(entry->path().filename());
-    if (Fits(entry_name, name)) add(folder + entry_name);
+    if (Fits(entry_name, name)) add(folder + entry_name, *entry);
   }
 }
 
@@ -98,11 +100,11 @@ bool HasWildcard(std::string_view name) {
   return name.find_first_of("*?") != std::string_view::npos;
 }
 
-std::vector<std::string> FilesMatching(const std::string& pattern) {
-  std::vector<std::string> found;
+std::vector<FoundPath> FilesMatching(const std::string& pattern) {
+  std::vector<FoundPath> found;
   const std::size_t root = std::min(pattern.find_first_not_of(kSeparators), pattern.size());
   Expand(pattern.substr(0, root), std::string_view(pattern).substr(root), found);
-  std::ranges::sort(found, NaturallyLess);
+  std::ranges::sort(found, NaturallyLess, &FoundPath::path);
   return found;
 }
 

@@ -36,18 +36,17 @@ void ExpectReadWell(const std::istream& stream, const std::string& name) {
 }
 
 std::optional<std::string> ReadBytes(const std::string& name, std::string& reason) {
-  if (!IsReadable(name, reason)) return std::nullopt;
   const std::filesystem::path path = PathFromUtf8(name);
   std::ifstream file(path, std::ios::binary);
-  if (!file) {
-    reason = "it cannot be opened";
+  std::error_code unsized;
+  const std::uintmax_t expected = std::filesystem::file_size(path, unsized);
+  if (!file || unsized == std::errc::is_a_directory) {
+    if (IsReadable(name, reason)) reason = "it cannot be opened";
     return std::nullopt;
   }
   std::string text;
-  std::error_code ignored;
-  const std::uintmax_t expected = std::filesystem::file_size(path, ignored);
   std::size_t block = kBlock;
-  if (!ignored) {
+  if (!unsized) {
     block = static_cast<std::size_t>(std::clamp<std::uintmax_t>(expected + 1, 4096, kBlock));
     text.reserve(static_cast<std::size_t>(expected) + block);
   }

@@ -101,8 +101,9 @@ void WrittenFiles::Add(const NamedFile& written) {
 }
 
 void WrittenFiles::CheckRead(const NamedFile& read) const {
-  if (read.name.empty()) return;
-  const auto identity = FutureIdentityOf(PathOf(read.name));
+  if (read.name.empty() || files_.empty()) return;
+  std::optional<Identity> identity = IdentityOf(PathFromUtf8(read.name));
+  if (!identity) identity = FutureIdentityOf(PathOf(read.name));  // what will be read once it is there
   const auto written = identity ? files_.find(*identity) : files_.end();
   if (written != files_.end()) FailOverwriting(written->second, read);
 }

@@ -16,9 +16,4 @@ Json AnswerToCall(
       return ToJson(value);
     });
 
-/// Takes results, marks and a record back from such an answer: of the results those that are not
-/// null, by the types that the descriptor declares. Throws ValueError for anything else.
-void TakeAnswer(const Json& answer, const DescriptorRecord& descriptor, CallContext& context,
-                Record& record);
-
 }  // namespace nuvhost

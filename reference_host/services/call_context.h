@@ -24,6 +24,8 @@ class CallContext final : public IXInstrContext {
   };
 
   CallContext(const DescriptorRecord& descriptor, Services& services);
+  /// Without values.
+  explicit CallContext(Services& services) : services_(services) {}
   CallContext(const CallContext&) = delete;
   CallContext& operator=(const CallContext&) = delete;
 

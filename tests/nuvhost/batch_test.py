@@ -138,7 +138,8 @@ def answers_alike_side_by_side():
     (folder.path / "p.json").write_text(json.dumps(shown))
     rows = [["p.json", "--results", "out.csv"], ["p.json", "--results", "out.jsonl", "--keep-going"],
             ["p.json", "--results", "out.json", "--overlay", "o.svg"], ["bare.json", "--trace"],
-            ["p.json", "--until", "over"], ["p.json", "--log", "log.txt"]]
+            ["p.json", "--until", "over"], ["p.json", "--log", "log.txt"], ["bare.json"],
+            ["p.json", "--report", "page.html"]]
     for words in rows:
         answers = []
         for jobs in ["1", "2", "3"]:

@@ -93,6 +93,41 @@ TEST(Csv, ReadsWhatSpreadsheetsWrite) {
   for (const Row& row : kCommas) EXPECT_EQ(Shown(row.text, ','), row.shown) << row.text;
 }
 
+/// Against rows that are split a character at a time.
+TEST(Csv, SplitsAnyLinesAsTheyStand) {
+  std::mt19937 random(7);
+  constexpr const char* kPieces[] = {"1", "-2.5", "1234567890123", "", "x", "\"q,\"\"\n\""};
+  for (int round = 0; round < 5000; ++round) {
+    std::string text = "a,b,c\n";
+    std::vector<std::vector<std::string>> rows;
+    bool is_equal = true;
+    const std::size_t kinds = random() % 4 == 0 ? 6 : 5;
+    for (std::size_t left = 1 + random() % 20; left > 0; --left) {
+      const std::size_t fields = random() % 40 == 0 ? 1 + random() % 5 : 3;
+      std::vector<std::string>& row = rows.emplace_back();
+      for (std::size_t field = 0; field < fields; ++field) {
+        const std::size_t kind = field == 0 ? 0 : random() % kinds;
+        row.emplace_back(kind == 5 ? "q,\"\n" : kPieces[kind]);
+        text += (field == 0 ? "" : ",") + std::string(kPieces[kind]);
+      }
+      is_equal = is_equal && fields == 3;
+      text += random() % 2 == 0 ? "\n" : "\r\n";
+    }
+    Mistakes mistakes;
+    const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes);
+    ASSERT_EQ(table.has_value(), is_equal) << text;
+    for (std::size_t column = 0; table && column < 3; ++column) {
+      ASSERT_EQ(table->Rows(), rows.size()) << text;
+      const CNuvObject cells =
+          table->Array(NUV_PARAM_STRING_ARRAY, {column}, ChosenRows(table->Rows()), mistakes);
+      const auto& texts = static_cast<const CNuvStringVector&>(cells);
+      for (std::size_t row = 0; row < rows.size(); ++row) {
+        ASSERT_STREQ(static_cast<const char*>(texts[row]), rows[row][column].c_str()) << text;
+      }
+    }
+  }
+}
+
 TEST(Csv, FindsColumns) {
   struct Row {
     const char* text;
