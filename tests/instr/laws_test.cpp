@@ -164,9 +164,9 @@ Json Number(double number) {
 }
 
 /// What the letters stand for.
-class Values {
+class Draws {
  public:
-  explicit Values(char kind) : kind_(kind) {}
+  explicit Draws(char kind) : kind_(kind) {}
 
   Json Draw() {
     Json v;
@@ -247,7 +247,7 @@ class Values {
 
 template <class Laws>
 void Hold(const Laws& laws, char kind, int rounds) {
-  Values values(kind);
+  Draws values(kind);
   for (int round = 0; round < RandomRounds(rounds); ++round) {
     const Json drawn = values.Draw();
     Terms terms(drawn);
