@@ -22,8 +22,7 @@ void PutList(Packer& packer, const List& list, PutOne put) {
 
 template <class One, class TakeOne>
 void TakeList(Unpacker& unpacker, std::vector<One>& list, TakeOne take) {
-  list.resize(unpacker.TakeCount());
-  for (One& one : list) one = take();
+  for (std::size_t left = unpacker.TakeCount(); left > 0; --left) list.push_back(take());
 }
 
 void PutRecord(Packer& packer, const Record& record, bool drawings) {

@@ -25,7 +25,7 @@ void Packer::PutElement(const CNuvLine& line) {
 
 template <class Vector>
 void Packer::PutArray(const Vector& array) {
-  using Element = Vector::value_type;
+  using Element = typename Vector::value_type;
   const std::size_t size = array.Size();
   Put(size);
   if constexpr (std::is_arithmetic_v<Element>) {
