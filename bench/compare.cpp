@@ -132,10 +132,12 @@ nlohmann::json Measured(const Row& row, std::size_t size, NumPy* numpy) {
   const std::size_t count =
       row.rotates ? std::max<std::size_t>(4, (std::size_t{1} << 20) / size) : 4;
   Random random(size);
-  // Arrays of one size would all lie as far from each other: a few bytes behind a multiple of a
+  // Few arrays of one size would all lie as far from each other: a few bytes behind a multiple of a
   // page, where a load waits for an earlier store, none of them or all.
   std::vector<std::unique_ptr<char[]>> gaps;
-  const auto leave_gap = [&] { gaps.emplace_back(new char[random() % 4096]); };
+  const auto leave_gap = [&] {
+    if (!row.rotates) gaps.emplace_back(new char[random() % 4096]);
+  };
   std::deque<Inputs> inputs;
   std::deque<ReadyContext> contexts;
   for (std::size_t i = 0; i < count; ++i) {
