@@ -109,12 +109,19 @@ struct CReplaceStr final : Instruction<CReplaceStr> {
     const std::size_t length =
         source.size() - places.size() * what.size() + places.size() * replacement.size();
     std::string replaced = TextWithRoom(length);
+    replaced.resize(length);
+    char* to = replaced.data();  // for thousands of pieces faster than appending
+    const auto put = [&to](std::string_view piece) {
+      to = std::copy(piece.begin(), piece.end(), to);
+    };
     std::size_t from = 0;
     for (const std::size_t place : places) {
-      replaced.append(source.substr(from, place - from)).append(replacement);
+      put(source.substr(from, place - from));
+      put(replacement);
       from = place + what.size();
     }
-    return call.Set(0, replaced.append(source.substr(from)));
+    put(source.substr(from));
+    return call.Set(0, replaced);
   }
 
  private:
