@@ -103,7 +103,8 @@ void WrittenFiles::Add(const NamedFile& written) {
 void WrittenFiles::CheckRead(const NamedFile& read) const {
   if (read.name.empty() || files_.empty()) return;
   std::optional<Identity> identity = IdentityOf(PathFromUtf8(read.name));
-  if (!identity) identity = FutureIdentityOf(PathOf(read.name));  // what will be read once it is there
+  // What is not there yet is known by where it will be.
+  if (!identity) identity = FutureIdentityOf(PathOf(read.name));
   const auto written = identity ? files_.find(*identity) : files_.end();
   if (written != files_.end()) FailOverwriting(written->second, read);
 }
