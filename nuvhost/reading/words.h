@@ -9,7 +9,7 @@ namespace nuvhost {
 
 /// A word with the byte at each of its places.
 constexpr std::uint64_t Bytes(unsigned char byte) {
-  return 0x0101010101010101 * byte;
+  return std::uint64_t{0x0101010101010101} * byte;
 }
 
 /// A bit in each byte of a word that is zero, at least up to the first of them (Mycroft 1987).
