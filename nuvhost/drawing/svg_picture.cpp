@@ -220,7 +220,7 @@ class Painter {
     const CNuvPoint shown = Shown(point);
     return svg_.Number(shown.x) + ' ' + svg_.Number(shown.y);
   }
-  std::string Length(double length) const { return svg_.Number(length / view_.unit); }
+  std::string Length(double length) const { return svg_.Length(length / view_.unit); }
   SvgWriter& SetLength(const char* attribute, double length) {
     return svg_.Set(attribute, Length(length));
   }

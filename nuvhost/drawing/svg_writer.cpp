@@ -3,6 +3,7 @@
 #include <utf8cpp/utf8.h>
 
 #include <charconv>
+#include <cmath>
 #include <iterator>
 
 #include "nuvhost/text/utf8.h"
@@ -87,6 +88,11 @@ std::string SvgWriter::Number(double number) const {
     if (text.back() == '.') text.pop_back();
   }
   return text == "-0" ? "0" : text;
+}
+
+std::string SvgWriter::Length(double length) const {
+  std::string text = Number(length);
+  return text == "0" && length > 0.0 ? Number(std::pow(10.0, -decimals_)) : text;
 }
 
 }  // namespace nuvhost

@@ -28,6 +28,8 @@ class SvgWriter {
 
   /// A finite number.
   std::string Number(double number) const;
+  /// A finite length. One that is not 0 is not rounded to 0, which would hide what has it.
+  std::string Length(double length) const;
 
   /// The picture, once every element is ended.
   const std::string& Svg() const { return svg_; }
