@@ -2,8 +2,10 @@
 
 #include <bit>
 #include <cmath>
+#include <functional>
 #include <iterator>
 #include <limits>
+#include <string_view>
 
 namespace fuzz {
 namespace {
@@ -99,33 +101,49 @@ CNuvObject Array(Bytes& bytes, Make make) {
 CNuvObject Texts(Bytes& bytes) {
   CNuvStringVector array;
   array.Resize(AnySize(bytes));
+  const std::size_t longest = array.Size() <= 16 ? std::string::npos : 32;
   for (std::size_t i = 0; i < array.Size(); ++i) {
-    array[i] = i < 16 ? CNuvString(AnyText(bytes)) : array[i * i % 16];
+    array[i] = i < 16 ? CNuvString(AnyText(bytes).substr(0, longest)) : array[i * i % 16];
   }
   CNuvObject value;
   value = array;
   return value;
 }
 
-template <class... Numbers>
-void AppendBits(std::string& bits, const Numbers&... numbers) {
-  (bits.append(reinterpret_cast<const char*>(&numbers), sizeof numbers), ...);
-}
-
-template <class Value>
-void Append(std::string& bits, const Value& value) {
-  if constexpr (requires { value.Size(); }) {
-    for (std::size_t i = 0; i < value.Size(); ++i) Append(bits, value[i]);
-  } else if constexpr (requires { value.x; }) {
-    AppendBits(bits, value.x, value.y);
-  } else if constexpr (requires { value.a; }) {
-    AppendBits(bits, value.a, value.d);
-  } else if constexpr (requires { static_cast<const char*>(value); }) {
-    bits.append(static_cast<const char*>(value)).push_back('\0');
-  } else {
-    AppendBits(bits, value);
+/// The words of a value, one after the other, mixed as FNV-1a does.
+class Mixed {
+ public:
+  template <class Value>
+  void Add(const Value& value) {
+    if constexpr (requires { value.Size(); }) {
+      for (std::size_t i = 0; i < value.Size(); ++i) Add(value[i]);
+      Add(std::uint64_t{value.Size()});
+    } else if constexpr (requires { value.x; }) {
+      AddAll(value.x, value.y);
+    } else if constexpr (requires { value.a; }) {
+      AddAll(value.a, value.d);
+    } else if constexpr (requires { static_cast<const char*>(value); }) {
+      const auto* const text = static_cast<const char*>(value);
+      Add(std::uint64_t{std::hash<std::string_view>()(text)});
+    } else {
+      AddWord(std::bit_cast<std::uint64_t>(value));
+    }
   }
-}
+  void Add(bool value) { AddWord(value ? 1 : 0); }
+  template <class... Values>
+  void AddAll(const Values&... values) {
+    (Add(values), ...);
+  }
+  std::uint64_t Result() const { return mixed_; }
+
+ private:
+  void AddWord(std::uint64_t word) {
+    mixed_ = (mixed_ ^ word) * 0x100000001b3;
+    mixed_ ^= mixed_ >> 29;  // what a product never takes down
+  }
+
+  std::uint64_t mixed_ = 0xcbf29ce484222325;
+};
 
 }  // namespace
 
@@ -206,33 +224,33 @@ CNuvObject AnyValue(Bytes& bytes, NUV_OBJ_TYPE type) {
   return value;
 }
 
-std::string Bits(const CNuvObject& value) {
-  std::string bits;
-  AppendBits(bits, value.GetType());
+std::uint64_t Fingerprint(const CNuvObject& value) {
+  Mixed mixed;
+  mixed.Add(std::uint64_t{value.GetType()});
   switch (value.GetType()) {
     case NUV_OBJ_BOOL:
-    case NUV_OBJ_DOUBLE: Append(bits, static_cast<double>(value)); break;
-    case NUV_OBJ_STRING: bits += static_cast<const char*>(value); break;
-    case NUV_OBJ_POINT: Append(bits, static_cast<const CNuvPoint&>(value)); break;
-    case NUV_OBJ_LINE: Append(bits, static_cast<const CNuvLine&>(value)); break;
+    case NUV_OBJ_DOUBLE: mixed.Add(static_cast<double>(value)); break;
+    case NUV_OBJ_STRING: mixed.Add(static_cast<const char*>(value)); break;
+    case NUV_OBJ_POINT: mixed.Add(static_cast<const CNuvPoint&>(value)); break;
+    case NUV_OBJ_LINE: mixed.Add(static_cast<const CNuvLine&>(value)); break;
     case NUV_OBJ_CIRCLE: {
       const auto& circle = static_cast<const CNuvCircle&>(*value.Get());
-      AppendBits(bits, circle.x, circle.y, circle.radius);
+      mixed.AddAll(circle.x, circle.y, circle.radius);
       break;
     }
     case NUV_OBJ_RECT: {
       const auto& rect = static_cast<const CNuvRect&>(*value.Get());
-      AppendBits(bits, rect.x, rect.y, rect.width, rect.height, rect.angle);
+      mixed.AddAll(rect.x, rect.y, rect.width, rect.height, rect.angle);
       break;
     }
-    case NUV_OBJ_BOOL_VECTOR: Append(bits, static_cast<const CNuvBoolVector&>(value)); break;
-    case NUV_OBJ_DOUBLE_VECTOR: Append(bits, static_cast<const CNuvDoubleVector&>(value)); break;
-    case NUV_OBJ_STRING_VECTOR: Append(bits, static_cast<const CNuvStringVector&>(value)); break;
-    case NUV_OBJ_POINT_VECTOR: Append(bits, static_cast<const CNuvPointVector&>(value)); break;
-    case NUV_OBJ_LINE_VECTOR: Append(bits, static_cast<const CNuvLineVector&>(value)); break;
+    case NUV_OBJ_BOOL_VECTOR: mixed.Add(static_cast<const CNuvBoolVector&>(value)); break;
+    case NUV_OBJ_DOUBLE_VECTOR: mixed.Add(static_cast<const CNuvDoubleVector&>(value)); break;
+    case NUV_OBJ_STRING_VECTOR: mixed.Add(static_cast<const CNuvStringVector&>(value)); break;
+    case NUV_OBJ_POINT_VECTOR: mixed.Add(static_cast<const CNuvPointVector&>(value)); break;
+    case NUV_OBJ_LINE_VECTOR: mixed.Add(static_cast<const CNuvLineVector&>(value)); break;
     default: break;
   }
-  return bits;
+  return mixed.Result();
 }
 
 }  // namespace fuzz

@@ -1,6 +1,7 @@
 // Values of the host made of any bytes, and compared to the last bit.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "host/nuv_object.h"
@@ -17,7 +18,7 @@ NUV_OBJ_TYPE AnyType(Bytes& bytes);
 /// A value of the type. Arrays are mostly short; long ones hold few numbers or lie on a figure.
 CNuvObject AnyValue(Bytes& bytes, NUV_OBJ_TYPE type);
 
-/// The value's type and content, equal where these are equal to the last bit.
-std::string Bits(const CNuvObject& value);
+/// A number that tells the value's type and content, to the last bit.
+std::uint64_t Fingerprint(const CNuvObject& value);
 
 }  // namespace fuzz

@@ -89,7 +89,7 @@ class SharedContext final : public fuzz::BorrowedContext {
 
   std::string Answer(IXInstrPlugin& instruction) {
     std::string answer = std::to_string(static_cast<int>(instruction.Execute(this)));
-    for (const CNuvObject& result : own_) answer += fuzz::Bits(result);
+    for (const CNuvObject& result : own_) answer += std::to_string(fuzz::Fingerprint(result));
     return answer;
   }
 
@@ -133,11 +133,11 @@ std::vector<SharedCall> MakeCalls(const nuvhost::Catalogue& catalogue, nuvhost::
 std::string Read(const DescriptorRecord& descriptor) {
   std::string text = std::string(descriptor.name) + descriptor.category + descriptor.description;
   for (const ParameterRecord& input : descriptor.inputs) {
-    text += input.name + fuzz::Bits(CNuvObject(input.default_value));
+    text += input.name + std::to_string(fuzz::Fingerprint(CNuvObject(input.default_value)));
   }
   for (const ResultRecord& result : descriptor.results) text += result.name;
   for (const ConstantRecord& constant : descriptor.constants) {
-    text += fuzz::Bits(CNuvObject(constant.default_value));
+    text += std::to_string(fuzz::Fingerprint(CNuvObject(constant.default_value)));
     const auto* node = constant.choices.First();
     for (; node != nullptr; node = CChoiceMap::Next(node)) text += node->label.c_str();
   }
