@@ -14,14 +14,6 @@
 
 namespace {
 
-TEST(Points, ClusteringThatFailsEmptiesItsResults) {
-  const TranscriptRow rows[] = {
-      {R"({"instr":"_Nuv_Array_CPArrCluster1D_","in":[[[1 1],[2 1]],-1], "prev":[[[1 2]],[[1 2]],5]})",
-       R"({"status":3,"out":[[],[],0]})"},
-  };
-  CheckTranscript(rows);
-}
-
 TEST(Points, ClusteringIsThePlainOne) {
   std::mt19937_64 random(11);
   constexpr double kTolerances[] = {0.5,       1.0,  1.5, 3.0,  100.0, 5e-324, 1e308,

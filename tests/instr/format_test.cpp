@@ -10,25 +10,6 @@ namespace {
 
 using formula::FormatNumbers;
 
-TEST(Format, InvalidConversions) {
-  const struct {
-    const char* format;
-    const char* text;
-    std::vector<std::string_view> invalid;
-  } rows[] = {
-      {"%*f %.*fx %1$f %.-1f", "%*f %.*fx %1$f %.-1f", {"%*f", "%.*f", "%1$f", "%.-1f"}},
-      {"%llf%Lf%lf", "%llf%Lf1.000000", {"%llf", "%Lf"}},
-      {"5%5%", "5%5%", {"%5", "%"}},
-      {"%99999999999999999999f", "%99999999999999999999f", {"%99999999999999999999f"}},
-  };
-  const double one[] = {1.0};
-  for (const auto& row : rows) {
-    const formula::FormattedText formatted = FormatNumbers(row.format, one);
-    EXPECT_EQ(formatted.text, row.text);
-    EXPECT_EQ(formatted.invalid, row.invalid);
-  }
-}
-
 TEST(Format, BeyondAHundredInvalidConversionsAreCounted) {
   nuvhost::ExecSession session(BuiltCatalogue());
   for (const std::size_t count : {100, 101, 103}) {

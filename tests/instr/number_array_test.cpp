@@ -3,50 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <compare>
-#include <cstring>
-#include <limits>
 #include <vector>
 
 #include "algorithm/kernels.h"
 #include "algorithm/sort.h"
 #include "tests/instr/any_arrays.h"
-#include "tests/instr/table.h"
 
 namespace {
 
 using formula::Extreme;
-
-// From 16 elements on the constants 0 and 1 take their own ways.
-TEST(NumberArrays, ConstMulAddBySize) {
-  const struct {
-    const char *number, *factor, *summand, *as_short, *as_long;
-  } rows[] = {
-      {"\"NaN\"", "0", "3", "\"NaN\"", "3"},
-      {"\"Infinity\"", "-0.0", "0", "\"NaN\"", "0"},
-      {"-2", "0", "-0.0", "-0.0", "0"},
-      {"-0.0", "1", "0", "0", "-0.0"},
-      {"-0.0", "2", "0", "0", "-0.0"},
-      {"-0.0", "1", "-0.0", "-0.0", "-0.0"},
-      {"-0.0", "1", "5", "5", "5"},
-      {"3", "2", "1", "7", "7"},
-      {"\"Infinity\"", "1", "\"-Infinity\"", "\"NaN\"", "\"NaN\""},
-  };
-  nuvhost::ExecSession session(BuiltCatalogue());
-  for (const auto& row : rows) {
-    for (const std::size_t size : {15, 16, 17}) {
-      const auto repeated = [size](const char* number) {
-        return nuvhost::Json(std::vector<nuvhost::Json>(size, nuvhost::Json::parse(number)));
-      };
-      const nuvhost::Json request{{"instr", "_Nuv_Array_CNArrMathConstMulAdd_"},
-                                  {"in",
-                                   {repeated(row.number), nuvhost::Json::parse(row.factor),
-                                    nuvhost::Json::parse(row.summand)}}};
-      EXPECT_EQ(Exec(session, request.dump())["out"][0].dump(),
-                repeated(size < 16 ? row.as_short : row.as_long).dump())
-          << request;
-    }
-  }
-}
 
 TEST(NumberArrays, ElementWiseInBothTables) {
   ForTables([](const Kernels& k) {

@@ -10,15 +10,6 @@
 
 namespace {
 
-TEST(Signals, ACircularCorrelationOfNothingLeavesItsResults) {
-  const TranscriptRow rows[] = {
-      {R"({"instr":"_Nuv_Array_CNArrMathCorrelateCircular_","in":[[1],[]],"prev":[[7],8,9]})",
-       R"({"status":0,"out":[[7],8,9],"messages":[{"severity":1,"source":"CorrelateCircular",
-           "text":"No array values to correlate!"}]})"},
-  };
-  CheckTranscript(rows);
-}
-
 Array Smoothed(Array a, std::int64_t passes, bool circular) {
   SmoothPlainly(a, passes, circular);
   return a;

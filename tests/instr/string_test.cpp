@@ -1,4 +1,4 @@
-// Texts: random ones against plain versions, and what leaves a result as it was.
+// Texts: random ones against plain versions.
 
 #include <random>
 
@@ -10,26 +10,6 @@ namespace {
 
 using formula::TextSearch;
 using nuvhost::Json;
-
-TEST(Strings, WhatIsOutOfRangeLeavesTheResultAsItWas) {
-  nuvhost::ExecSession session(BuiltCatalogue());
-  for (const char* call : {
-           R"("_Nuv_String_CLeftStr_","in":["abc",-1],"prev":["old"])",
-           R"("_Nuv_String_CRightStr_","in":["abc","NaN"],"prev":["old"])",
-           R"("_Nuv_String_CMidStr_","in":["abc",-1,1],"prev":["old"])",
-           R"("_Nuv_String_CMidStr_","in":["abc",9,-1],"prev":["old"])",
-           R"("_Nuv_String_CTrimStr_","in":["abc",-1,1],"prev":["old"])",
-           R"("_Nuv_String_CTrimStr_","in":["abc",1,3e9],"prev":["old"])",
-           R"("_Nuv_String_CSetAtStr_","in":["abc",-1,65],"prev":["old"])",
-           R"("_Nuv_String_CSetAtStr_","in":["abc",3,65],"prev":["old"])",
-           R"("_Nuv_String_CSetAtStr_","in":["abc",1,-1],"prev":["old"])",
-           R"("_Nuv_String_CGetAt_","in":["abc",-1],"prev":[7])",
-       }) {
-    const Json answer = Exec(session, std::string(R"({"instr":)") + call + "}");
-    EXPECT_EQ(answer["status"], 0) << call;
-    EXPECT_TRUE(answer["out"][0] == "old" || answer["out"][0] == 7) << call << answer;
-  }
-}
 
 /// Of the first letters, so that it repeats itself, or of all bytes where there are 255 of them.
 std::string RandomText(std::mt19937& random, std::size_t longest, std::size_t letters) {
