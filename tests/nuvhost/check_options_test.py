@@ -116,6 +116,13 @@ class CheckOptions(unittest.TestCase):
         note = check(*FUZZ, "--seed", "1", "--seconds", "1")
         self.assertIn("pass  stress       fuzz  (seed 1, ", note)
 
+    def test_a_label_goes_without_its_last_blanks(self):
+        step = {"name": "last", "instr": "Pick", "in": [[1, 7], 0], "const": {"order": "backward"}}
+        with tempfile.TemporaryDirectory() as folder:
+            program = Path(folder) / "program.json"
+            program.write_text(json.dumps({"steps": [step]}))
+            self.assertIn(b"element  7", run(["--plugin", FAULTY, "run", str(program)]).stdout)
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])

@@ -196,7 +196,7 @@ struct Pick final : Slots<Pick> {
     ConstantRecord& order = Add(r.constants, NUV_PARAM_CHOICE, "order");
     order.default_value = Fault("default choice") ? 2 : 0;
     if (!Fault("no choices")) order.choices.Insert(0, "forward");
-    if (!Fault("no choices")) order.choices.Insert(1, Fault("no label") ? "" : "backward");
+    if (!Fault("no choices")) order.choices.Insert(1, Fault("no label") ? "" : "backward ");
     ConstantRecord& offset = Add(r.constants, NUV_PARAM_INTEGER, "offset");
     offset.default_value = Fault("default range") ? 11 : 0;
     offset.minimum = 0;
