@@ -103,6 +103,7 @@ const Law kOfTextsAndNumbers[] = {
     {"CPackStr(CSArrCreateInf(S, T, s))", "CCreateStrInf(S, T, s)"},
     {"CStringToNumber(CPrintfNum(\"%.17g\", z))", "z"},
     {"CStringToNumber(CPrintfNum(\"%+.16e\", z))", "z"},
+    {"CStringToNumber(CPrintfNum(\"%.1074f\", z))", "z"},
     {"AddNumbers(CTruncate(q), CFractional(q))", "q"},
     {"AddNumbers(MultiplyNumbers(IntegerDivideNumbers(u, v), v), RemainderNumbers(u, v))", "u"},
     {"Not(And(p, CGreater(u, v)))", "Or(Not(p), CLessOrEqual(u, v))"},

@@ -2,7 +2,6 @@
 #include <cmath>
 #include <optional>
 
-#include "algorithm/number_format.h"
 #include "algorithm/number_scan.h"
 #include "tests/instr/random_rounds.h"
 #include "tests/instr/table.h"
@@ -19,19 +18,6 @@ TEST(Scan, HexadecimalNumbers) {
   EXPECT_EQ(ScanNumber("0x1.fffffffffffff8p1023"), HUGE_VAL);
   EXPECT_EQ(ScanNumber("0x.p1"), 0.0);
   EXPECT_EQ(ScanNumber("0xp1"), std::nullopt);
-}
-
-TEST(Scan, ReadsWhatTheFormatterWrites) {
-  std::mt19937_64 random(2);
-  for (int round = RandomRounds(20'000); round > 0; --round) {
-    const double numbers[] = {AnyNumber(random)};
-    for (const char* format : {"%.17g", "%.16e", "%.1074f", "%a", "%#+40.13A"}) {
-      const std::string text = formula::FormatNumbers(format, numbers).text;
-      const double read = ScanNumber(text).value();
-      ASSERT_TRUE(std::isnan(numbers[0]) ? std::isnan(read) : read == numbers[0]) << text;
-      ASSERT_EQ(std::signbit(read), std::signbit(numbers[0])) << text;
-    }
-  }
 }
 
 // Time and memory grow with the text, and digits and exponent may make up for each other.

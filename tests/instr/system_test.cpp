@@ -211,13 +211,6 @@ TEST_F(SystemCalls, RandomNumbersAreTheRuntimes) {
   EXPECT_EQ(draw(), second);
 }
 
-TEST_F(SystemCalls, LogEntriesReachTheHost) {
-  EXPECT_EQ(Ask("_Nuv_System_CLog_", {"100%s\n"})["log"],
-            Json::parse(R"([{"level": 2, "text": "100%s\n"}])"));
-  EXPECT_EQ(Ask("_Nuv_System_CLog_", {"\u00E4"}, {1})["log"],
-            Json::parse("[{\"level\": 1, \"text\": \"\u00E4\"}]"));
-}
-
 TEST_F(SystemCalls, DiskSpaceIsTheDisks) {
   const std::filesystem::path folder = std::filesystem::current_path();
   const auto total = static_cast<double>(std::filesystem::space(folder).capacity);

@@ -6,6 +6,7 @@ one instruction; the table below says, apart from the program, whose saved progr
 """
 
 import copy
+import hashlib
 import json
 import os
 import random
@@ -150,6 +151,16 @@ def change_one(instruction, rng):
 
 
 class Diff(unittest.TestCase):
+    def test_saved_programs_know_the_catalogue(self):
+        """Hosts store an instruction by its position and its identifier, and wire it by names and
+        types: a change is one for every saved program. Whoever means it brings the digest up to
+        date, with a line in the change log."""
+        untold = {"summary", "helpFile", "silentFailure"}
+        known = [{name: value for name, value in one.items() if name not in untold}
+                 for one in CATALOGUE]
+        self.assertEqual(hashlib.sha256(json.dumps(known).encode()).hexdigest(),
+                         "a845d20e97ed6a96595d9a08d45d6dcaa196033f5ec1bab8e36a26f7eeed81e4")
+
     def test_finds_and_judges_each_random_change(self):
         rng = random.Random(14)
         seen = set()

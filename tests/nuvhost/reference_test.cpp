@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <sstream>
 
-#include "nuvhost/library/catalogue.h"
+#include "nuvhost/error.h"
 #include "nuvhost/reference/entries.h"
 #include "nuvhost/reference/plain_text.h"
 #include "nuvhost/reference/search.h"
-#include "nuvhost/system/paths.h"
+#include "nuvhost/text/names.h"
+#include "tests/instr/table.h"
 
 namespace nuvhost {
 namespace {
@@ -45,8 +46,7 @@ TEST(Reference, TellsMarkdownAsText) {
 }
 
 TEST(Reference, HoldsEveryInstructionInReadableLines) {
-  const Catalogue catalogue(DefaultPluginPath());
-  for (const CatalogueEntry& one : catalogue.Entries()) {
+  for (const CatalogueEntry& one : BuiltCatalogue().Entries()) {
     SCOPED_TRACE(one.descriptor->identifier);
     const Entry* entry = FindEntry(one.descriptor->identifier);
     ASSERT_NE(entry, nullptr);
@@ -59,11 +59,10 @@ TEST(Reference, HoldsEveryInstructionInReadableLines) {
 }
 
 TEST(Reference, FindsWhatHasAllWordsBestFirst) {
-  const Catalogue catalogue(DefaultPluginPath());
-  EXPECT_EQ(Search(catalogue, {}).size(), catalogue.Entries().size());
+  EXPECT_EQ(Search(BuiltCatalogue(), {}).size(), BuiltCatalogue().Entries().size());
   const auto names = [&](const std::vector<std::string>& words) {
     std::vector<std::string> found;
-    for (const CatalogueEntry* one : Search(catalogue, words)) {
+    for (const CatalogueEntry* one : Search(BuiltCatalogue(), words)) {
       found.emplace_back(one->descriptor->name);
     }
     return found;
@@ -77,6 +76,30 @@ TEST(Reference, FindsWhatHasAllWordsBestFirst) {
   for (const std::string& name : names({"circle", "point"})) {
     EXPECT_NE(std::ranges::find(circles, name), circles.end()) << name;
   }
+}
+
+/// What a wrong name is answered with.
+std::string Complaint(const std::string& name) {
+  try {
+    BuiltCatalogue().Find(name);
+  } catch (const UserError& error) {
+    return error.what();
+  }
+  return "found";
+}
+
+TEST(Catalogue, AnswersNames) {
+  // Where several share a name, each has another that finds it.
+  for (const CatalogueEntry& one : BuiltCatalogue().Entries()) {
+    const std::string name = one.descriptor->name;
+    EXPECT_EQ(&BuiltCatalogue().Find(one.descriptor->category + (": " + name)), &one);
+    if (Complaint(name) == "found") continue;
+    EXPECT_NE(Complaint(name).find(
+                  '"' + (one.descriptor->category + (": " + NameFromText(name.c_str()))) +
+                  "\" or " + one.descriptor->identifier),
+              std::string::npos);
+  }
+  EXPECT_EQ(Complaint("no such thing at all"), R"(no instruction "no such thing at all")");
 }
 
 }  // namespace

@@ -32,22 +32,6 @@ TEST(FormulaLib, RegistrationWithoutMemoryReleasesWhatWasRegistered) {
   EXPECT_EQ(LiveAllocations(), before);
 }
 
-TEST(FormulaLib, DescriptorsAreBuiltAgainAndClearedWithoutALeak) {
-  const std::ptrdiff_t before = LiveAllocations();
-  CFormulaLib library;
-  const std::ptrdiff_t registered = LiveAllocations();
-  library.InitPlugins();
-  const std::ptrdiff_t built = LiveAllocations();
-  EXPECT_GT(built, registered);
-  library.InitPlugins();
-  EXPECT_EQ(LiveAllocations(), built);
-  library.ReleasePlugins();
-  EXPECT_EQ(library.GetPluginCount(), 0u);
-  EXPECT_EQ(library.InitPlugins(), 0u);
-  library.DeletingDestructor(0);
-  EXPECT_EQ(LiveAllocations(), before);
-}
-
 TEST(FormulaLib, BuildingWithoutMemoryIsMadeUpForByTheNextBuild) {
   CFormulaLib library;
   const std::ptrdiff_t registered = LiveAllocations();
