@@ -10,6 +10,7 @@
 #include "nuvhost/reading/json_table.h"
 #include "nuvhost/system/input_file.h"
 #include "nuvhost/values/json_value.h"
+#include "tests/instr/random_rounds.h"
 #include "tests/instr/table.h"
 
 namespace {
@@ -46,11 +47,8 @@ TEST(ExecSession, RefusesAnyBytesAndGoesOn) {
 TEST(ExecSession, EveryNumberSurvivesTheWayThere) {
   nuvhost::ExecSession session(BuiltCatalogue());
   std::mt19937_64 random(5);
-  for (int round = 0; round < 20000; ++round) {
-    const std::uint64_t bits = random();
-    double number;
-    std::memcpy(&number, &bits, sizeof number);
-    if (round % 2 == 0) number = std::ldexp(static_cast<double>(random() % 100000), round % 60);
+  for (int round = 0; round < 40000; ++round) {
+    const double number = AnyNumber(random);
     const Json sent = nuvhost::NumberToJson(number);
     const Json answer = Exec(session, Json{{"instr", kSet}, {"in", {sent}}}.dump());
     CNuvObject back = nuvhost::FromJson(answer["out"][0], NUV_PARAM_NUMBER);

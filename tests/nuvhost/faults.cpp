@@ -52,11 +52,6 @@ void Read(const CNuvObject* value) {
   if (value != nullptr) sink = static_cast<double>(*value);
 }
 
-[[gnu::noinline]] void Crash() {
-  static int* volatile nowhere = nullptr;
-  *nowhere = 1;
-}
-
 void SetVariable(const char* value) {
 #if defined(_WIN32)
   SetEnvironmentVariableA("NUV_LEFT_BEHIND", value);
@@ -336,6 +331,11 @@ const Row kRows[] = {
 };
 
 }  // namespace
+
+[[gnu::noinline]] void Crash() {
+  static int* volatile nowhere = nullptr;
+  *nowhere = 1;
+}
 
 bool Fault(std::string_view name) {
   const char* fault = std::getenv("NUV_FAULT");

@@ -42,11 +42,6 @@ Status Report(IXInstrContext& context, std::int32_t severity, Status status) {
   return status;
 }
 
-[[gnu::noinline]] void Crash() {
-  static int* volatile nowhere = nullptr;
-  *nowhere = 1;
-}
-
 /// Runs out of stack.
 [[gnu::noinline]] int Recurse(volatile int* above) {
   volatile int here[1000] = {*above};

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
 
@@ -11,6 +10,7 @@
 #include "nuvhost/showing/page_statistics.h"
 #include "nuvhost/showing/result_row.h"
 #include "nuvhost/showing/step_graph.h"
+#include "tests/instr/random_rounds.h"
 #include "tests/instr/table.h"
 
 namespace nuvhost {
@@ -75,7 +75,7 @@ TEST(Page, ChartsWhateverTheNumbersAre) {
 }
 
 TEST(Page, ReadsWhatAColumnIsNamed) {
-  std::mt19937 random(19);
+  std::mt19937_64 random(19);
   const char* const words[] = {"Width",     "",      " ",  " [",        "]",   " (2)",
                                "1 to 2",    "yes",   "no", "at most 3", " mm", " []",
                                "at least ", "5 to ", "\n", "\u00B5m",   ","};
@@ -85,11 +85,8 @@ TEST(Page, ReadsWhatAColumnIsNamed) {
     return made;
   };
   const auto number = [&] {
-    double made;
-    do {
-      const std::uint64_t bits = std::uint64_t{random()} << 32 | random();
-      std::memcpy(&made, &bits, sizeof made);
-    } while (!std::isfinite(made));
+    double made = AnyNumber(random);
+    while (!std::isfinite(made)) made = AnyNumber(random);
     return random() % 2 == 0 ? made : static_cast<double>(random() % 9);
   };
   int without_unit = 0;
