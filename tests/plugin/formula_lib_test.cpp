@@ -33,6 +33,7 @@ TEST(FormulaLib, RegistrationWithoutMemoryReleasesWhatWasRegistered) {
 }
 
 TEST(FormulaLib, BuildingWithoutMemoryIsMadeUpForByTheNextBuild) {
+  const std::ptrdiff_t before = LiveAllocations();
   CFormulaLib library;
   const std::ptrdiff_t registered = LiveAllocations();
   bool failed = true;
@@ -49,6 +50,10 @@ TEST(FormulaLib, BuildingWithoutMemoryIsMadeUpForByTheNextBuild) {
     }
     ASSERT_EQ(LiveAllocations(), registered) << "after " << successes << " allocations";
   }
+  library.ReleasePlugins();
+  EXPECT_EQ(library.GetPluginCount(), 0u);
+  library.DeletingDestructor(0);
+  EXPECT_EQ(LiveAllocations(), before);
 }
 
 TEST(FormulaLib, CreateWithoutMemoryGivesNull) {
