@@ -1,6 +1,5 @@
 #include "reference_host/geometry/circle_fit.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
