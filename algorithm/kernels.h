@@ -71,12 +71,15 @@ struct Kernels {
   std::size_t (*correlate)(double* scores, const double* search, std::size_t windows,
                            const double* differences, std::size_t size, double spread);
 
+  /// The numbers' keys: unsigned integers in the order of the numbers, or in the opposite one. Both
+  /// zeros have one key; NaN have the outermost.
+  void (*sort_keys)(std::uint64_t* keys, const double* in, std::size_t size, bool descending);
   /// Sorts as `SortNumbers` in algorithm/sort.h. Null, as the next one, where lanes do not pay.
   void (*sort_numbers)(double* out, const double* in, std::size_t size, bool descending,
                        std::uint64_t* scratch);
-  /// Sorts words that hold the highest bits in which keys differ above their IndexBits, and there
-  /// the index of the key. Returns whether some of them have the same bits of keys that may differ.
-  /// `spare` has room for as many numbers.
+  /// Writes the indices of at least one key, sorted by the highest bits in which keys differ and
+  /// then by themselves, if those are all bits in which any two differ. Else they stand below the
+  /// bits, in their IndexBits, and true is returned. `spare` has room for as many numbers.
   bool (*sort_indexed)(std::uint64_t* words, const std::uint64_t* keys, std::size_t size,
                        double* spare);
 };

@@ -190,7 +190,7 @@ void SortIndices(std::uint64_t* indices, const std::uint64_t* keys, std::size_t 
   int low = index_bits;
   bool tie = true;
   if (kernels.sort_indexed != nullptr) {
-    tie = kernels.sort_indexed(indices, keys, size, spare);
+    if (!kernels.sort_indexed(indices, keys, size, spare)) return;
   } else {
     Key smallest = ~Key{0};
     Key largest = 0;

@@ -2,7 +2,6 @@
 // for it, else by digits, with the same result.
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -15,15 +14,6 @@ namespace formula {
 /// before 0, and NaN stand at the ends, the negative ones before all numbers, in bit order.
 void SortNumbers(double* out, const double* in, std::size_t size, bool descending,
                  std::uint64_t* scratch, const Kernels& kernels = *kKernels);
-
-/// A number's key: unsigned integers in the order of the numbers, or in the opposite one. Both
-/// zeros have one key; NaN have the outermost.
-inline std::uint64_t SortKey(double number, bool descending) {
-  const auto bits = std::bit_cast<std::uint64_t>(number + 0.0);
-  constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
-  const std::uint64_t key = bits ^ ((0 - (bits >> 63)) | kSign);
-  return key ^ (0 - std::uint64_t{descending});
-}
 
 /// Writes the indices of the keys from the smallest key to the largest, equal ones in increasing
 /// order. `spare` has room for as many numbers.

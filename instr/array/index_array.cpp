@@ -40,8 +40,7 @@ struct CNArrMathIndexArray final : Instruction<CNArrMathIndexArray> {
     std::uint64_t* keys = words.get();
     std::uint64_t* indices = keys + size;
     result.Resize(size);
-    const double* in = array.GetStorage();
-    for (std::size_t i = 0; i < size; ++i) keys[i] = SortKey(in[i], method == 1);
+    kKernels->sort_keys(keys, array.GetStorage(), size, method == 1);
     // The keys hold all that is needed: the result's room serves the sort, even if it is the input.
     double* out = result.GetStorage();
     SortIndices(indices, keys, size, out);

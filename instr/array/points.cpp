@@ -90,7 +90,8 @@ struct CPArrSort final : Instruction<CPArrSort> {
     const auto spare = std::make_unique_for_overwrite<double[]>(size);
     std::uint64_t* keys = words.get();
     std::uint64_t* indices = keys + size;
-    for (std::size_t i = 0; i < size; ++i) keys[i] = SortKey(kCriterion(points[i]), descending);
+    for (std::size_t i = 0; i < size; ++i) spare[i] = kCriterion(points[i]);
+    kKernels->sort_keys(keys, spare.get(), size, descending);
     SortIndices(indices, keys, size, spare.get());
     return Write<PointElement>(call, Picked<CNuvPointVector>{points, indices, size});
   }

@@ -10,6 +10,8 @@ namespace geometry {
 /// A circle in coordinates of a frame.
 struct CircleFigure {
   static constexpr std::size_t kPoints = 3;
+  /// A centre so many times farther away than the points are spread is that of a line.
+  static constexpr double kFarthestCenter = 1e9;
 
   double x = 0.0;
   double y = 0.0;

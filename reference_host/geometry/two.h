@@ -104,6 +104,11 @@ inline double Sum(Two a) {
   return Low(a) + High(a);
 }
 
+/// The sum of the lanes that hold values: `last` is half filled where their count is odd.
+inline double Total(Two pairs, Two last) {
+  return Sum(pairs) + Low(last);
+}
+
 /// The sum of function(value) over an array.
 template <class Function>
 double SumOf(const double* values, std::size_t count, const Function& function) {
@@ -115,7 +120,7 @@ double SumOf(const double* values, std::size_t count, const Function& function) 
   }
   for (; i + 1 < count; i += 2) chains[0] += function(Two(values + i));
   const Two last = i < count ? function(Two(values[i])) : Two();
-  return Sum(chains[0] + chains[1]) + Low(last);
+  return Total(chains[0] + chains[1], last);
 }
 inline double SumOf(const double* values, std::size_t count) {
   return SumOf(values, count, [](Two value) { return value; });

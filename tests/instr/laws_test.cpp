@@ -81,6 +81,7 @@ const Law kOfNumberArrays[] = {
     {"CMax(x, y, c).1", "CMaxArr(CNArrCreateInf(x, y, c)).1"},
     {"CCp(9999, c, c, k, 0.5)", "CCpArr(9999, c, CNArrCreateInf(c, k, 0.5))"},
     {"CCpk(9999, c, c, k, 0.5)", "CCpkArr(9999, c, CNArrCreateInf(c, k, 0.5))"},
+    {"CCpkArr(c, k, F)", "CCpkArr(CNegate(k), CNegate(c), CNArrMathConstMulAdd(F, -1, 0))"},
 };
 
 // S and T are texts, s is a part of S; j and m are a position in S and a count that fits behind it.
