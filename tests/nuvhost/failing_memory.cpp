@@ -12,7 +12,7 @@ namespace {
 struct Failing {
   Failing() {
     if (const char* at = std::getenv("NUV_FAIL_AT")) {
-      failure.emplace(std::atol(at), std::getenv("NUV_FAIL_ALL") != nullptr);
+      failure.emplace(std::atol(at), std::getenv("NUV_FAIL_ALL") != nullptr ? PTRDIFF_MAX : 1);
     }
   }
   ~Failing() {

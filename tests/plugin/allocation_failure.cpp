@@ -1,24 +1,31 @@
 #include "tests/plugin/allocation_failure.h"
 
+#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <new>
+
+#if defined(_WIN32)
+#include <malloc.h>
+#include <windows.h>
+#endif
 
 namespace {
 
 std::ptrdiff_t live_allocations = 0;
 std::ptrdiff_t allocations = 0;
-std::ptrdiff_t successes_left = -1;  // below 0: none is to fail
-bool fails_for_ever = false;
+std::ptrdiff_t successes_left = 0;
+std::ptrdiff_t failures_left = 0;
 bool has_failed = false;
 
 bool IsToFail() noexcept {
   ++allocations;
-  if (successes_left < 0) return false;
+  if (failures_left == 0) return false;
   if (successes_left > 0) {
     --successes_left;
     return false;
   }
-  if (!fails_for_ever) successes_left = -1;
+  --failures_left;
   return has_failed = true;
 }
 
@@ -43,10 +50,9 @@ void CountFree(const void* block) noexcept {
 
 }  // namespace
 
-#if defined(_WIN32) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-// The C runtime's allocations are the sanitizer's, or those of each module: only the operators are
-// counted.
+// The C library's allocations are the sanitizer's: only the operators are counted.
 void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
   return Counted([&] { return std::malloc(size == 0 ? 1 : size); });
 }
@@ -73,6 +79,55 @@ void operator delete[](void* block) noexcept {
 void operator delete[](void* block, std::size_t /*size*/) noexcept {
   operator delete(block);
 }
+
+#elif defined(_WIN32)
+
+namespace {
+
+HANDLE Heap() noexcept {
+  return reinterpret_cast<HANDLE>(_get_heap_handle());
+}
+
+void* Malloc(std::size_t size) noexcept {
+  return Counted([&] { return HeapAlloc(Heap(), 0, size); });
+}
+void* Calloc(std::size_t count, std::size_t size) noexcept {
+  return Counted([&] { return HeapAlloc(Heap(), HEAP_ZERO_MEMORY, count * size); });
+}
+void* Realloc(void* block, std::size_t size) noexcept {
+  return Moved(block, [&] {
+    return block == nullptr ? HeapAlloc(Heap(), 0, size) : HeapReAlloc(Heap(), 0, block, size);
+  });
+}
+void Free(void* block) noexcept {
+  CountFree(block);
+  HeapFree(Heap(), 0, block);
+}
+
+/// Lets a function of the C runtime, which all modules share, begin with a jump to another.
+template <class Function>
+void Replace(const char* name, Function* function) {
+  void* code = reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("msvcrt.dll"), name));
+  std::uint8_t jump[] = {0x48, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xE0};  // mov rax, ...; jmp rax
+  std::memcpy(jump + 2, &function, sizeof function);
+  DWORD access = 0;
+  VirtualProtect(code, sizeof jump, PAGE_EXECUTE_READWRITE, &access);
+  std::memcpy(code, jump, sizeof jump);
+}
+
+[[maybe_unused]] const bool are_replaced = [] {
+  Replace("malloc", &Malloc);
+  Replace("calloc", &Calloc);
+  Replace("realloc", &Realloc);
+  Replace("free", &Free);
+  try {  // so that what this program's C++ runtime keeps for exceptions is lost in no test
+    throw 0;
+  } catch (int) {
+    return true;
+  }
+}();
+
+}  // namespace
 
 #else
 
@@ -111,14 +166,14 @@ std::ptrdiff_t Allocations() {
   return allocations;
 }
 
-FailingAllocation::FailingAllocation(std::ptrdiff_t successes, bool for_ever) {
+FailingAllocation::FailingAllocation(std::ptrdiff_t successes, std::ptrdiff_t failures) {
   has_failed = false;
-  fails_for_ever = for_ever;
   successes_left = successes;
+  failures_left = failures;
 }
 
 FailingAllocation::~FailingAllocation() {
-  successes_left = -1;
+  failures_left = 0;
 }
 
 bool FailingAllocation::HasFailed() const {
