@@ -175,6 +175,10 @@ void RunPlan::PlanPartRows(const RunWords& words) {
   const std::string file =
       fixed != fixed_.end() ? fixed->second.name
                             : BesideProgram(program_.source.Name(), program_.data[divided_].file);
+  if (file == "-") {
+    throw UserError("{}: the file of the parts is read twice, which standard input cannot be",
+                    option);
+  }
   fixed_[divided_] = {file};
   rows_ = PartRows::Find(file, words.part_column, program_.data[divided_].decimal);
   is_of_parts_ = true;

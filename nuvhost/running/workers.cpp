@@ -3,6 +3,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "nuvhost/error.h"
 #include "nuvhost/reading/source_text.h"
 #include "nuvhost/system/paths.h"
 #include "nuvhost/text/utf8.h"
@@ -53,6 +54,11 @@ void Workers::Ask(Worker& worker) {
 RunOutcome Workers::Next(const StepListener& listener) {
   const std::size_t run_number = next_;
   Worker& worker = workers_[(run_number - first_) % words_.jobs];
+  if (!worker.is_ready && !worker.process->Read()) {
+    throw UserError(
+        "a process for --jobs ended before it took a part, which says nothing of parts; try fewer");
+  }
+  worker.is_ready = true;
   const std::optional<std::string_view> answer = worker.process->Read();
   ++next_;
   RunOutcome run;
@@ -83,6 +89,7 @@ void ServeRuns(const Program& program, bool keep_going, const Telling& telling) 
   LeaveInterruptsToParent();
   ExpectTheWorst();
   PrivateOutput output;  // what else is printed would spoil the answers
+  output.Write(Framed(""));
   Services services;
   while (const std::optional<std::string> message = ReadMessage()) {
     const Question question = UnpackQuestion(*message);

@@ -28,7 +28,8 @@ class Workers {
   Workers(const Program& program, const RunPlan& plan, std::size_t first, const WorkerWords& words,
           Services& services);
 
-  /// The outcome of the next run in order. The listener hears of its steps.
+  /// The outcome of the next run in order. The listener hears of its steps. Throws UserError where
+  /// a process ends before it can take a run.
   RunOutcome Next(const StepListener& listener);
 
  private:
@@ -37,6 +38,7 @@ class Workers {
     std::size_t next = 0;                ///< the first of its runs that it was not asked for yet
     std::deque<std::size_t> asked = {};  ///< the sizes of the questions without an answer
     std::size_t unread = 0;              ///< their sum
+    bool is_ready = false;               ///< it has said so, which comes before all answers
   };
 
   /// Keeps a few of its runs waiting with a worker.

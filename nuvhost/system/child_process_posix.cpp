@@ -25,6 +25,7 @@ namespace nuvhost {
 namespace {
 
 constexpr int kPipeSize = 1 << 20;
+constexpr const char kNoPipe[] = "no pipe to another process: {}; fewer --jobs need fewer";
 constexpr std::size_t kMaxOutput = std::size_t{256} << 20;
 
 /// Which files a child starts with.
@@ -136,9 +137,13 @@ ChildEnd RunChild(const std::filesystem::path& program, const std::vector<std::s
 }
 
 PrivateOutput::PrivateOutput() {
-  // Where nobody looks: neither the next free number, nor one that two processes have in common.
+  // Where nobody looks: neither the next free number, nor one that two processes have in common;
+  // and among those that a process may have.
   std::random_device random;
-  const int lowest = static_cast<int>(100 + random() % 800);
+  rlimit files{};
+  getrlimit(RLIMIT_NOFILE, &files);
+  const auto most = static_cast<unsigned>(std::min<rlim_t>(files.rlim_cur, 1024));
+  const int lowest = static_cast<int>(most / 8 + random() % (most / 2 + 1));
   const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
   const int output = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, lowest);
   if (nowhere < 0 || output < 0 || dup2(nowhere, STDOUT_FILENO) < 0) {
@@ -170,11 +175,11 @@ Partner::Partner(const std::filesystem::path& program, const std::vector<std::st
     : process_(std::make_unique<Process>()) {
   int input[2];
   int output[2];
-  if (pipe2(input, O_CLOEXEC) != 0) throw UserError("no pipe: {}", std::strerror(errno));
+  if (pipe2(input, O_CLOEXEC) != 0) throw UserError(kNoPipe, std::strerror(errno));
   if (pipe2(output, O_CLOEXEC) != 0) {
     close(input[0]);
     close(input[1]);
-    throw UserError("no pipe: {}", std::strerror(errno));
+    throw UserError(kNoPipe, std::strerror(errno));
   }
   fcntl(output[1], F_SETPIPE_SZ, kPipeSize);  // a larger one lets it go on meanwhile
   posix_spawn_file_actions_t actions;

@@ -185,7 +185,25 @@ def outlives_a_process_that_ends():
     expect(folder.read("two.csv") == folder.read("one.csv"), "resumed side by side")
 
 
+def gets_by_with_few_files():
+    import resource
+    folder = Folder(parts=30, wait=0)
+    wanted = folder.run("--results", "one.csv")
+
+    def limited(files, name):
+        return folder.run("--results", name, "--jobs", "4", preexec_fn=lambda: resource.setrlimit(
+            resource.RLIMIT_NOFILE, (files, files)))
+
+    expect(limited(48, "few.csv") == wanted, "48 files")
+    expect(folder.read("few.csv") == folder.read("one.csv"), "results with 48 files")
+    code, _, error = limited(10, "none.csv")
+    expect(code == 2 and "fewer --jobs" in error, "10 files", code, error)
+    expect(folder.read("none.csv").count(b"\n") <= 1, "rows of parts that were not run")
+    code, _, error = folder.run("--data", "n=-")
+    expect(code == 2 and "standard input cannot be" in error, code, error)
+
+
 if __name__ == "__main__":
     sys.exit(runs.main([answers_alike_side_by_side, loses_nothing_that_was_written] + NATIVE * [
-        outlives_a_process_that_ends, ends_where_it_is_interrupted, shows_on_a_terminal_how_far_it_is],
-        "nothing is lost"))
+        outlives_a_process_that_ends, ends_where_it_is_interrupted, gets_by_with_few_files,
+        shows_on_a_terminal_how_far_it_is], "nothing is lost"))
