@@ -154,9 +154,11 @@ TEST(Memory, WithoutItALibraryIsNotLoaded) {
 }
 
 TEST(Memory, WithoutItAnInstructionFailsAndNoResultIsNew) {
+  const nuvhost::Catalogue& catalogue =
+      BuiltCatalogue();  // loaded before the environment is cleared
   fuzz::EnterSandbox();
   std::size_t failures = 0;
-  for (const nuvhost::CatalogueEntry& instruction : BuiltCatalogue().Entries()) {
+  for (const nuvhost::CatalogueEntry& instruction : catalogue.Entries()) {
     const std::string identifier = instruction.descriptor->identifier;
     for (unsigned seed = 1; seed <= 12; ++seed) {
       for (const bool has_results : {true, false}) {
