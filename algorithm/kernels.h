@@ -75,20 +75,19 @@ struct Kernels {
   /// zeros have one key; NaN have the outermost.
   void (*sort_keys)(std::uint64_t* keys, const double* in, std::size_t size, bool descending);
   /// Sorts as `SortNumbers` in algorithm/sort.h. Null, as the next one, where lanes do not pay.
-  void (*sort_numbers)(double* out, const double* in, std::size_t size, bool descending,
-                       std::uint64_t* scratch);
+  void (*sort_numbers)(double* out, const double* in, std::size_t size, bool descending);
   /// Writes the indices of at least one key, sorted by the highest bits in which keys differ and
   /// then by themselves, if those are all bits in which any two differ. Else they stand below the
-  /// bits, in their IndexBits, and true is returned. `spare` has room for as many numbers.
-  bool (*sort_indexed)(std::uint64_t* words, const std::uint64_t* keys, std::size_t size,
-                       double* spare);
+  /// bits, in their IndexBits, and true is returned.
+  bool (*sort_indexed)(std::uint64_t* words, const std::uint64_t* keys, std::size_t size);
 };
 
 inline constexpr std::ptrdiff_t kSmoothPasses = 32;
-inline constexpr std::size_t kCorrelationPadding = 32;
+inline constexpr std::size_t kCorrelationPadding = 64;
 
 extern const Kernels kBaseKernels;
-extern const Kernels kAvx2Kernels;  ///< on x86-64 alone
+extern const Kernels kAvx2Kernels;  ///< on x86-64 alone, as the next
+extern const Kernels kAvx512Kernels;
 
 /// The table for this processor, set while the library is loaded.
 extern const Kernels* const kKernels;

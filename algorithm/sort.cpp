@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <functional>
+#include <memory>
 #include <numeric>
 
 namespace formula {
@@ -138,12 +139,14 @@ bool RadixPays(std::size_t size) {
 }  // namespace
 
 void SortNumbers(double* out, const double* in, std::size_t size, bool descending,
-                 std::uint64_t* scratch, const Kernels& kernels) {
+                 const Kernels& kernels) {
   if (size == 0) return;
   if (kernels.sort_numbers != nullptr) {
-    kernels.sort_numbers(out, in, size, descending, scratch);
+    kernels.sort_numbers(out, in, size, descending);
     return;
   }
+  const auto keys = std::make_unique_for_overwrite<Key[]>(size);
+  Key* const scratch = keys.get();
   Key smallest = ~Key{0};
   Key largest = 0;
   bool sorted = true;
@@ -190,7 +193,7 @@ void SortIndices(std::uint64_t* indices, const std::uint64_t* keys, std::size_t 
   int low = index_bits;
   bool tie = true;
   if (kernels.sort_indexed != nullptr) {
-    if (!kernels.sort_indexed(indices, keys, size, spare)) return;
+    if (!kernels.sort_indexed(indices, keys, size)) return;
   } else {
     Key smallest = ~Key{0};
     Key largest = 0;

@@ -9,11 +9,12 @@
 
 namespace formula {
 
-/// Writes the `size` numbers to `out`, which may be `in`, ascending or descending; `scratch` has
-/// room for as many keys. Where numbers are not equal the result is that of any sort; -0 stands
-/// before 0, and NaN stand at the ends, the negative ones before all numbers, in bit order.
+/// Writes the `size` numbers to `out`, which may be `in`, ascending or descending. Where numbers
+/// are not equal the result is that of any sort; -0 stands before 0, and NaN stand at the ends, the
+/// negative ones before all numbers, in bit order. May allocate; if that throws, nothing is
+/// written.
 void SortNumbers(double* out, const double* in, std::size_t size, bool descending,
-                 std::uint64_t* scratch, const Kernels& kernels = *kKernels);
+                 const Kernels& kernels = *kKernels);
 
 /// Writes the indices of the keys from the smallest key to the largest, equal ones in increasing
 /// order. `spare` has room for as many numbers.

@@ -1,7 +1,6 @@
 // Copying, inserting, filling, reversing and sorting number arrays.
 
 #include <algorithm>
-#include <memory>
 
 #include "algorithm/kernels.h"
 #include "algorithm/sort.h"
@@ -84,9 +83,8 @@ struct CNArrSort final : Instruction<CNArrSort> {
   };
   static Status Run(Call& call, const CNuvDoubleVector& in, bool descending) {
     CNuvDoubleVector& out = call.NumbersResult(0);
-    const auto scratch = std::make_unique_for_overwrite<std::uint64_t[]>(in.Size());
     out.Resize(in.Size());
-    SortNumbers(out.GetStorage(), in.GetStorage(), out.Size(), descending, scratch.get());
+    SortNumbers(out.GetStorage(), in.GetStorage(), out.Size(), descending);
     return Status::kSuccess;
   }
 };

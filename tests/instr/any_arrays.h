@@ -1,4 +1,4 @@
-// Number arrays of every kind that could mislead an algorithm, and both tables of kernels.
+// Number arrays of every kind that could mislead an algorithm, and every table of kernels.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -51,8 +51,8 @@ inline Array AnyArray(std::mt19937_64& random, std::size_t size, unsigned kind) 
 template <class Check>
 void ForArrays(Check check) {
   std::mt19937_64 random(5);
-  for (std::size_t size = 0; size <= 134; ++size) {
-    const std::size_t length = size <= 130 ? size : 2500 * (size - 130) + random() % 4000;
+  for (std::size_t size = 0; size <= 304; ++size) {
+    const std::size_t length = size <= 300 ? size : 2500 * (size - 300) + random() % 4000;
     for (unsigned kind = 0; kind < 8; ++kind) {
       SCOPED_TRACE(testing::Message() << "size " << length << ", kind " << kind);
       check(random, AnyArray(random, length, kind));
@@ -65,6 +65,14 @@ void ForArrays(Check check) {
 template <class Check>
 void ForTables(Check check) {
   check(formula::kBaseKernels);
-  SCOPED_TRACE("AVX2");
-  if (formula::kKernels != &formula::kBaseKernels) check(*formula::kKernels);
+#ifdef __x86_64__
+  if (__builtin_cpu_supports("avx2")) {
+    SCOPED_TRACE("AVX2");
+    check(formula::kAvx2Kernels);
+  }
+  if (formula::kKernels == &formula::kAvx512Kernels) {
+    SCOPED_TRACE("AVX-512");
+    check(formula::kAvx512Kernels);
+  }
+#endif
 }

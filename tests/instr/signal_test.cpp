@@ -15,7 +15,7 @@ Array Smoothed(Array a, std::int64_t passes, bool circular) {
   return a;
 }
 
-TEST(Signals, SmoothInBothTables) {
+TEST(Signals, SmoothInEveryTable) {
   ForTables([](const Kernels& k) {
     ForArrays([&](std::mt19937_64& random, const Array& in) {
       if (in.size() < 3) return;
@@ -23,9 +23,10 @@ TEST(Signals, SmoothInBothTables) {
       for (const std::uint64_t passes : {std::uint64_t{1}, 2 + random() % (most - 2), most}) {
         for (const bool circular : {false, true}) {
           const auto count = static_cast<std::ptrdiff_t>(passes);
-          Array out(in.size());
-          k.smooth(out.data(), in.data(), in.size(), count, circular);
-          ExpectSame(out, Smoothed(in, count, circular));
+          Array out(in.size() + random() % 8);  // its end is written, which begins anywhere
+          double* const end = out.data() + (out.size() - in.size());
+          k.smooth(end, in.data(), in.size(), count, circular);
+          ExpectSame({end, end + in.size()}, Smoothed(in, count, circular));
         }
       }
     });
@@ -72,7 +73,7 @@ TEST(Signals, SmoothManyTimes) {
   ExpectSame(GetArray(call.results[0]), Smoothed(in, 5000, false));
 }
 
-TEST(Signals, CorrelateInBothTables) {
+TEST(Signals, CorrelateInEveryTable) {
   ForTables([](const Kernels& k) {
     std::mt19937_64 random(8);
     for (unsigned round = 0; round < 1500; ++round) {
