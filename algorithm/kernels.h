@@ -1,8 +1,9 @@
 // Kernels: the inner loops of the number-array instructions, over plain pointers.
 //
-// There are two tables of the same functions, for the lanes of two numbers that every processor
-// has and for the four of AVX2. Both give the bits of the plain formula on every element (of two
-// NaN operands either may be the result's payload, and the sign of a new NaN is the processor's).
+// There are tables of the same functions, for the lanes of two numbers that every processor has,
+// for the four of AVX2 and the eight of AVX-512. All give the bits of the plain formula on every
+// element (of two NaN operands either may be the result's payload, and the sign of a new NaN is the
+// processor's).
 #pragma once
 
 #include <cstddef>
