@@ -48,12 +48,10 @@ bool HasOwnDataAlone(const Program& program, const RunOptions& options) {
 WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::size_t runs) {
   const std::size_t jobs =
       options.jobs > 0 ? options.jobs : std::max(1u, std::thread::hardware_concurrency());
-  const bool is_json = options.results.ends_with(".json");
-  const bool shows_all = is_json || options.trace || program.report.empty();
-  const Telling telling{.values = shows_all || !options.results.empty(),
-                        .arrays = shows_all,
-                        .drawings = is_json || !options.overlay.empty(),
-                        .drawings_of_not_good = !options.report.empty(),
+  const Telling telling{.results = options.trace,
+                        .results_of_shown = program.report.empty(),
+                        .drawings = !options.overlay.empty(),
+                        .drawings_of_shown = !options.report.empty(),
                         .inputs = options.trace};
   const auto is_standard_input = [](const std::string& word) {
     return word == kStandardInput || word.ends_with(std::string("=") + kStandardInput);
@@ -67,6 +65,7 @@ WorkerWords WorkersFor(const Program& program, const RunOptions& options, std::s
                     {"--plugin", options.plugin, "run", "--serve", telling.Word()}};
   if (options.keep_going) words.words.emplace_back("--keep-going");
   if (!options.until.empty()) words.words.push_back("--until=" + options.until);
+  if (!options.results.empty()) words.words.push_back("--results=" + options.results);
   words.words.insert(words.words.end(), {"--", options.program});
   return words;
 }
@@ -125,7 +124,8 @@ int RunProgram(const Catalogue& catalogue, const RunOptions& options) {
   }
   if (!options.until.empty()) EndWith(program, options.until);
   if (!options.serve.empty()) {
-    ServeRuns(program, options.keep_going, Telling::Of(options.serve));
+    ServeRuns(program, options.keep_going, Telling::Of(options.serve),
+              options.results.empty() ? nullptr : MakeRows(program, options.results));
     return kExitSuccess;
   }
   return RunChecked(catalogue, program, options, image);

@@ -70,22 +70,23 @@ Record TakeRecord(Unpacker& unpacker) {
 
 std::string Telling::Word() const {
   std::string word = "short";
-  if (values) word += "+values";
-  if (arrays) word += "+arrays";
+  if (results) word += "+results";
+  if (results_of_shown) word += "+shown";
   if (drawings) word += "+drawings";
-  if (drawings_of_not_good) word += "+pictures";
+  if (drawings_of_shown) word += "+pictures";
   if (inputs) word += "+inputs";
   return word;
 }
 
 Telling Telling::Of(std::string_view word) {
   const auto has = [&](const char* part) { return word.find(part) != word.npos; };
-  return {has("+values"), has("+arrays"), has("+drawings"), has("+pictures"), has("+inputs")};
+  return {has("+results"), has("+shown"), has("+drawings"), has("+pictures"), has("+inputs")};
 }
 
-std::string Pack(const RunPlan& plan, std::size_t run) {
+std::string Pack(const RunPlan& plan, std::size_t run, bool is_shown) {
   Packer packer;
   packer.Put(plan.Name(run));
+  packer.Put(is_shown);
   PutList(packer, plan.Files(run), [&](const auto& replaced) {
     const auto& [datum, file] = replaced;
     packer.Put(datum);
@@ -102,7 +103,8 @@ std::string Pack(const RunPlan& plan, std::size_t run) {
 
 Question UnpackQuestion(std::string_view bytes) {
   Unpacker unpacker(bytes);
-  Question question{unpacker.TakeText(), {}};
+  Question question{unpacker.TakeText()};
+  question.is_shown = unpacker.Take<bool>();
   for (std::size_t count = unpacker.TakeCount(); count > 0; --count) {
     DataFile& file = question.files[unpacker.Take<std::size_t>()];
     file.name = unpacker.TakeText();
@@ -121,12 +123,13 @@ std::string PackInputs(const StepOutcome& step) {
   return packer.Bytes();
 }
 
-std::string Pack(const Program& program, const RunOutcome& run, const Telling& telling,
-                 const std::vector<std::string>& inputs) {
-  const bool is_good = run.state <= RunOutcome::State::kGood;
-  const bool drawings = telling.drawings || (telling.drawings_of_not_good && !is_good);
+std::string Pack(const Program& program, const RunOutcome& run, bool is_shown,
+                 const Telling& telling, const std::vector<std::string>& inputs) {
+  const bool results = telling.results || (telling.results_of_shown && is_shown);
+  const bool drawings = telling.drawings || (telling.drawings_of_shown && is_shown);
   Packer packer;
   packer.Put(run.state);
+  packer.Put(run.row);
   PutList(packer, run.errors, [&](const std::string& error) { packer.Put(error); });
   packer.Put(run.steps.size());
   for (std::size_t i = 0; i < run.steps.size(); ++i) {
@@ -140,9 +143,7 @@ std::string Pack(const Program& program, const RunOutcome& run, const Telling& t
     packer.Put(step.duration.count());
     packer.Put(step.context->results.size());
     for (std::size_t j = 0; j < step.context->results.size(); ++j) {
-      const bool is_array =
-          program.steps[i].instruction->descriptor->results[j].type >= NUV_PARAM_BOOLEAN_ARRAY;
-      const bool is_told = (is_array ? telling.arrays : telling.values) || IsShown(program, {i, j});
+      const bool is_told = results || IsShown(program, {i, j});
       packer.Put(is_told ? step.context->results[j] : CNuvObject());
     }
     PutList(packer, step.context->marks, [&](const CallContext::Mark& mark) {
@@ -159,6 +160,7 @@ RunOutcome UnpackOutcome(const Program& program, std::string_view bytes, Service
   Unpacker unpacker(bytes);
   RunOutcome run;
   run.state = unpacker.Take<RunOutcome::State>();
+  run.row = unpacker.TakeText();
   TakeList(unpacker, run.errors, [&] { return unpacker.TakeText(); });
   run.steps.resize(unpacker.TakeCount());
   for (std::size_t i = 0; i < run.steps.size(); ++i) {

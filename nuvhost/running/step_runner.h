@@ -50,7 +50,12 @@ struct RunOutcome {
   State state = State::kSucceeded;
   std::vector<std::string> errors;  ///< as they were told on standard error
   std::vector<StepOutcome> steps;   ///< as many as the program has; none for unreadable data
+  std::string row;                  ///< as the results file holds it, where another process made it
 };
+
+/// Of so many runs at most more is shown than what came of them: of the first ones, or else of the
+/// first that are not good.
+inline constexpr std::size_t kMostShown = 100;
 
 /// Told of every step that was run, at once, while its inputs are still there.
 using StepListener = std::function<void(std::size_t step, const StepOutcome& outcome)>;

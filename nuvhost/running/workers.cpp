@@ -32,17 +32,17 @@ Workers::Workers(const Program& program, const RunPlan& plan, std::size_t first,
       first_(first),
       next_(first) {
   for (std::size_t i = 0; i < words.jobs; ++i) {
-    workers_.push_back({std::make_unique<Partner>(ProgramPath(), words.words), first + i});
-    Ask(workers_.back());
+    Ask(workers_.emplace_back(words_, first + i));
   }
 }
 
 void Workers::Ask(Worker& worker) {
-  if (worker.unread > Partner::kMostUnread / 2) return;  // many at once, or none
+  if (worker.unread > worker.most_unread / 2) return;  // many at once, or none
   std::string questions;
   for (; worker.next < plan_.Size(); worker.next += words_.jobs) {
-    const std::string question = Framed(Pack(plan_, worker.next));
-    const bool fits = worker.unread + question.size() <= Partner::kMostUnread;
+    const bool is_shown = worker.next - first_ < kMostShown;
+    const std::string question = Framed(Pack(plan_, worker.next, is_shown));
+    const bool fits = worker.unread + question.size() <= worker.most_unread;
     if (!fits && !worker.asked.empty()) break;
     questions += question;
     worker.asked.push_back(question.size());
@@ -75,7 +75,7 @@ RunOutcome Workers::Next(const StepListener& listener) {
     worker.asked.pop_front();
   } else {
     run = Crashed(program_, plan_.Name(run_number));
-    worker = {std::make_unique<Partner>(ProgramPath(), words_.words), run_number + words_.jobs};
+    worker = Worker(words_, run_number + words_.jobs);
   }
   run.file = ValidUtf8(plan_.Name(run_number));
   Ask(worker);
@@ -85,21 +85,26 @@ RunOutcome Workers::Next(const StepListener& listener) {
   return run;
 }
 
-void ServeRuns(const Program& program, bool keep_going, const Telling& telling) {
+void ServeRuns(const Program& program, bool keep_going, const Telling& telling,
+               const RowMaker& make_row) {
   LeaveInterruptsToParent();
   ExpectTheWorst();
   PrivateOutput output;  // what else is printed would spoil the answers
   output.Write(Framed(""));
   Services services;
+  std::size_t not_good = 0;
   while (const std::optional<std::string> message = ReadMessage()) {
     const Question question = UnpackQuestion(*message);
     std::vector<std::string> inputs(program.steps.size());
     const auto listener = [&](std::size_t step, const StepOutcome& outcome) {
       if (telling.inputs) inputs[step] = PackInputs(outcome);
     };
-    const RunOutcome run =
+    RunOutcome run =
         RunOver(program, question.name, question.files, keep_going, services, listener);
-    output.Write(Framed(Pack(program, run, telling, inputs)));
+    if (make_row) run.row = make_row(run);
+    const bool is_good = run.state <= RunOutcome::State::kGood;
+    const bool is_shown = question.is_shown || (!is_good && ++not_good <= kMostShown);
+    output.Write(Framed(Pack(program, run, is_shown, telling, inputs)));
   }
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "nuvhost/running/run_plan.h"
 #include "nuvhost/running/step_runner.h"
 #include "nuvhost/system/child_process.h"
+#include "nuvhost/system/paths.h"
 
 namespace nuvhost {
 
@@ -34,11 +36,17 @@ class Workers {
 
  private:
   struct Worker {
+    Worker(const WorkerWords& words, std::size_t run)
+        : process(std::make_unique<Partner>(ProgramPath(), words.words)),
+          next(run),
+          most_unread(process->MostUnread()) {}
+
     std::unique_ptr<Partner> process;
-    std::size_t next = 0;                ///< the first of its runs that it was not asked for yet
-    std::deque<std::size_t> asked = {};  ///< the sizes of the questions without an answer
-    std::size_t unread = 0;              ///< their sum
-    bool is_ready = false;               ///< it has said so, which comes before all answers
+    std::size_t next;               ///< the first of its runs that it was not asked for yet
+    std::deque<std::size_t> asked;  ///< the sizes of the questions without an answer
+    std::size_t unread = 0;         ///< their sum
+    std::size_t most_unread;
+    bool is_ready = false;  ///< it has said so, which comes before all answers
   };
 
   /// Keeps a few of its runs waiting with a worker.
@@ -53,8 +61,13 @@ class Workers {
   std::size_t next_;
 };
 
-/// Carries out the runs that it is asked for on standard input, until that ends.
-void ServeRuns(const Program& program, bool keep_going, const Telling& telling);
+/// A run as the results file holds it.
+using RowMaker = std::function<std::string(const RunOutcome& run)>;
+
+/// Carries out the runs that it is asked for on standard input, until that ends; makes their rows
+/// where that is wanted.
+void ServeRuns(const Program& program, bool keep_going, const Telling& telling,
+               const RowMaker& make_row);
 
 /// Reads the data and runs the steps over them; an outcome in any case.
 RunOutcome RunOver(const Program& program, const std::string& name, const Replacements& files,

@@ -51,6 +51,7 @@ void PageFile::RunEnded(std::size_t /*run*/, const RunOutcome& outcome) {
   part.state = outcome.state;
   part.errors = outcome.errors;
   part.values = ValuesOf(program_, outcome);
+  static_assert(kMostPictures <= kMostShown);  // of further ones another process tells no drawings
   if (!PageData::IsNotGood(part) || pictures_ == kMostPictures) return;
   ++pictures_;
   const Annotations annotations = AnnotationsOf(outcome);

@@ -6,8 +6,6 @@
 
 namespace nuvhost {
 
-/// Of so many parts that are not good at most something is printed.
-inline constexpr std::size_t kMostShown = 100;
 /// Below a table in which bad values stand behind an exclamation mark.
 inline constexpr const char* kBadNote = "\n  ! not within its limits\n";
 

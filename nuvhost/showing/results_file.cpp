@@ -90,19 +90,23 @@ Form FormOf(const std::string& name) {
   throw UserError("--results {}: the file's name must end in .csv, .json or .jsonl", name);
 }
 
+/// A run as a file of that form holds it, unless it was made already.
+std::string RowOf(const RowMaker& make, const RunOutcome& run) {
+  return run.row.empty() ? make(run) : run.row;
+}
+
 /// A row for each run, in CSV or JSON lines, in a file of either kind.
 template <class File>
 class Rows final : public RunObserver {
  public:
   template <class... Words>
-  Rows(const Program& program, Form form, bool has_header, const Words&... words)
-      : program_(program), columns_(ResultColumns(program)), form_(form), file_(words...) {
-    if (form_ == Form::kCsv && !has_header) file_.Write(CsvHeader(columns_));
+  Rows(const Program& program, bool has_header, const std::string& name, const Words&... words)
+      : make_(MakeRows(program, name)), file_(name, words...) {
+    if (FormOf(name) == Form::kCsv && !has_header) file_.Write(CsvHeader(ResultColumns(program)));
   }
 
   void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
-    const std::vector<ResultCell> cells = ResultCells(program_, outcome);
-    file_.Write(form_ == Form::kCsv ? CsvLine(cells) : JsonLine(columns_, cells));
+    file_.Write(RowOf(make_, outcome));
   }
 
   int Finish() override {
@@ -111,9 +115,7 @@ class Rows final : public RunObserver {
   }
 
  private:
-  const Program& program_;
-  std::vector<std::string> columns_;
-  Form form_;
+  RowMaker make_;
   File file_;
 };
 
@@ -121,13 +123,13 @@ class Rows final : public RunObserver {
 class WholeJson final : public RunObserver {
  public:
   WholeJson(const Program& program, const std::string& name)
-      : program_(program), file_(name, kWhat) {
+      : make_(MakeRows(program, name)), file_(name, kWhat) {
     file_.Write(fmt::format("{{\n\"program\": {},\n\"title\": {},\n\"runs\": [",
                             Text(program.source.Name()), Text(program.title)));
   }
 
   void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
-    file_.Write(std::exchange(separator_, ",\n") + Text(RunToJson(program_, outcome)));
+    file_.Write(std::exchange(separator_, ",\n") + RowOf(make_, outcome));
   }
 
   int Finish() override {
@@ -137,7 +139,7 @@ class WholeJson final : public RunObserver {
   }
 
  private:
-  const Program& program_;
+  RowMaker make_;
   OutputFile file_;
   std::string separator_ = "\n";
 };
@@ -185,16 +187,29 @@ EarlierRuns ReadEarlier(const std::string& name, const Program& program, const R
   return earlier;
 }
 
+RowMaker MakeRows(const Program& program, const std::string& name) {
+  switch (FormOf(name)) {
+    case Form::kJson:
+      return [&program](const RunOutcome& run) { return Text(RunToJson(program, run)); };
+    case Form::kCsv:
+      return [&program](const RunOutcome& run) { return CsvLine(ResultCells(program, run)); };
+    case Form::kJsonLines: break;
+  }
+  return [&program, columns = ResultColumns(program)](const RunOutcome& run) {
+    return JsonLine(columns, ResultCells(program, run));
+  };
+}
+
 std::unique_ptr<RunObserver> MakeResults(const Program& program, const RunPlan& plan,
                                          const ResultsWords& words, const EarlierRuns& earlier) {
   const Form form = FormOf(words.name);
   if (form == Form::kJson) return std::make_unique<WholeJson>(program, words.name);
   if (!plan.IsBatch() && !words.resume) {
-    return std::make_unique<Rows<OutputFile>>(program, form, false, words.name, kWhat);
+    return std::make_unique<Rows<OutputFile>>(program, false, words.name, kWhat);
   }
   using Mode = StreamFile::Mode;
   const Mode mode = words.resume ? Mode::kGoOn : words.overwrite ? Mode::kOverwrite : Mode::kNew;
-  return std::make_unique<Rows<StreamFile>>(program, form, earlier.end > 0, words.name, kWhat, mode,
+  return std::make_unique<Rows<StreamFile>>(program, earlier.end > 0, words.name, kWhat, mode,
                                             earlier.end);
 }
 

@@ -6,6 +6,7 @@
 
 #include "nuvhost/running/program_runs.h"
 #include "nuvhost/running/run_observer.h"
+#include "nuvhost/running/workers.h"
 
 namespace nuvhost {
 
@@ -19,6 +20,10 @@ struct ResultsWords {
 /// The runs whose results a file holds already. Throws UserError for a file that an earlier run of
 /// this program over the same parts, in the same order, did not begin.
 EarlierRuns ReadEarlier(const std::string& name, const Program& program, const RunPlan& plan);
+
+/// What makes the rows of a results file of that name. It refers to the program. Throws UserError
+/// for a name with another ending.
+RowMaker MakeRows(const Program& program, const std::string& name);
 
 /// Of a batch, CSV and JSON lines are under the file's name at once and grow with each part, behind
 /// the earlier runs; all other files appear once they are whole. Throws UserError for a name with

@@ -54,8 +54,8 @@ class Partner {
   /// Ends the process, whatever it does.
   ~Partner();
 
-  /// What it may have been sent and not have read yet; more may wait for it.
-  static constexpr std::size_t kMostUnread = 4096;
+  /// How many bytes it may have been sent and not have read yet; more may wait for it.
+  std::size_t MostUnread() const;
   /// Sends framed messages. A process that is not there any more is told by Read.
   void Send(std::string_view messages);
   /// The next of its messages; nothing once it is not there any more. Valid until the next call.

@@ -13,6 +13,7 @@ namespace nuvhost {
 namespace {
 
 constexpr DWORD kPipeSize = 1 << 20;
+constexpr DWORD kQuestionPipeSize = 1 << 15;
 constexpr std::size_t kMaxOutput = std::size_t{256} << 20;
 
 /// A handle that is closed at the end.
@@ -245,7 +246,7 @@ Partner::Partner(const std::filesystem::path& program, const std::vector<std::st
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   HANDLE read = nullptr;
   HANDLE written = nullptr;
-  if (!CreatePipe(&read, &process_->input, &inherited, 0)) {
+  if (!CreatePipe(&read, &process_->input, &inherited, kQuestionPipeSize)) {
     throw UserError("no pipe: error {}", GetLastError());
   }
   const Handle input(read);
@@ -273,6 +274,10 @@ Partner::~Partner() {
   Kill(process_->process);
   CloseHandle(process_->process);
   CloseHandle(process_->job);
+}
+
+std::size_t Partner::MostUnread() const {
+  return kQuestionPipeSize;
 }
 
 void Partner::Send(std::string_view messages) {
