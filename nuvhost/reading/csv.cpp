@@ -112,14 +112,12 @@ class CsvTable::Reader {
   /// quotes. Leaves at least the last line.
   void PlainRows(std::size_t columns, std::vector<Field>& fields) {
     if (separator_ == ' ') return;
-    const std::uint64_t separators = Bytes(static_cast<unsigned char>(separator_));
     std::size_t complete = fields.size();
     std::size_t begin = at_;
-    for (std::size_t at = at_; at + 8 <= text_.size(); at += 8) {
-      const std::uint64_t word = WordAt(text_.data() + at);
-      std::uint64_t ends = EachZeroByte(word ^ separators) | EachZeroByte(word ^ Bytes('\n'));
+    for (std::size_t at = at_; at + 64 <= text_.size(); at += 64) {
+      std::uint64_t ends = EachOf(text_.data() + at, separator_, '\n');
       for (; ends != 0; ends &= ends - 1) {
-        const std::size_t end = at + static_cast<std::size_t>(std::countr_zero(ends)) / 8;
+        const std::size_t end = at + static_cast<std::size_t>(std::countr_zero(ends));
         const bool ends_line = text_[end] == '\n';
         const bool is_last = fields.size() + 1 == complete + columns;
         if (text_[begin] == '"' || ends_line != is_last) return fields.resize(complete);

@@ -38,9 +38,9 @@ std::size_t ColumnOf(const CsvTable& table, const std::string& word) {
   return *column;
 }
 
-std::string Trimmed(const std::string& text) {
+std::string_view Trimmed(std::string_view text) {
   const std::size_t begin = text.find_first_not_of(" \t\r");
-  if (begin == std::string::npos) return "";
+  if (begin == std::string_view::npos) return "";
   return text.substr(begin, text.find_last_not_of(" \t\r") + 1 - begin);
 }
 
@@ -59,7 +59,15 @@ class PartRows::Scanner {
   }
 
   void Take(std::string_view text) {
+    std::size_t quote = 0;
     for (std::size_t i = 0; i < text.size();) {
+      if (quote <= i) quote = std::min(text.find('"', i), text.size());
+      const std::size_t line_end = at_ == row_ ? text.find('\n', i) : text.npos;
+      if (line_end < quote) {
+        TakeLine(text.substr(i, line_end - i));
+        i = line_end + 1;
+        continue;
+      }
       if (state_ != State::kPlain || is_blank_) {
         Take(text[i++]);
         continue;
@@ -72,14 +80,32 @@ class PartRows::Scanner {
     }
   }
 
-  void EndRow() {
-    if (!is_blank_) {
-      value_ = Trimmed(value_);
-      if (value_.empty()) {
+  void EndRow() { EndRow(value_, is_blank_); }
+
+ private:
+  enum class State { kStart, kPlain, kQuoted, kQuote };
+
+  /// A whole one without quotes.
+  void TakeLine(std::string_view line) {
+    at_ += line.size() + 1;
+    ++line_;
+    std::string_view value = line;
+    for (std::size_t field = 0; field < column_; ++field) {
+      value.remove_prefix(std::min(FindEither(value, 0, separator_, separator_) + 1, value.size()));
+    }
+    EndRow(value.substr(0, FindEither(value, 0, separator_, separator_)),
+           line.find_first_not_of(" \r") == line.npos);
+  }
+
+  void EndRow(std::string_view value, bool is_blank) {
+    const auto goes_on = [&] { return !parts_.names_.empty() && value == parts_.names_.back(); };
+    if (!is_blank && !goes_on()) {
+      value = Trimmed(value);
+      if (value.empty()) {
         throw UserError("{}:{}: no value in column {}, which tells the parts apart", file_,
                         row_line_, Quoted(word_));
       }
-      if (parts_.names_.empty() || value_ != parts_.names_.back()) BeginPart();
+      if (!goes_on()) BeginPart(std::string(value));
     }
     value_.clear();
     field_ = 0;
@@ -88,9 +114,6 @@ class PartRows::Scanner {
     row_ = at_;
     row_line_ = line_;
   }
-
- private:
-  enum class State { kStart, kPlain, kQuoted, kQuote };
 
   void Take(char c) {
     ++at_;
@@ -121,14 +144,14 @@ class PartRows::Scanner {
     if (field_ == column_) value_ += run;
   }
 
-  void BeginPart() {
-    const auto [known, is_new] = known_.emplace(value_, row_line_);
+  void BeginPart(const std::string& name) {
+    const auto [known, is_new] = known_.emplace(name, row_line_);
     if (!is_new) {
       throw UserError(
           "{}:{}: part {} comes again; it began in line {}, and a part's rows stand together",
-          file_, row_line_, Quoted(value_), known->second);
+          file_, row_line_, Quoted(name), known->second);
     }
-    parts_.names_.push_back(value_);
+    parts_.names_.push_back(name);
     parts_.begins_.push_back({row_, row_line_});
   }
 

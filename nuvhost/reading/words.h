@@ -1,4 +1,4 @@
-// Eight characters of a text at once, as the bytes of a word.
+// Several characters of a text at once, eight as the bytes of a word.
 #pragma once
 
 #include <bit>
@@ -28,6 +28,20 @@ inline std::uint64_t WordAt(const char* text) {
 /// A bit in each byte of a word that is zero, and in no other.
 constexpr std::uint64_t EachZeroByte(std::uint64_t word) {
   return ~(((word & Bytes(0x7F)) + Bytes(0x7F)) | word | Bytes(0x7F));
+}
+
+/// A bit for each of the 64 characters from `text` on that is one of the two, the first's lowest.
+inline std::uint64_t EachOf(const char* text, char one, char other) {
+  const std::uint64_t ones = Bytes(static_cast<unsigned char>(one));
+  const std::uint64_t others = Bytes(static_cast<unsigned char>(other));
+  std::uint64_t found = 0;
+  for (int i = 0; i < 64; i += 8) {
+    const std::uint64_t word = WordAt(text + i);
+    const std::uint64_t in_bytes = EachZeroByte(word ^ ones) | EachZeroByte(word ^ others);
+    // Each byte's bit moves to a place of its own in the highest byte.
+    found |= ((in_bytes >> 7) * 0x0102040810204080) >> 56 << i;
+  }
+  return found;
 }
 
 }  // namespace nuvhost

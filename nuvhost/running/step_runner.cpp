@@ -66,7 +66,7 @@ std::string Circumstances(const DescriptorRecord& descriptor,
 }
 
 /// Runs one step, whose earlier ones' outcomes are there.
-StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
+StepOutcome RunStep(const Step& step, std::vector<CNuvObject>& data,
                     const std::vector<StepOutcome>& earlier, Services& services) {
   StepOutcome outcome;
   outcome.context = std::make_unique<CallContext>(*step.instruction->descriptor, services);
@@ -79,7 +79,7 @@ StepOutcome RunStep(const Step& step, const std::vector<CNuvObject>& data,
     if (const auto* value = std::get_if<CNuvObject>(&argument)) {
       context.inputs[i] = *value;
     } else if (const auto* number = std::get_if<UseNumber>(&argument)) {
-      context.inputs[i] = data[number->use];
+      context.inputs[i] = std::move(data[number->use]);  // each use is of one input
     } else {
       const auto& reference = std::get<StepResult>(argument);
       const StepOutcome& source = earlier[reference.step];
@@ -111,7 +111,7 @@ RunOutcome::State Verdict(const Program& program, const RunOutcome& run) {
 
 }  // namespace
 
-RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data, bool keep_going,
+RunOutcome RunSteps(const Program& program, std::vector<CNuvObject> data, bool keep_going,
                     Services& services, const StepListener& listener) {
   const SettingsInForce settings(program.settings);
   services.Take();

@@ -61,7 +61,7 @@ inline constexpr std::size_t kMostShown = 100;
 using StepListener = std::function<void(std::size_t step, const StepOutcome& outcome)>;
 
 /// Runs the steps until one fails, or all of them. The program's settings hold meanwhile.
-RunOutcome RunSteps(const Program& program, const std::vector<CNuvObject>& data, bool keep_going,
+RunOutcome RunSteps(const Program& program, std::vector<CNuvObject> data, bool keep_going,
                     Services& services, const StepListener& listener);
 
 /// 'step "mean" ("MeanArr", number 2)', 'step "half", expression "a / b", operator "/"'.

@@ -121,7 +121,7 @@ RunOutcome RunOver(const Program& program, const std::string& name, const Replac
   }
   RunOutcome run;
   if (mistakes.Empty()) {
-    run = RunSteps(program, data, keep_going, services, listener);
+    run = RunSteps(program, std::move(data), keep_going, services, listener);
   } else {
     run.state = RunOutcome::State::kUnreadable;
     run.errors = mistakes.Listing();
