@@ -53,6 +53,16 @@ std::string Unprotected(const std::string& word) {
   return word.starts_with(kMark) ? word.substr(1) : word;
 }
 
+/// Told before a range, which takes what is no number for one that is too large.
+CLI::Validator WholeNumber() {
+  const auto check = [](const std::string& word) {
+    char* end = nullptr;
+    std::strtoll(word.c_str(), &end, 0);
+    return *end == '\0' && !word.empty() ? "" : Quoted(word) + " is no whole number";
+  };
+  return {check, ""};
+}
+
 /// The commands and their words.
 class CommandLine {
  public:
@@ -234,6 +244,7 @@ class CommandLine {
     run->add_option("--jobs", arguments_.run.jobs,
                     "so many processes side by side; 0 for one a processor")
         ->type_name("N")
+        ->check(WholeNumber())
         ->check(CLI::Range(0, 1024))
         ->capture_default_str();
     // How this program starts itself as one of them.
@@ -301,9 +312,11 @@ class CommandLine {
         ->add_option("--seconds", options.seconds,
                      "how long random calls are made, 60 s unless given; 0 for one call")
         ->type_name("N")
+        ->check(WholeNumber())
         ->check(CLI::Range(0, 1000000));
     check->add_option("--timeout", options.timeout, "seconds that each law may take")
         ->type_name("SECONDS")
+        ->check(WholeNumber())
         ->check(CLI::Range(1, 86400))
         ->capture_default_str();
     check->add_flag("--json", arguments_.json, "as JSON");

@@ -16,6 +16,8 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+#else
+#include <csignal>
 #endif
 
 namespace nuvhost {
@@ -82,6 +84,7 @@ int wmain(int count, wchar_t** words) {
 #else
 
 int main(int count, char** words) {
+  std::signal(SIGXFSZ, SIG_IGN);  // what is written beyond a limit on files fails, and is told
   return nuvhost::Main([&] { return std::vector<std::string>(words + 1, words + count); });
 }
 

@@ -11,6 +11,7 @@
 #include "nuvhost/reading/numbers.h"
 #include "nuvhost/reading/words.h"
 #include "nuvhost/text/names.h"
+#include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
 namespace {
@@ -289,7 +290,12 @@ std::optional<bool> CsvTable::Boolean(std::size_t row, std::size_t column) const
 std::string CsvTable::Fault(std::size_t row, std::size_t column, std::uint32_t type) const {
   const std::string text(Trimmed(Unquoted(At(row, column))));
   const std::string what = Quoted(text);
-  if (type == NUV_PARAM_STRING) return what + " is no text with one byte for each character";
+  if (type == NUV_PARAM_STRING) {
+    return what + (ValidUtf8(text) == text
+                       ? " has a character beyond U+00FF, which the host's texts "
+                         "cannot hold; write another for it"
+                       : " is no text in UTF-8; save the file in UTF-8");
+  }
   if (text.empty()) return fmt::format("an empty field, where a {} belongs", Describe(type));
   if (type == NUV_PARAM_BOOLEAN) return what + " is no boolean: true, false, yes, no, 1 or 0";
   if (IsInfinite(ParseNumber(text, decimal_), text))

@@ -105,8 +105,9 @@ void RunPlan::PlanFiles(const std::vector<std::string>& words) {
   }
   for (std::size_t datum = 0; datum < program_.data.size(); ++datum) {
     if (is_of_files_ || fixed_.contains(datum) || !HoldsPart(program_.data[datum].file)) continue;
-    throw UserError("{}: data \"{}\" has a file for each part, \"{}\"; name the parts: --parts",
-                    program_.source.Name(), program_.data[datum].name, program_.data[datum].file);
+    throw UserError("{}: data {} has a file for each part, {}; name the parts: --parts",
+                    program_.source.Name(), Quoted(program_.data[datum].name),
+                    Quoted(program_.data[datum].file));
   }
 }
 

@@ -4,22 +4,10 @@
 #include <cmath>
 
 #include "nuvhost/error.h"
+#include "nuvhost/text/names.h"
 #include "nuvhost/text/utf8.h"
 
 namespace nuvhost {
-namespace {
-
-/// A log entry's text on one line.
-std::string OnOneLine(const std::string& bytes) {
-  std::string line;
-  for (const char c : Utf8FromBytes(bytes)) {
-    line += c == '\n' ? "\\n" : c == '\r' ? "\\r" : std::string(1, c);
-  }
-  return line;
-}
-
-}  // namespace
-
 void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& outcome) {
   const Record& record = outcome.record;
   const bool is_silent = record.log.empty() && record.events.empty() && record.messages.empty() &&
@@ -32,7 +20,7 @@ void RunTrace::Tell(std::size_t run, std::size_t step, const StepOutcome& outcom
   const std::string place = plan_.Name(run) + ": " + DescribeStep(program_, step) + ": ";
   const bool failed = outcome.state == StepOutcome::State::kFailed;
   for (const LogEntry& entry : outcome.record.log) {
-    progress_.Complain(fmt::format("{}log: {}", place, OnOneLine(entry.text)));
+    progress_.Complain(fmt::format("{}log: {}", place, OnOneLine(Utf8FromBytes(entry.text))));
   }
   for (const ProgramEvent& event : outcome.record.events) {
     progress_.Complain(fmt::format("{}event {}, value {}", place, event.code, event.value));

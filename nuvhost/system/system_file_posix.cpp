@@ -28,8 +28,8 @@ void RemoveUnfinished(int signal) {
 
 /// Signals that are ignored or handled already stay so.
 void HandleSignals() {
-  for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGXCPU, SIGXFSZ, SIGABRT,
-                           SIGSEGV, SIGBUS, SIGFPE, SIGILL}) {
+  for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGPIPE, SIGXCPU, SIGABRT, SIGSEGV,
+                           SIGBUS, SIGFPE, SIGILL}) {
     struct sigaction action;
     if (sigaction(signal, nullptr, &action) != 0 || (action.sa_flags & SA_SIGINFO) != 0 ||
         action.sa_handler != SIG_DFL) {

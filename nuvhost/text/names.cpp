@@ -28,8 +28,16 @@ std::size_t EditDistance(std::string_view one, std::string_view other) {
 
 }  // namespace
 
+std::string OnOneLine(std::string_view text) {
+  std::string line;
+  for (const char c : text) {
+    c == '\n' ? line += "\\n" : c == '\r' ? line += "\\r" : line += c;
+  }
+  return line;
+}
+
 std::string Quoted(std::string_view text) {
-  return '"' + std::string(text) + '"';
+  return '"' + OnOneLine(text) + '"';
 }
 
 std::string_view TextOrEmpty(const char* text) {

@@ -8,7 +8,10 @@
 
 namespace nuvhost {
 
-/// A text in double quotes.
+/// A text whose line ends are written as they are in JSON.
+std::string OnOneLine(std::string_view text);
+
+/// A text in double quotes, on one line.
 std::string Quoted(std::string_view text);
 
 /// A text that may be a null pointer, as descriptors have them.

@@ -161,9 +161,7 @@ def keeps_the_old_file_where_a_run_fails():
         import resource
         resource.setrlimit(resource.RLIMIT_FSIZE, (20, resource.RLIM_INFINITY))
 
-    # This interpreter ignores the signal that comes with the limit, and hands that on.
-    code, out, error = folder.run("run", "p.json", "--results", "out.csv", preexec_fn=limit_files,
-                                  restore_signals=False)
+    code, out, error = folder.run("run", "p.json", "--results", "out.csv", preexec_fn=limit_files)
     expect(code == 2 and "cannot write results to out.csv" in error and "SumArr" in out, code, error)
     expect(folder.state() == before, "a full disk left", list(folder.state()))
 
