@@ -38,6 +38,9 @@ NUV_OBJ_TYPE ValueType(std::uint32_t parameter_type) {
 
 CallContext::CallContext(const DescriptorRecord& descriptor, Services& services)
     : services_(services) {
+  constants.reserve(descriptor.constants.Size());
+  inputs.reserve(descriptor.inputs.Size());
+  results.reserve(descriptor.results.Size());
   for (const ConstantRecord& constant : descriptor.constants) {
     constants.push_back(constant.default_value);
   }
