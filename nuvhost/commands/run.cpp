@@ -99,7 +99,7 @@ int RunChecked(const Catalogue& catalogue, const Program& program, const RunOpti
     observers.push_back(std::make_unique<PageFile>(options.report, program, catalogue, image));
   }
   observers.push_back(MakeReport(program, plan.Size()));
-  observers.push_back(MakeVerdict(program, earlier));
+  observers.push_back(MakeVerdict(program, plan.Size(), earlier));
   if (options.time) observers.push_back(std::make_unique<StepTimes>(program, progress));
   return RunAll(program, plan, options.keep_going, observers, earlier,
                 WorkersFor(program, options, plan.Size() - earlier.count),

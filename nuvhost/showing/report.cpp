@@ -210,7 +210,8 @@ class ReportTable final : public RunObserver {
 /// Of a program that judges nothing it is printed for several parts only.
 class VerdictLine final : public RunObserver {
  public:
-  VerdictLine(bool judges, const EarlierRuns& earlier) : judges_(judges), counts_(earlier.states) {}
+  VerdictLine(bool is_wanted, const EarlierRuns& earlier)
+      : is_wanted_(is_wanted), counts_(earlier.states) {}
 
   void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
     ++counts_[static_cast<std::size_t>(outcome.state)];
@@ -218,12 +219,12 @@ class VerdictLine final : public RunObserver {
 
   int Finish() override {
     const std::size_t parts = std::accumulate(counts_.begin(), counts_.end(), std::size_t{0});
-    if (judges_ || parts > 1) Print("\n" + VerdictText(counts_));
+    if (is_wanted_ || parts > 1) Print("\n" + VerdictText(counts_));
     return kExitSuccess;
   }
 
  private:
-  bool judges_;
+  bool is_wanted_;  ///< even for one run
   RunOutcome::Counts counts_;
 };
 
@@ -254,8 +255,9 @@ std::unique_ptr<RunObserver> MakeReport(const Program& program, std::size_t runs
   return std::make_unique<Reports>(program, runs);
 }
 
-std::unique_ptr<RunObserver> MakeVerdict(const Program& program, const EarlierRuns& earlier) {
-  return std::make_unique<VerdictLine>(program.Judges(), earlier);
+std::unique_ptr<RunObserver> MakeVerdict(const Program& program, std::size_t runs,
+                                         const EarlierRuns& earlier) {
+  return std::make_unique<VerdictLine>(program.Judges() || runs > 1, earlier);
 }
 
 }  // namespace nuvhost

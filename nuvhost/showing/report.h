@@ -20,7 +20,9 @@ std::string VerdictText(const RunOutcome::Counts& parts);
 /// at most as many that are not good are shown. It refers to the program.
 std::unique_ptr<RunObserver> MakeReport(const Program& program, std::size_t runs);
 
-/// Prints, at the end, how many runs came to what, in one line; earlier ones count.
-std::unique_ptr<RunObserver> MakeVerdict(const Program& program, const EarlierRuns& earlier);
+/// Prints, at the end, how many runs came to what, in one line; earlier ones count. Of one run that
+/// the program does not judge nothing, unless more were to come.
+std::unique_ptr<RunObserver> MakeVerdict(const Program& program, std::size_t runs,
+                                         const EarlierRuns& earlier);
 
 }  // namespace nuvhost
