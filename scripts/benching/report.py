@@ -26,8 +26,7 @@ LIMITS = [
      (1000, 10000, 100000, 1000000), ("std::sort",), 5.0, "as above"),
     ("10 passes of Smooth are 4 times as fast as plain loops", "Smooth 10",
      (1000, 100000, 1000000), ("plain loop",), 4.0,
-     "at 1,000,000 the numbers come from memory, else two sums, two products and a shift of lanes "
-     "an element keep all four arithmetic units busy"),
+     "both wait for memory at 1,000,000; with AVX2 the arithmetic units are all busy"),
     ("a line fit takes at most OpenCV's time", "line fit, no outliers", (100, 1000, 10000),
      ("OpenCV L2",), 1.0, ""),
     ("a circle fit from 1,000 points on takes at most 12 ns a point", "circle fit, no outliers",
