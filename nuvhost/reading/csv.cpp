@@ -182,7 +182,7 @@ class CsvTable::Reader {
 };
 
 std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, char decimal,
-                                       bool allow_empty) {
+                                       bool allow_empty, bool may_have_header) {
   CsvTable table(std::move(source), decimal);
   const SourceText& text = table.Source();
   if (!IsText(text, mistakes)) return std::nullopt;
@@ -198,7 +198,7 @@ std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, ch
   }
   if (!reader.Row(table.fields_)) return std::nullopt;
   table.columns_ = table.fields_.size();
-  table.TakeHeader();
+  if (may_have_header) table.TakeHeader();
   const std::size_t lines = text.Text().size() / reader.Offset() + 1;  // if they are as long
   table.fields_.reserve(std::min(table.columns_ * lines, text.Text().size() + 1));
 

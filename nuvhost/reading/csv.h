@@ -19,9 +19,9 @@ class CsvTable final : public DataTable {
  public:
   /// Rows of unequal length, quotes left open and an empty file are mistakes that leave nothing.
   /// Where the decimal sign is a comma it separates no fields. An empty file may be allowed, and
-  /// is a table without columns.
+  /// is a table without columns. Some rows of a file without a header have none either.
   static std::optional<CsvTable> Read(SourceText source, Mistakes& mistakes, char decimal = '.',
-                                      bool allow_empty = false);
+                                      bool allow_empty = false, bool may_have_header = true);
 
   std::size_t Rows() const override { return columns_ == 0 ? 0 : fields_.size() / columns_; }
 

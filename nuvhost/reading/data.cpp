@@ -25,14 +25,14 @@ class DatumReader {
   DatumReader(const Program& program, const Datum& datum, Mistakes& mistakes)
       : program_(program), datum_(datum), mistakes_(mistakes) {}
 
-  void Open(SourceText source) {
+  void Open(SourceText source, bool may_have_header) {
     const std::string& name = source.Name();
     if (name.ends_with(".json") || name.ends_with(".JSON")) {
       auto json = JsonTable::Read(std::move(source), mistakes_);
       json_ = json.get();
       table_ = std::move(json);
     } else if (auto csv = CsvTable::Read(std::move(source), mistakes_, datum_.decimal,
-                                         datum_.allow_empty)) {
+                                         datum_.allow_empty, may_have_header)) {
       table_ = std::make_unique<CsvTable>(std::move(*csv));
     }
   }
@@ -249,7 +249,9 @@ std::vector<CNuvObject> LoadData(const Program& program, const Replacements& rep
     std::optional<SourceText> source = ReadFile(program, datum, replacements, mistakes);
     if (!source) continue;
     DatumReader reader(program, program.data[datum], mistakes);
-    reader.Open(std::move(*source));
+    const auto replaced = replacements.find(datum);
+    const auto rows = replaced == replacements.end() ? std::nullopt : replaced->second.rows;
+    reader.Open(std::move(*source), !rows || rows->header_end > 0);
     for (std::size_t i = 0; i < program.uses.size(); ++i) {
       if (program.uses[i].datum == datum) values[i] = reader.Read(program.uses[i]);
     }

@@ -175,6 +175,12 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
   std::string reason;
   if (!IsReadable(file, reason)) throw UserError("cannot read {}: {}", file, reason);
   std::ifstream stream(PathFromUtf8(file), std::ios::binary);
+  std::size_t begin = kByteOrderMark.size();
+  std::string mark(begin, '\0');
+  stream.read(mark.data(), static_cast<std::streamsize>(begin));
+  if (mark != kByteOrderMark) begin = 0;
+  stream.clear();
+  stream.seekg(static_cast<std::streamoff>(begin));
   const std::string first = FirstLine(stream);
   const SourceText beginning(file, first + FirstLine(stream));
   ExpectReadWell(stream, file);
@@ -183,21 +189,20 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
     throw UserError("--part-column {}: blanks separate the fields of {}; write commas", column,
                     file);
   }
-  stream.clear();
-  stream.seekg(static_cast<std::streamoff>(first.size()));
   Mistakes mistakes;
   const auto table = CsvTable::Read(SourceText(file, first), mistakes, decimal);
   if (!table) throw UserError(mistakes.Listing()[0]);
   PartRows parts;
   Scanner scanner(parts, file, column, ColumnOf(*table, column), separator);
-  if (table->Header().empty()) {
-    stream.clear();
-    stream.seekg(0);
-  } else {
-    parts.header_end_ = first.size();
-    scanner.StartAt(first.size(), 1 + static_cast<std::uint64_t>(std::ranges::count(first, '\n')));
+  std::uint64_t line = 1;
+  if (!table->Header().empty()) {
+    parts.header_end_ = begin += first.size();
+    line += static_cast<std::uint64_t>(std::ranges::count(first, '\n'));
   }
-  parts.end_ = parts.header_end_;
+  scanner.StartAt(begin, line);
+  stream.clear();
+  stream.seekg(static_cast<std::streamoff>(begin));
+  parts.end_ = begin;
   std::string block(kBlock, '\0');
   while (stream.read(block.data(), kBlock) || stream.gcount() > 0) {
     const auto size = static_cast<std::size_t>(stream.gcount());

@@ -12,7 +12,6 @@
 namespace nuvhost {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::size_t kMostShown = 100;
 
 }  // namespace

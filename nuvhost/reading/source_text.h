@@ -8,6 +8,8 @@
 
 namespace nuvhost {
 
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 /// A file's text without a byte order mark, and the name under which its mistakes are reported.
 class SourceText {
  public:
