@@ -24,14 +24,16 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
 }
 
-/// A line without what stands in quotes, and without blanks around it.
-std::string Outline(std::string_view line) {
+/// The next line without what stands in quotes, and without blanks around it; steps over it.
+std::string TakeOutline(std::string_view& text) {
   std::string bare;
-  bool quoted = false;
-  for (const char c : line) {
-    if (c == '"') quoted = !quoted;
-    if (!quoted && c != '\r') bare += c;
+  LineEnd end;
+  std::size_t size = 0;
+  while (size < text.size() && !end.Takes(text[size])) {
+    if (!end.IsQuoted() && text[size] != '\r') bare += text[size];
+    ++size;
   }
+  text.remove_prefix(std::min(size + 1, text.size()));
   const std::size_t begin = bare.find_first_not_of(' ');
   if (begin == std::string::npos) return "";
   return bare.substr(begin, bare.find_last_not_of(' ') + 1 - begin);
@@ -49,6 +51,16 @@ bool AreNumbers(std::string_view text, char decimal) {
 
 }  // namespace
 
+bool LineEnd::Takes(char c) {
+  const bool opens = std::string_view("\n\t;, ").find(last_) != std::string_view::npos;
+  if (c == '"' && (is_quoted_ || opens)) {
+    is_quoted_ = !is_quoted_;
+  } else if (!is_quoted_) {
+    last_ = c;
+  }
+  return c == '\n' && !is_quoted_;
+}
+
 std::size_t FindEither(std::string_view text, std::size_t at, char one, char other) {
   const std::uint64_t ones = Bytes(static_cast<unsigned char>(one));
   const std::uint64_t others = Bytes(static_cast<unsigned char>(other));
@@ -64,17 +76,14 @@ std::size_t FindEither(std::string_view text, std::size_t at, char one, char oth
 /// Blanks separate where the first two lines have them and nothing else that does; of a single
 /// line, where it holds numbers. Else they stand within a header such as "outer diameter".
 char SeparatorOf(std::string_view text, char decimal) {
-  const std::size_t line_end = std::min(text.find('\n'), text.size());
-  const std::string first = Outline(text.substr(0, line_end));
+  const std::string first = TakeOutline(text);
   if (first.find('\t') != std::string::npos) return '\t';
   if (first.find(';') != std::string::npos) return ';';
   if (decimal != ',' && first.find(',') != std::string::npos) return ',';
   const char other = decimal == ',' ? ';' : ',';
   if (first.find(' ') == std::string::npos) return other;
-  if (line_end == text.size()) return AreNumbers(first, decimal) ? ' ' : other;
-  text.remove_prefix(line_end + 1);
-  const std::string second = Outline(text.substr(0, text.find('\n')));
-  return second.find(' ') != std::string::npos ? ' ' : other;
+  if (text.empty()) return AreNumbers(first, decimal) ? ' ' : other;
+  return TakeOutline(text).find(' ') != std::string::npos ? ' ' : other;
 }
 
 /// Splits the text into rows of fields.

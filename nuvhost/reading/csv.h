@@ -5,6 +5,19 @@
 
 namespace nuvhost {
 
+/// Finds the end of a line whose separator is not known yet. Line ends in quotes do not end it; a
+/// quote begins a field in quotes only behind what may be a separator.
+class LineEnd {
+ public:
+  /// Whether the line ends with this character, its next one.
+  bool Takes(char c);
+  bool IsQuoted() const { return is_quoted_; }
+
+ private:
+  bool is_quoted_ = false;
+  char last_ = '\n';  ///< outside quotes
+};
+
 /// What separates the fields of a text, whose first two lines tell it: a tab, a semicolon, a comma
 /// where that is no decimal sign, or a blank.
 char SeparatorOf(std::string_view text, char decimal);

@@ -18,11 +18,10 @@ constexpr std::size_t kBlock = std::size_t{1} << 20;
 /// The first line with its line end, whose quoted fields may hold line ends too.
 std::string FirstLine(std::istream& file) {
   std::string line;
-  bool is_quoted = false;
+  LineEnd end;
   for (char c = 0; file.get(c);) {
     line += c;
-    if (c == '"') is_quoted = !is_quoted;
-    if (c == '\n' && !is_quoted) break;
+    if (end.Takes(c)) break;
   }
   return line;
 }

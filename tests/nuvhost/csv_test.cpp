@@ -45,6 +45,7 @@ TEST(Csv, ReadsAnyBytes) {
       {"\xEF\xBB\xBFspeed\n1\n", "speed: 1"},
       {"speed", "speed: "},
       {"\"two\nlines\",x\r\n\"1\",\"2\"\r\n", "two\nlines: 1; x: 2"},
+      {"\"two\nlines\";5\" x\n1;2\n", "two\nlines: 1; 5\" x: 2"},
       {"x y\n1 2\n 3  4 \r\n5 6", "x: 1 3 5; y: 2 4 6"},
       {"\xFF\xFEx", "| f.csv: the file is in UTF-16; save it in UTF-8"},
       {"\xEF\xBB\xBF\xEF\xBB\xBFx\n1\n",
