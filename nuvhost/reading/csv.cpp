@@ -89,11 +89,11 @@ char SeparatorOf(std::string_view text, char decimal) {
 /// Splits the text into rows of fields.
 class CsvTable::Reader {
  public:
-  Reader(const SourceText& source, char decimal, Mistakes& mistakes)
+  Reader(const SourceText& source, const CsvForm& form, Mistakes& mistakes)
       : source_(source), text_(source.Text()), mistakes_(mistakes) {
     const std::size_t end = text_.find_last_not_of(" \r\n");
     text_ = text_.substr(0, end == std::string_view::npos ? 0 : end + 1);
-    separator_ = SeparatorOf(text_, decimal);
+    separator_ = form.separator != '\0' ? form.separator : SeparatorOf(text_, form.decimal);
   }
 
   bool AtEnd() const { return at_ > text_.size() || text_.empty(); }
@@ -190,24 +190,23 @@ class CsvTable::Reader {
   std::size_t at_ = 0;  ///< beyond the text's end once its last line is read
 };
 
-std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, char decimal,
-                                       bool allow_empty, bool may_have_header) {
-  CsvTable table(std::move(source), decimal);
+std::optional<CsvTable> CsvTable::Read(SourceText source, Mistakes& mistakes, const CsvForm& form) {
+  CsvTable table(std::move(source), form.decimal);
   const SourceText& text = table.Source();
   if (!IsText(text, mistakes)) return std::nullopt;
   if (text.Text().size() > std::numeric_limits<std::uint32_t>::max()) {
     mistakes.Add(text.Name(), "the file is larger than 4 GiB; split it");
     return std::nullopt;
   }
-  Reader reader(text, decimal, mistakes);
+  Reader reader(text, form, mistakes);
   if (reader.AtEnd()) {
-    if (allow_empty) return table;
+    if (form.allow_empty) return table;
     mistakes.Add(text.Name(), "the file is empty");
     return std::nullopt;
   }
   if (!reader.Row(table.fields_)) return std::nullopt;
   table.columns_ = table.fields_.size();
-  if (may_have_header) table.TakeHeader();
+  if (form.may_have_header) table.TakeHeader();
   const std::size_t lines = text.Text().size() / reader.Offset() + 1;  // if they are as long
   table.fields_.reserve(std::min(table.columns_ * lines, text.Text().size() + 1));
 

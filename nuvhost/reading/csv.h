@@ -25,6 +25,14 @@ char SeparatorOf(std::string_view text, char decimal);
 /// The place of the first of two characters from `at` on, or the text's end.
 std::size_t FindEither(std::string_view text, std::size_t at, char one, char other);
 
+/// What is known of a text before it is read.
+struct CsvForm {
+  char decimal = '.';
+  bool allow_empty = false;
+  bool may_have_header = true;  ///< as rows amid a file have not
+  char separator = '\0';        ///< else what the first lines tell
+};
+
 /// A table of text. Fields are separated by tabs, semicolons or commas, whichever the first line
 /// has in this order, or by blanks where it has none of them; they may be quoted. The first row is
 /// a header unless all its fields are numbers or blank. Blank lines at the end do not count.
@@ -32,9 +40,9 @@ class CsvTable final : public DataTable {
  public:
   /// Rows of unequal length, quotes left open and an empty file are mistakes that leave nothing.
   /// Where the decimal sign is a comma it separates no fields. An empty file may be allowed, and
-  /// is a table without columns. Some rows of a file without a header have none either.
-  static std::optional<CsvTable> Read(SourceText source, Mistakes& mistakes, char decimal = '.',
-                                      bool allow_empty = false, bool may_have_header = true);
+  /// is a table without columns.
+  static std::optional<CsvTable> Read(SourceText source, Mistakes& mistakes,
+                                      const CsvForm& form = {});
 
   std::size_t Rows() const override { return columns_ == 0 ? 0 : fields_.size() / columns_; }
 

@@ -25,14 +25,18 @@ class DatumReader {
   DatumReader(const Program& program, const Datum& datum, Mistakes& mistakes)
       : program_(program), datum_(datum), mistakes_(mistakes) {}
 
-  void Open(SourceText source, bool may_have_header) {
+  void Open(SourceText source, const RowsOfPart* rows) {
     const std::string& name = source.Name();
     if (name.ends_with(".json") || name.ends_with(".JSON")) {
       auto json = JsonTable::Read(std::move(source), mistakes_);
       json_ = json.get();
       table_ = std::move(json);
-    } else if (auto csv = CsvTable::Read(std::move(source), mistakes_, datum_.decimal,
-                                         datum_.allow_empty, may_have_header)) {
+    } else if (auto csv =
+                   CsvTable::Read(std::move(source), mistakes_,
+                                  {.decimal = datum_.decimal,
+                                   .allow_empty = datum_.allow_empty,
+                                   .may_have_header = rows == nullptr || rows->header_end > 0,
+                                   .separator = rows != nullptr ? rows->separator : '\0'})) {
       table_ = std::make_unique<CsvTable>(std::move(*csv));
     }
   }
@@ -250,8 +254,8 @@ std::vector<CNuvObject> LoadData(const Program& program, const Replacements& rep
     if (!source) continue;
     DatumReader reader(program, program.data[datum], mistakes);
     const auto replaced = replacements.find(datum);
-    const auto rows = replaced == replacements.end() ? std::nullopt : replaced->second.rows;
-    reader.Open(std::move(*source), !rows || rows->header_end > 0);
+    const bool has_rows = replaced != replacements.end() && replaced->second.rows;
+    reader.Open(std::move(*source), has_rows ? &*replaced->second.rows : nullptr);
     for (std::size_t i = 0; i < program.uses.size(); ++i) {
       if (program.uses[i].datum == datum) values[i] = reader.Read(program.uses[i]);
     }

@@ -189,9 +189,11 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
                     file);
   }
   Mistakes mistakes;
-  const auto table = CsvTable::Read(SourceText(file, first), mistakes, decimal);
+  const auto table = CsvTable::Read(SourceText(file, first), mistakes,
+                                    {.decimal = decimal, .separator = separator});
   if (!table) throw UserError(mistakes.Listing()[0]);
   PartRows parts;
+  parts.separator_ = separator;
   Scanner scanner(parts, file, column, ColumnOf(*table, column), separator);
   std::uint64_t line = 1;
   if (!table->Header().empty()) {
@@ -217,7 +219,7 @@ PartRows PartRows::Find(const std::string& file, const std::string& column, char
 RowsOfPart PartRows::Rows(std::size_t part) const {
   const bool is_last = part + 1 == begins_.size();
   return {header_end_, begins_[part].offset, is_last ? end_ : begins_[part + 1].offset,
-          begins_[part].line};
+          begins_[part].line, separator_};
 }
 
 std::optional<SourceText> ReadRows(const std::string& file, const RowsOfPart& rows,

@@ -15,6 +15,7 @@ struct RowsOfPart {
   std::uint64_t begin = 0;
   std::uint64_t end = 0;
   std::uint64_t line = 0;  ///< of the first row, from 1
+  char separator = ',';    ///< of the fields, in the whole file
 };
 
 class PartRows {
@@ -40,6 +41,7 @@ class PartRows {
   std::vector<Begin> begins_;
   std::uint64_t header_end_ = 0;
   std::uint64_t end_ = 0;
+  char separator_ = ',';
 };
 
 /// The header and the rows of one part as a text, whose mistakes are told by their places in the

@@ -97,6 +97,7 @@ std::string Pack(const RunPlan& plan, std::size_t run, bool is_shown) {
          {file.rows->header_end, file.rows->begin, file.rows->end, file.rows->line}) {
       packer.Put(part);
     }
+    packer.Put(file.rows->separator);
   });
   return packer.Bytes();
 }
@@ -113,6 +114,7 @@ Question UnpackQuestion(std::string_view bytes) {
     for (std::uint64_t* part : {&rows.header_end, &rows.begin, &rows.end, &rows.line}) {
       *part = unpacker.Take<std::uint64_t>();
     }
+    rows.separator = unpacker.Take<char>();
   }
   return question;
 }

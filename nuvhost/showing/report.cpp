@@ -140,7 +140,7 @@ class Reports final : public RunObserver {
   void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
     if (!shown_.Takes(outcome.state)) return;
     std::string text;
-    if (has_several_) text += outcome.file + ": " + StateText(outcome.state) + '\n';
+    if (has_several_) text += OnOneLine(outcome.file) + ": " + StateText(outcome.state) + '\n';
     if (!outcome.steps.empty()) text += RunText(program_, outcome);
     shown_.Add({std::move(text)});
   }
@@ -178,7 +178,7 @@ class ReportTable final : public RunObserver {
   void RunEnded(std::size_t /*run*/, const RunOutcome& outcome) override {
     if (!shown_.Takes(outcome.state)) return;
     has_doubtful_ = has_doubtful_ || HasDoubtful(outcome);
-    std::vector<std::string> cells{outcome.file};
+    std::vector<std::string> cells{OnOneLine(outcome.file)};
     for (const ReportRow& row : program_.report) {
       if (outcome.steps.empty()) {
         cells.emplace_back("-");

@@ -17,7 +17,7 @@ void RunTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& out
 }
 
 void RunTrace::Tell(std::size_t run, std::size_t step, const StepOutcome& outcome) {
-  const std::string place = plan_.Name(run) + ": " + DescribeStep(program_, step) + ": ";
+  const std::string place = OnOneLine(plan_.Name(run)) + ": " + DescribeStep(program_, step) + ": ";
   const bool failed = outcome.state == StepOutcome::State::kFailed;
   for (const LogEntry& entry : outcome.record.log) {
     progress_.Complain(fmt::format("{}log: {}", place, OnOneLine(Utf8FromBytes(entry.text))));

@@ -32,7 +32,8 @@ void StepTrace::StepRan(std::size_t run, std::size_t step, const StepOutcome& ou
   } else {
     AddValues(table, "out", descriptor.results, outcome.context->results);
   }
-  std::string text = plan_.Name(run) + ": " + DescribeStep(program_, step) + '\n' + table.Text();
+  std::string text =
+      OnOneLine(plan_.Name(run)) + ": " + DescribeStep(program_, step) + '\n' + table.Text();
   text.pop_back();
   progress_.Complain(text);
 }

@@ -110,8 +110,9 @@ void RunProgram(Bytes bytes) {
 void ReadCsv(Bytes bytes) {
   const std::uint8_t how = bytes.Next();
   nuvhost::Mistakes mistakes;
-  const auto table = nuvhost::CsvTable::Read({"data.csv", bytes.Rest()}, mistakes,
-                                             how % 2 == 0 ? '.' : ',', how % 4 > 1);
+  const auto table =
+      nuvhost::CsvTable::Read({"data.csv", bytes.Rest()}, mistakes,
+                              {.decimal = how % 2 == 0 ? '.' : ',', .allow_empty = how % 4 > 1});
   Require(table.has_value() == mistakes.Empty(), "neither a table nor a mistake");
   if (table) ReadColumns(*table, mistakes);
 }

@@ -110,7 +110,7 @@ TEST(Csv, EveryNumberSurvivesAFile) {
       text += digits + std::string(1, i % 2 == 0 ? signs[0] : '\n');
     }
     Mistakes mistakes;
-    const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes, signs[1]);
+    const auto table = CsvTable::Read(SourceText("f.csv", text), mistakes, {.decimal = signs[1]});
     ASSERT_TRUE(table);
     const std::size_t columns = signs[0] == '\n' ? 1 : 2;
     ASSERT_EQ(table->Columns(), columns);
