@@ -18,6 +18,13 @@
 #include "bench/ready_context.h"
 #include "bench/rows.h"
 
+#ifdef FORMULA_WITH_HIGHWAY
+#include <hwy/highway.h>
+#endif
+#ifdef FORMULA_WITH_OPENCV
+#include <opencv2/core/version.hpp>
+#endif
+
 namespace bench {
 namespace {
 
@@ -223,6 +230,18 @@ void AddCallRows(std::vector<Row>& rows) {
   }
 }
 
+/// Those of the libraries among the peers; null for one that is not installed.
+nlohmann::json Versions() {
+  nlohmann::json versions{{"Highway", nullptr}, {"OpenCV", nullptr}};
+#ifdef FORMULA_WITH_HIGHWAY
+  versions["Highway"] = fmt::format("{}.{}.{}", HWY_MAJOR, HWY_MINOR, HWY_PATCH);
+#endif
+#ifdef FORMULA_WITH_OPENCV
+  versions["OpenCV"] = CV_VERSION;
+#endif
+  return versions;
+}
+
 void PrintRows(const std::vector<std::string>& wanted, NumPy* numpy) {
   std::vector<Row> rows;
   AddCallRows(rows);
@@ -230,14 +249,6 @@ void PrintRows(const std::vector<std::string>& wanted, NumPy* numpy) {
   AddOrderRows(rows);
   AddTextRows(rows);
   AddFitRows(rows);
-  nlohmann::json missing = nlohmann::json::array();
-  if (numpy == nullptr) missing.push_back("NumPy");
-#ifndef FORMULA_WITH_OPENCV
-  missing.push_back("OpenCV");
-#endif
-#ifndef FORMULA_WITH_HIGHWAY
-  missing.push_back("Highway");
-#endif
   nlohmann::json measured = nlohmann::json::array();
   for (const Row& row : rows) {
     for (const std::size_t size : row.sizes) {
@@ -247,7 +258,7 @@ void PrintRows(const std::vector<std::string>& wanted, NumPy* numpy) {
     }
   }
   std::puts(
-      nlohmann::json{{"compiler", "g++ " __VERSION__}, {"missing", missing}, {"rows", measured}}
+      nlohmann::json{{"compiler", "g++ " __VERSION__}, {"peers", Versions()}, {"rows", measured}}
           .dump()
           .c_str());
 }

@@ -72,7 +72,7 @@ def ratios(rows):
 
 def curves(all_curves):
     """The times of all instructions over the sizes, both as logarithms, beside n and n squared."""
-    left, right, top, bottom, width, height = 70, 60, 20, 40, 900, 520
+    left, right, top, bottom, width, height = 70, 160, 20, 40, 960, 520
     points = [one for curve in all_curves for one in curve["points"]]
     sizes = [math.log10(one["size"]) for one in points]
     times = [math.log10(one["seconds"]) for one in points]
@@ -101,11 +101,19 @@ def curves(all_curves):
         parts.append(f'<polyline points="{path}" fill="none" stroke="{OURS}" stroke-opacity="0.4">'
                      f'<title>{escape(curve["category"])}: {escape(curve["name"].strip())}</title>'
                      '</polyline>')
-    for slope, name in ((1, "n"), (2, "n²")):  # from 10 ns at 10 on, to where the frame ends
+    ends = sorted((y(one["seconds"]), x(one["size"]), curve["name"].strip())
+                  for curve in all_curves for one in curve["points"][-1:])
+    named = []  # the slowest, as far as there is room
+    for down, across, name in ends:
+        if len(named) < 6 and all(down - above >= 12 for above, at in named if at == across):
+            named.append((down, across))
+            parts.append(text(across + 4, down + 4, name, font_size=11))
+    # From 10 ns at 10 on, to where the frame ends.
+    for slope, name, beside in ((1, "n", 5), (2, "n²", -24)):
         end = min(last, first + (high + 8) / slope)
         parts += [line(x(10 ** first), y(1e-8), x(10 ** end), y(10 ** (slope * (end - first) - 8)),
                        "#d62728", 1.5, stroke_dasharray="5 4"),
-                  text(x(10 ** end) + 5, y(10 ** (slope * (end - first) - 8)) + 10, name,
+                  text(x(10 ** end) + beside, y(10 ** (slope * (end - first) - 8)) + 10, name,
                        fill="#d62728")]
     parts.append(text((left + width - right) / 2, height - 6, "elements or characters",
                       text_anchor="middle"))

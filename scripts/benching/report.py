@@ -127,8 +127,14 @@ def growth(page, measured):
     page.table(["instruction", "exponent", "up to", "ns an element there", "bends"], rows)
 
 
+def missing(run):
+    """The peers that are not installed."""
+    return ", ".join(name for name, version in run["peers"].items() if version is None)
+
+
 def write(run, growth_run):
     page = Page()
+    peers = ", ".join(f"{name} {version}" for name, version in run["peers"].items() if version)
     rows, machine = run["rows"], run["machine"]
     page.write(f"""
         # Performance
@@ -136,10 +142,10 @@ def write(run, growth_run):
         What instructions cost beside what else one would take, by `scripts/bench`, which builds,
         measures, writes this page, and names what got slower since the run kept in
         `bench/kept.json`. {summary(rows)}
-        {f"Left out, since not installed: {', '.join(run['missing'])}."
-         if run["missing"] else ""}""")
+        {f"Left out, since not installed: {missing(run)}." if missing(run) else ""}""")
     page.table(["machine", ""], [["processor", machine["processor"]], ["compiler", run["compiler"]],
-                                 ["system", machine["system"]], ["date", run["date"]]])
+                                 ["system", machine["system"]], ["peers", peers],
+                                 ["date", run["date"]]])
     page.write("""
         An instruction and its peers run in turn, in batches of some milliseconds, in one process
         and on one processor that is else idle (`nice -n -15 taskset -c 0 scripts/bench`), NumPy
