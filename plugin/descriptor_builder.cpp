@@ -14,13 +14,7 @@ void SetDefault(CNuvObject& value, const Parameter& input) {
       static_cast<CNuvPoint&>(value) = CNuvPoint(input.first, input.second);
       break;
     case NUV_PARAM_LINE: static_cast<CNuvLine&>(value) = CNuvLine(input.first, input.second); break;
-    case NUV_PARAM_BOOLEAN_ARRAY: value.SetType(NUV_OBJ_BOOL_VECTOR); break;
-    case NUV_PARAM_NUMBER_ARRAY: value.SetType(NUV_OBJ_DOUBLE_VECTOR); break;
-    case NUV_PARAM_STRING_ARRAY: value.SetType(NUV_OBJ_STRING_VECTOR); break;
-    case NUV_PARAM_POINT_ARRAY: value.SetType(NUV_OBJ_POINT_VECTOR); break;
-    case NUV_PARAM_LINE_ARRAY: value.SetType(NUV_OBJ_LINE_VECTOR); break;
-    case NUV_PARAM_INTEGER:
-    case NUV_PARAM_CHOICE: break;  // constant parameters alone
+    default: value.SetType(ArrayType(input.type)); break;
   }
 }
 

@@ -13,14 +13,15 @@
 //   Repeated<T>                     a last input that may be given any number of times
 //
 // A result object may be an input of the same call. So numbers, points and lines are read before
-// Run begins; texts, arrays and what repeats are read in place, and gone once a result that is the
-// same object is written.
+// Run begins; texts, arrays and what repeats are read in place, and changed once a result that is
+// the same object is written. None is gone while an array result is filled (copied_inputs.h).
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 #include "host/integer.h"
 #include "host/nuv_object.h"
@@ -133,8 +134,7 @@ class Repeated {
  public:
   using value_type = T;
 
-  Repeated(CNuvObject* const* values, std::int32_t size)
-      : values_(values), size_(std::max(size, 0)) {}
+  Repeated(CNuvObject* const* values, std::int32_t size) : values_(values), size_(size) {}
 
   std::int32_t Size() const { return size_; }
   T operator[](std::int64_t index) const { return Input<T>::Read(*values_[index]); }
@@ -164,8 +164,15 @@ struct Place<Repeated<T>> {
   }
   static Repeated<T> Read(CNuvObject* const* inputs, std::size_t index, std::int32_t count) {
     const auto first = static_cast<std::int32_t>(index);
-    return {inputs + first, count - first};
+    return {inputs + first, std::max(count, first) - first};
   }
 };
+
+/// Whether a parameter of Run is read while Run writes results.
+template <class T>
+inline constexpr bool kReadInPlace =
+    std::is_reference_v<T> || std::is_same_v<T, const char*> || std::is_same_v<T, std::string_view>;
+template <class T>
+inline constexpr bool kReadInPlace<Repeated<T>> = true;
 
 }  // namespace formula

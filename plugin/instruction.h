@@ -14,6 +14,7 @@
 #include "host/instr_plugin.h"
 #include "plugin/call.h"
 #include "plugin/catalogue.h"
+#include "plugin/copied_inputs.h"
 #include "plugin/definition.h"
 #include "plugin/descriptor_builder.h"
 #include "plugin/inputs.h"
@@ -25,6 +26,19 @@ constexpr bool HasTextResult(const Definition& definition) {
     if (result.type == NUV_PARAM_STRING) return true;
   }
   return false;
+}
+
+/// Whether an array result may end an input that Run reads in place.
+template <class... Parameters>
+constexpr bool MayEndInputs(const Definition& definition,
+                            Status (* /*run*/)(Call&, Parameters...)) {
+  bool may = false;
+  for (const Parameter& result : definition.results) {
+    if (ArrayType(result.type) == NUV_OBJ_EMPTY) continue;
+    const Parameter* input = definition.inputs.begin();
+    ((may = may || (kReadInPlace<Parameters> && input->type != result.type), ++input), ...);
+  }
+  return may;
 }
 
 /// Reads the inputs of a call and hands them to the instruction's Run, whose parameters they are.
@@ -82,6 +96,11 @@ class Instruction : public IXInstrPlugin {
   /// The one place where exceptions end: memory that ran out, or what a host's container threw.
   Status Execute(IXInstrContext* context) final {
     try {
+      if constexpr (MayEndInputs(I::kDefinition, &I::Run)) {
+        if (EndsAnInput(*context, I::kDefinition)) {
+          return ExecuteOnCopies(*this, *context, I::kDefinition);
+        }
+      }
       return RunInstruction<I>(*context, &I::Run);
     } catch (...) {
       return FailAfterException(*context, I::kDefinition);

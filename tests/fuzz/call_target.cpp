@@ -85,16 +85,10 @@ void LimitPasses(const DescriptorRecord& descriptor, CallContext& call) {
   passes = std::min(static_cast<double>(passes), kMostPasses);
 }
 
-/// A pair of a result and an input that are declared of one type, or none.
-std::optional<Wire> AnyWire(Bytes& bytes, const DescriptorRecord& descriptor,
-                            const CallContext& call) {
+/// Any pair of a result and an input, or none.
+std::optional<Wire> AnyWire(Bytes& bytes, const CallContext& call) {
   if (call.results.empty() || call.inputs.empty()) return std::nullopt;
-  const Wire wire{bytes.Below(call.results.size()), bytes.Below(call.inputs.size())};
-  const std::size_t declared = std::min(wire.input, descriptor.inputs.Size() - 1);
-  const std::uint32_t type = descriptor.results[wire.result].type;
-  const bool fits = descriptor.inputs[declared].type == type &&
-                    call.inputs[wire.input].GetType() == nuvhost::ValueType(type);
-  return fits ? std::optional(wire) : std::nullopt;
+  return Wire{bytes.Below(call.results.size()), bytes.Below(call.inputs.size())};
 }
 
 std::vector<std::uint64_t> Fingerprints(const std::vector<CNuvObject>& values) {
@@ -150,7 +144,7 @@ class Judge {
     FillCall(bytes, descriptor_, call);
     LimitPasses(descriptor_, call);
     const bool typed = HasDeclaredTypes(call);
-    const std::optional<Wire> wire = AnyWire(bytes, descriptor_, call);
+    const std::optional<Wire> wire = bytes.Flag() ? AnyWire(bytes, call) : std::nullopt;
     if (outer_world_) {
       EnterSandbox();
       if (!Confine(descriptor_, call)) return;

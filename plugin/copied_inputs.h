@@ -1,0 +1,18 @@
+// Inputs that an array result would end: a result may be the same object as an input, and what it
+// holds is gone once it becomes an array.
+#pragma once
+
+#include "host/context.h"
+#include "host/instr_plugin.h"
+#include "plugin/definition.h"
+
+namespace formula {
+
+/// Whether an array result that holds something else is one of the inputs.
+bool EndsAnInput(IXInstrContext& context, const Definition& definition);
+
+/// Executes an instruction with copies of such inputs in their places.
+Status ExecuteOnCopies(IXInstrPlugin& instruction, IXInstrContext& context,
+                       const Definition& definition);
+
+}  // namespace formula
