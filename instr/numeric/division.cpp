@@ -7,7 +7,7 @@
 namespace formula {
 namespace {
 
-/// The one quotient of two 32-bit integers that does not fit, and faults the processor.
+/// The one quotient of two 32-bit integers that does not fit; to divide them faults the processor.
 bool Overflows(std::int32_t numerator, std::int32_t denominator) {
   return numerator == std::numeric_limits<std::int32_t>::min() && denominator == -1;
 }
@@ -52,8 +52,7 @@ struct CIntegerDivide final : Instruction<CIntegerDivide> {
   }
 };
 
-/// Remainder of the integer division, with the sign of the numerator. It fails where the
-/// quotient does.
+/// Remainder of the integer division, with the sign of the numerator.
 struct CRemainder final : Instruction<CRemainder> {
   static constexpr Definition kDefinition{
       .category = "Numeric",
@@ -66,10 +65,7 @@ struct CRemainder final : Instruction<CRemainder> {
   };
   static Status Run(Call& call, HostInteger numerator, HostInteger denominator) {
     if (denominator == 0) return call.Fail("Numeric: Remainder", "Division by zero");
-    if (Overflows(numerator, denominator)) {
-      return call.Fail("Numeric: Remainder", "Integer overflow");
-    }
-    return call.Set(0, numerator % denominator);
+    return call.Set(0, Overflows(numerator, denominator) ? 0 : numerator % denominator);
   }
 };
 
