@@ -18,9 +18,9 @@ constexpr std::uint32_t kSuccess = 0;
 constexpr std::uint32_t kFailure = 1;
 
 constexpr geometry::Effort kLineEffort = {
-    .least_draws = 60, .starts = 16, .first = 3, .carried = 10, .alike = 1e-2};
+    .least_draws = 60, .starts = 6, .first = 4, .carried = 4, .alike = 1e-4};
 constexpr geometry::Effort kCircleEffort = {
-    .least_draws = 120, .starts = 60, .first = 20, .carried = 10, .alike = 1e-9};
+    .least_draws = 120, .starts = 20, .first = 20, .carried = 10, .alike = 1e-9};
 
 geometry::Selection BestSubset(const geometry::LineFigure& /*figure*/, const CNuvPoint* points,
                                std::size_t count, std::size_t kept, const geometry::Box& box) {

@@ -149,19 +149,24 @@ Nearest::Nearest(const PointSet& set, std::size_t kept)
       kept_y_(kept + 1) {}
 
 /// Only the values between `low` and `high` need to be ordered, if it is there.
-double Nearest::FindReach(double low, double high) {
+double Nearest::FindReach(std::size_t kept, double low, double high) {
   std::size_t below = CountBelow(squared_.data(), squared_.size(), low);
   std::size_t near = 0;
   for (const double squared : squared_) {
     scratch_[near] = squared;
     near += static_cast<std::size_t>(squared >= low) & static_cast<std::size_t>(squared <= high);
   }
-  if (below >= kept_ || below + near < kept_) {
+  if (below >= kept || below + near < kept) {
     std::copy(squared_.begin(), squared_.end(), scratch_.begin());
     below = 0;
     near = squared_.size();
   }
-  return ValueAt(scratch_.data(), near, kept_ - 1 - below);
+  return ValueAt(scratch_.data(), near, kept - 1 - below);
+}
+
+double Nearest::Reach(std::size_t kept, double limit) {
+  if (CountBelow(squared_.data(), squared_.size(), limit) < kept) return limit;
+  return FindReach(kept, 0.25 * limit, limit);
 }
 
 /// Calls visit(position, 1 or 0) for each point, 1 for selected ones.

@@ -75,13 +75,14 @@ class Nearest {
   /// Selects by squared distances from the figure; their sum over the selected points.
   template <class Figure>
   double Select(const Figure& figure);
-  /// The same for a figure whose reach is known.
+  /// Measures squared distances from a figure, for Reach.
   template <class Figure>
-  double Select(const Figure& figure, double reach);
-  /// The square of the largest distance among those that Select would select; `limit` unless it
-  /// is smaller.
-  template <class Figure>
-  double Reach(const Figure& figure, double limit);
+  void Measure(const Figure& figure) {
+    figure.SquaredDistances(set_.x.data(), set_.y.data(), set_.Size(), squared_.data());
+  }
+  /// The square of the largest distance of the so many nearest points; `limit` unless it is
+  /// smaller.
+  double Reach(std::size_t kept, double limit);
 
   const double* X() const { return kept_x_.data(); }
   const double* Y() const { return kept_y_.data(); }
@@ -90,11 +91,7 @@ class Nearest {
   Selection Selected() const;
 
  private:
-  template <class Figure>
-  void Measure(const Figure& figure) {
-    figure.SquaredDistances(set_.x.data(), set_.y.data(), set_.Size(), squared_.data());
-  }
-  double FindReach(double low, double high);
+  double FindReach(std::size_t kept, double low, double high);
   double Gather();
   template <class Visit>
   void Visits(const Visit& visit) const;
@@ -112,22 +109,8 @@ template <class Figure>
 double Nearest::Select(const Figure& figure) {
   Measure(figure);
   // Most often somewhat less than the last one.
-  reach_ = FindReach(0.5 * reach_, 1.1 * reach_);
+  reach_ = FindReach(kept_, 0.5 * reach_, 1.1 * reach_);
   return Gather();
-}
-
-template <class Figure>
-double Nearest::Select(const Figure& figure, double reach) {
-  Measure(figure);
-  reach_ = reach;
-  return Gather();
-}
-
-template <class Figure>
-double Nearest::Reach(const Figure& figure, double limit) {
-  Measure(figure);
-  if (CountBelow(squared_.data(), squared_.size(), limit) < kept_) return limit;
-  return FindReach(0.25 * limit, limit);
 }
 
 /// Enough for concentration to end by itself.
@@ -180,7 +163,7 @@ using Candidates = std::vector<Candidate<Figure>>;
 /// How the search weighs time against certainty.
 struct Effort {
   double least_draws;
-  std::size_t starts;   ///< of the draws, as many as are concentrated at all
+  std::size_t starts;   ///< of the draws, as many by either reach are concentrated at all
   std::size_t first;    ///< of those, as many as are concentrated to the end
   std::size_t carried;  ///< of those, as many as are carried to more points
   double alike;         ///< candidates whose sums differ by less of it count as one
@@ -208,38 +191,61 @@ void Rank(Candidates<Figure>& candidates, std::size_t most, double alike) {
   candidates.resize(size);
 }
 
-/// Figures through points of the set drawn at random: those with the smallest reach.
+/// The figures that reach so many points within the smallest distances, of equal ones the first.
+template <class Figure>
+class Shortlist {
+ public:
+  Shortlist(std::size_t kept, std::size_t most) : kept_(kept), most_(most) {}
+
+  /// Looks at a figure that `nearest` has measured.
+  void Offer(const Figure& figure, Nearest& nearest) {
+    const double reach = nearest.Reach(kept_, limit_);
+    if (!(reach < limit_)) return;
+    const auto place =
+        std::lower_bound(listed_.begin(), listed_.end(), reach,
+                         [](const auto& other, double value) { return other.squares < value; });
+    if (place != listed_.end() && place->squares == reach) return;
+    listed_.insert(place, {reach, figure});
+    if (listed_.size() > most_) listed_.pop_back();
+    if (listed_.size() == most_) limit_ = listed_.back().squares;
+  }
+  const Candidates<Figure>& Listed() const { return listed_; }
+
+ private:
+  std::size_t kept_;
+  std::size_t most_;
+  Candidates<Figure> listed_;
+  double limit_ = std::numeric_limits<double>::infinity();
+};
+
+/// Figures through points of the set drawn at random: those with the smallest reach to all points
+/// kept, and to seven eighths of them. Where some that must be kept are far from all others, the
+/// first leans towards them, and the second does not see them.
 template <class Figure>
 Candidates<Figure> DrawStarts(const PointSet& set, Nearest& nearest, const Effort& effort) {
   // So many make it as good as certain that enough of them have only kept points.
-  const double share = static_cast<double>(nearest.Kept()) / static_cast<double>(set.Size());
+  const std::size_t kept = nearest.Kept();
+  const double share = static_cast<double>(kept) / static_cast<double>(set.Size());
   double chance = 1.0;
   for (std::size_t i = 0; i < Figure::kPoints; ++i) chance *= share;
   const int count = static_cast<int>(std::clamp(14.0 / chance, effort.least_draws, 2000.0));
 
-  // By their reach, of equal ones the first.
-  Candidates<Figure> starts;
-  double limit = std::numeric_limits<double>::infinity();
+  Shortlist<Figure> by_all(kept, effort.starts);
+  Shortlist<Figure> by_most(std::max(kept - kept / 8, Figure::kPoints), effort.starts);
   Draws draws;
   for (int draw = 0; draw < count; ++draw) {
     std::array<std::size_t, Figure::kPoints> positions;
     for (std::size_t& position : positions) position = draws.Below(set.Size());
     Figure figure;
     if (!figure.Through(set.x.data(), set.y.data(), positions.data())) continue;
-    const double reach = nearest.Reach(figure, limit);
-    if (!(reach < limit)) continue;
-    const auto place =
-        std::lower_bound(starts.begin(), starts.end(), reach,
-                         [](const auto& start, double value) { return start.squares < value; });
-    if (place != starts.end() && place->squares == reach) continue;
-    starts.insert(place, {reach, figure});
-    if (starts.size() > effort.starts) starts.pop_back();
-    if (starts.size() == effort.starts) limit = starts.back().squares;
+    nearest.Measure(figure);
+    by_all.Offer(figure, nearest);
+    by_most.Offer(figure, nearest);
   }
+  Candidates<Figure> starts = by_all.Listed();
+  starts.insert(starts.end(), by_most.Listed().begin(), by_most.Listed().end());
   Figure plain;
-  if (plain.Fit(set.x.data(), set.y.data(), set.Size())) {
-    starts.push_back({nearest.Reach(plain, std::numeric_limits<double>::infinity()), plain});
-  }
+  if (plain.Fit(set.x.data(), set.y.data(), set.Size())) starts.push_back({0.0, plain});
   return starts;
 }
 
@@ -252,7 +258,7 @@ Candidates<Figure> SearchSample(const PointSet& set, std::size_t kept, const Eff
   Candidates<Figure> candidates = DrawStarts<Figure>(set, nearest, effort);
   // One step tells good starts from bad ones.
   for (auto& [squares, figure] : candidates) {
-    squares = Concentrate(figure, nearest.Select(figure, squares), nearest, 1, fit);
+    squares = Concentrate(figure, nearest.Select(figure), nearest, 1, fit);
   }
   Rank(candidates, effort.first, effort.alike);
   for (auto& [squares, figure] : candidates) {

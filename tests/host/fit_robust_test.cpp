@@ -8,8 +8,14 @@
 #include <vector>
 
 #include "tests/host/fit_calls.h"
+#include "tests/host/plain_fits.h"
 
 namespace {
+
+double DistanceFrom(const Result& fit, bool circle, const CNuvPoint& p) {
+  return std::fabs(circle ? std::hypot(p.x - fit.center.x, p.y - fit.center.y) - fit.diameter / 2.0
+                          : p.y * std::cos(fit.line.a) - p.x * std::sin(fit.line.a) - fit.line.d);
+}
 
 TEST(FitRobust, TrimmedFitIsTheFitOfThePointsUsedWhichAreTheNearest) {
   Random random(5);
@@ -27,10 +33,7 @@ TEST(FitRobust, TrimmedFitIsTheFitOfThePointsUsedWhichAreTheNearest) {
       const auto farthest = [&](const Points& from, bool least) {
         double found = least ? kInfinity : 0.0;
         for (const CNuvPoint& p : from) {
-          const double distance = std::fabs(
-              circle
-                  ? std::hypot(p.x - result.center.x, p.y - result.center.y) - result.diameter / 2.0
-                  : p.y * std::cos(result.line.a) - p.x * std::sin(result.line.a) - result.line.d);
+          const double distance = DistanceFrom(result, circle, p);
           found = least ? std::min(found, distance) : std::max(found, distance);
         }
         return found;
@@ -58,6 +61,37 @@ TEST(FitRobust, GrossOutliersDoNotMatter) {
         EXPECT_TRUE(result.used == clean) << far << " " << count << " " << circle;
       }
     }
+  }
+}
+
+/// The points nearest to the fit of the inliers are one of the subsets to choose from, some
+/// outliers among them.
+TEST(FitRobust, TrimmedFitLeansOnNoOutlierThatMustBeKept) {
+  Random random(8);
+  constexpr OutlierKind kKinds[] = {OutlierKind::kSpread, OutlierKind::kNearBlob,
+                                    OutlierKind::kTwoBlobs, OutlierKind::kSecondEdge};
+  for (int round = 0; round < 1000; ++round) {
+    const bool circle = round % 4 == 0;
+    const auto percent = static_cast<std::uint32_t>(5 + random.Below(41));
+    const std::size_t count = 49 + static_cast<std::size_t>(random.Below(150));
+    const std::size_t out = count * percent / 100;
+    const Scene scene =
+        MakeScene(random, {.shape = circle ? Shape::kCircle : Shape::kLine,
+                           .outliers = kKinds[random.Below(4)],
+                           .count = count,
+                           .out = out + 1 + static_cast<std::size_t>(random.Below(3)),
+                           .noise = kSize * random.Scaled(1e-4, 1e-2)});
+    const Fitting fit = circle ? FitCircle : FitLine;
+    const Result truth = fit(scene.inliers, 0);
+    Points nearest = scene.points;
+    std::ranges::sort(nearest, {},
+                      [&](const CNuvPoint& p) { return DistanceFrom(truth, circle, p); });
+    nearest.resize(count - out);
+    const auto squares = [&](const Result& result) {
+      return circle ? CircleSquares(result.used, result.center.x, result.center.y)
+                    : LineSquares(result.used);
+    };
+    EXPECT_LE(squares(fit(scene.points, percent)), 1.1L * squares(fit(nearest, 0))) << round;
   }
 }
 
