@@ -181,8 +181,10 @@ bool Empty(std::unique_ptr<Folder> folder) {
 
 ErrorCode LastFileError(const char* from, const char* to) {
   const int error = errno;
-  if (error == ENOENT && (FolderIsMissing(from) || FolderIsMissing(to))) return kPathNotFound;
-  return CodeOf(error);
+  if (error != ENOENT) return CodeOf(error);
+  struct stat status;
+  const char* const missing = lstat(from, &status) == 0 ? to : from;
+  return FolderIsMissing(missing) ? kPathNotFound : kFileNotFound;
 }
 
 ErrorCode RemoveFile(const char* name) {

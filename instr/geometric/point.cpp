@@ -72,7 +72,7 @@ struct CPtAvg final : Instruction<CPtAvg> {
   }
 };
 
-/// Fails without points, and says nothing.
+/// Not a number without points.
 struct CPtAvgInf final : Instruction<CPtAvgInf> {
   static constexpr Definition kDefinition{
       .category = "Geometric",
@@ -84,10 +84,7 @@ struct CPtAvgInf final : Instruction<CPtAvgInf> {
       .inputs = {Point("pt", 0.0, 0.0)},
       .results = {Point("mean pt")},
   };
-  static Status Run(Call& call, Repeated<CNuvPoint> points) {
-    if (points.Size() == 0) return Status::kFailure;
-    return call.Set(0, Mean(points));
-  }
+  static Status Run(Call& call, Repeated<CNuvPoint> points) { return call.Set(0, Mean(points)); }
 };
 
 /// The two points at a distance from a point, along an angle and against it.

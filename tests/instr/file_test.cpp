@@ -137,6 +137,7 @@ TEST_F(Files, WarnOfEveryFailure) {
     std::uint32_t code;
   } const transfers[] = {
       {missing, b, "false", 2},
+      {missing, lost, "false", 2},
       {lost, b, "false", 3},
       {a, lost, "true", 3},
       {a, b, "true", 80},
@@ -147,6 +148,7 @@ TEST_F(Files, WarnOfEveryFailure) {
       {"", b, "false", 3},
       {a, "", "false", 3},
       {missing, b + "2", "", 2},
+      {missing, lost, "", 2},
       {lost, b + "2", "", 3},
       {a, lost, "", 3},
       {a, b, "", 183},
