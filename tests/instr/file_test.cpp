@@ -136,24 +136,12 @@ TEST_F(Files, WarnOfEveryFailure) {
     const char* fail_if_exists;  // null for a move
     std::uint32_t code;
   } const transfers[] = {
-      {missing, b, "false", 2},
-      {missing, lost, "false", 2},
-      {lost, b, "false", 3},
-      {a, lost, "true", 3},
-      {a, b, "true", 80},
-      {a, a, "true", 80},
-      {a, a, "false", 32},
-      {folder, lost, "true", 5},
-      {a, folder, "false", 5},
-      {"", b, "false", 3},
-      {a, "", "false", 3},
-      {missing, b + "2", "", 2},
-      {missing, lost, "", 2},
-      {lost, b + "2", "", 3},
-      {a, lost, "", 3},
-      {a, b, "", 183},
-      {a, folder, "", 183},
-      {"", b + "2", "", 3},
+      {missing, b, "false", 2}, {missing, lost, "false", 2}, {lost, b, "false", 3},
+      {a, lost, "true", 3},     {a, b, "true", 80},          {a, a, "true", 80},
+      {a, a, "false", 32},      {folder, lost, "true", 5},   {a, folder, "false", 5},
+      {"", b, "false", 3},      {a, "", "false", 3},         {missing, b + "2", "", 2},
+      {missing, lost, "", 2},   {lost, b + "2", "", 3},      {a, lost, "", 3},
+      {a, b, "", 183},          {a, folder, "", 183},        {"", b + "2", "", 3},
       {a, "", "", 3},
   };
   for (const auto& row : transfers) {
