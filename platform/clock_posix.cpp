@@ -43,7 +43,8 @@ CalendarNames ReadUserNames() {
     names.short_days[i] = locale.Text(ABDAY_1 + i);
   }
   for (int i = 0; i < 12; ++i) {
-    names.months[i] = locale.Text(MON_1 + i);
+    names.months_with_day[i] = locale.Text(MON_1 + i);
+    names.months[i] = locale.Text(ALTMON_1 + i);
     names.short_months[i] = locale.Text(ABMON_1 + i);
   }
   names.morning = locale.Text(AM_STR);

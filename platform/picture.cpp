@@ -51,6 +51,12 @@ std::string Fill(std::string_view picture, Part part) {
 
 std::string FormatDatePicture(std::string_view picture, const LocalTime& time,
                               const CalendarNames& names) {
+  bool has_day = false;
+  Fill(picture, [&](char letter, std::size_t run, std::string& /*text*/) {
+    has_day = has_day || (letter == 'd' && run <= 2);
+    return true;
+  });
+  const auto& months = has_day ? names.months_with_day : names.months;
   return Fill(picture, [&](char letter, std::size_t run, std::string& text) {
     const auto name = [run](const auto& short_names, const auto& full_names, int index) {
       return run == 3 ? short_names.at(index) : full_names.at(index);
@@ -61,8 +67,8 @@ std::string FormatDatePicture(std::string_view picture, const LocalTime& time,
             run <= 2 ? OneOrTwo(time.day, run) : name(names.short_days, names.days, time.weekday);
         return true;
       case 'M':
-        text += run <= 2 ? OneOrTwo(time.month, run)
-                         : name(names.short_months, names.months, time.month - 1);
+        text +=
+            run <= 2 ? OneOrTwo(time.month, run) : name(names.short_months, months, time.month - 1);
         return true;
       case 'y':
         text += run <= 2 ? OneOrTwo(time.year % 100, run) : Digits(time.year, 4);

@@ -13,10 +13,12 @@
 
 namespace platform {
 
-/// Names of a locale; days from Sunday on, months from January on.
+/// Names of a locale; days from Sunday on, months from January on. In some languages a month has
+/// another name beside the number of a day: "5 listopada", "listopad 2024".
 struct CalendarNames {
   std::array<std::string, 7> days;
   std::array<std::string, 7> short_days;
+  std::array<std::string, 12> months_with_day;
   std::array<std::string, 12> months;
   std::array<std::string, 12> short_months;
   std::string morning;

@@ -28,6 +28,7 @@ platform::CalendarNames Names() {
   platform::CalendarNames names;
   names.days.fill("day");
   names.short_days.fill("d");
+  names.months_with_day.fill("month");
   names.months.fill("month");
   names.short_months.fill("");
   names.morning = "am";

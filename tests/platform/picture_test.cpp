@@ -13,11 +13,14 @@ namespace {
 using platform::CalendarNames;
 using platform::LocalTime;
 
+const std::array<std::string, 12> kMonths = {"January",   "February", "March",    "April",
+                                             "May",       "June",     "July",     "August",
+                                             "September", "October",  "November", "December"};
 const CalendarNames kEnglish{
     .days = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"},
     .short_days = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"},
-    .months = {"January", "February", "March", "April", "May", "June", "July", "August",
-               "September", "October", "November", "December"},
+    .months_with_day = kMonths,
+    .months = kMonths,
     .short_months = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov",
                      "Dec"},
     .morning = "AM",
@@ -60,9 +63,12 @@ TEST(Pictures, Rows) {
 /// Half a day's name may be of many bytes, or none at all.
 TEST(Pictures, NamesAreTheLocales) {
   CalendarNames names = kEnglish;
-  names.months[2] = "M\xC3\xA4rz";
+  names.months_with_day[2] = "M\xC3\xA4rz";
+  names.months[2] = "Monat";
   names.afternoon = "\xE5\x8D\x88\xE5\xBE\x8C";
   EXPECT_EQ(platform::FormatDatePicture("d. MMMM", kTimes[0], names), "5. M\xC3\xA4rz");
+  EXPECT_EQ(platform::FormatDatePicture("MMMM yy, 'd'dd", kTimes[0], names), "M\xC3\xA4rz 24, d05");
+  EXPECT_EQ(platform::FormatDatePicture("MMMM yy, 'd'ddd", kTimes[0], names), "Monat 24, dTue");
   EXPECT_EQ(platform::FormatTimePicture("t tt", kTimes[0], names),
             "\xE5\x8D\x88 \xE5\x8D\x88\xE5\xBE\x8C");
   names.afternoon = "";
