@@ -133,8 +133,7 @@ void Fill(const DescriptorRecord& descriptor, std::size_t n, Values& values, Arg
       for (std::size_t i = 0; i < 4; ++i)
         corners[i] = CNuvPoint(i == 1 || i == 2 ? 1.0 : 0.0, i < 2 ? 0.0 : 1.0);
     } else if (IsArray(input)) {
-      arguments.all.back() =
-          &values.Get(nuvhost::ValueType(input.type), n, arguments.all.size() - 1);
+      arguments.all.back() = &values.Get(NuvValueType(input.type), n, arguments.all.size() - 1);
     } else if (input.type == NUV_PARAM_STRING && is_text && !repeats) {
       if (texts++ == 0 || identifier == "_Nuv_String_CAddStr_") {
         arguments.all.back() = &values.Get(NUV_OBJ_STRING, n, 0);

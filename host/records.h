@@ -30,6 +30,25 @@ enum NuvParamType : std::uint32_t {
   NUV_PARAM_LINE_ARRAY = 517,
 };
 
+/// The type of the value that a parameter holds; the empty value's for a type that there is not.
+constexpr NUV_OBJ_TYPE NuvValueType(std::uint32_t parameter_type) {
+  switch (parameter_type) {
+    case NUV_PARAM_BOOLEAN: return NUV_OBJ_BOOL;
+    case NUV_PARAM_INTEGER:
+    case NUV_PARAM_CHOICE:
+    case NUV_PARAM_NUMBER: return NUV_OBJ_DOUBLE;
+    case NUV_PARAM_STRING: return NUV_OBJ_STRING;
+    case NUV_PARAM_POINT: return NUV_OBJ_POINT;
+    case NUV_PARAM_LINE: return NUV_OBJ_LINE;
+    case NUV_PARAM_BOOLEAN_ARRAY: return NUV_OBJ_BOOL_VECTOR;
+    case NUV_PARAM_NUMBER_ARRAY: return NUV_OBJ_DOUBLE_VECTOR;
+    case NUV_PARAM_STRING_ARRAY: return NUV_OBJ_STRING_VECTOR;
+    case NUV_PARAM_POINT_ARRAY: return NUV_OBJ_POINT_VECTOR;
+    case NUV_PARAM_LINE_ARRAY: return NUV_OBJ_LINE_VECTOR;
+    default: return NUV_OBJ_EMPTY;
+  }
+}
+
 /// One input.
 struct ParameterRecord {
   std::uint32_t type = 0;             //  0  NuvParamType

@@ -20,8 +20,7 @@ template <class Enough>
 void ForResultsThatEndInputs(IXInstrContext& context, const Definition& definition, Enough enough) {
   CNuvObject** result = context.ResultValues();
   for (const Parameter& declared : definition.results) {
-    const NUV_OBJ_TYPE array = ArrayType(declared.type);
-    if (array != NUV_OBJ_EMPTY && (*result)->GetType() != array) {
+    if ((*result)->GetType() != NuvValueType(declared.type)) {
       const auto inputs = GivenInputs(context, definition);
       if (std::ranges::find(inputs, *result) != inputs.end() && enough(*result)) return;
     }

@@ -8,7 +8,7 @@
 
 namespace formula {
 
-/// Whether an array result that holds something else is one of the inputs.
+/// Whether a result that holds something else than it is declared to is one of the inputs.
 bool EndsAnInput(IXInstrContext& context, const Definition& definition);
 
 /// Executes an instruction with copies of such inputs in their places.

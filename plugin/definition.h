@@ -12,18 +12,6 @@
 
 namespace formula {
 
-/// The type of the value that an array parameter takes; that of no value for any other parameter.
-constexpr NUV_OBJ_TYPE ArrayType(NuvParamType type) {
-  switch (type) {
-    case NUV_PARAM_BOOLEAN_ARRAY: return NUV_OBJ_BOOL_VECTOR;
-    case NUV_PARAM_NUMBER_ARRAY: return NUV_OBJ_DOUBLE_VECTOR;
-    case NUV_PARAM_STRING_ARRAY: return NUV_OBJ_STRING_VECTOR;
-    case NUV_PARAM_POINT_ARRAY: return NUV_OBJ_POINT_VECTOR;
-    case NUV_PARAM_LINE_ARRAY: return NUV_OBJ_LINE_VECTOR;
-    default: return NUV_OBJ_EMPTY;
-  }
-}
-
 /// A short constant list; one element too many does not compile.
 template <class T, std::size_t Capacity>
 class ConstantList {

@@ -14,7 +14,7 @@ void SetDefault(CNuvObject& value, const Parameter& input) {
       static_cast<CNuvPoint&>(value) = CNuvPoint(input.first, input.second);
       break;
     case NUV_PARAM_LINE: static_cast<CNuvLine&>(value) = CNuvLine(input.first, input.second); break;
-    default: value.SetType(ArrayType(input.type)); break;
+    default: value.SetType(NuvValueType(input.type)); break;
   }
 }
 

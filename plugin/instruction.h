@@ -34,7 +34,7 @@ constexpr bool MayEndInputs(const Definition& definition,
                             Status (* /*run*/)(Call&, Parameters...)) {
   bool may = false;
   for (const Parameter& result : definition.results) {
-    if (ArrayType(result.type) == NUV_OBJ_EMPTY) continue;
+    if (result.type < NUV_PARAM_BOOLEAN_ARRAY) continue;
     const Parameter* input = definition.inputs.begin();
     ((may = may || (kReadInPlace<Parameters> && input->type != result.type), ++input), ...);
   }

@@ -121,7 +121,7 @@ bool IsArray(NUV_OBJ_TYPE type) {
 /// Arrays get three elements, so that there is something to do.
 void FillArrays(CallContext& context, const DescriptorRecord& descriptor) {
   for (std::size_t i = 0; i < descriptor.inputs.Size(); ++i) {
-    const NUV_OBJ_TYPE type = ValueType(descriptor.inputs[i].type);
+    const NUV_OBJ_TYPE type = NuvValueType(descriptor.inputs[i].type);
     if (IsArray(type)) context.inputs[i] = PlainArray(type, 3);
   }
 }
@@ -137,7 +137,7 @@ void AddInputCases(Cases& cases, const DescriptorRecord& descriptor, const std::
   };
   std::vector<Placed> all;
   for (std::size_t i = 0; i < descriptor.inputs.Size(); ++i) {
-    const std::optional<CNuvObject> value = make(ValueType(descriptor.inputs[i].type));
+    const std::optional<CNuvObject> value = make(NuvValueType(descriptor.inputs[i].type));
     if (value) all.push_back({i, *value});
   }
   const auto add = [&](const std::string& where, std::vector<Placed> placed) {
@@ -244,7 +244,7 @@ Cases ResultCases(const DescriptorRecord& descriptor) {
 Cases CountCases(const DescriptorRecord& descriptor) {
   if (descriptor.repeatable == 0 || descriptor.inputs.Empty()) return {};
   const std::size_t last = descriptor.inputs.Size() - 1;
-  const NUV_OBJ_TYPE type = ValueType(descriptor.inputs[last].type);
+  const NUV_OBJ_TYPE type = NuvValueType(descriptor.inputs[last].type);
   Cases cases;
   for (std::size_t count = 0; count <= last; ++count) {
     cases.push_back({"an input count of " + std::to_string(count), [count](CallContext& context) {

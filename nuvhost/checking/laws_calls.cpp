@@ -40,7 +40,7 @@ std::string StatusComplaint(std::string_view identifier, std::int32_t status,
 bool HaveDeclaredTypes(const std::vector<CNuvObject>& inputs, const DescriptorRecord& descriptor) {
   for (std::size_t i = 0; i < inputs.size(); ++i) {
     const std::size_t declared = std::min(i, descriptor.inputs.Size() - 1);
-    if (inputs[i].GetType() != ValueType(descriptor.inputs[declared].type)) return false;
+    if (inputs[i].GetType() != NuvValueType(descriptor.inputs[declared].type)) return false;
   }
   return true;
 }
@@ -52,7 +52,7 @@ std::string ResultComplaint(const DescriptorRecord& descriptor,
   const std::vector<std::string> after = AllShown(results);
   for (std::size_t i = 0; i < results.size(); ++i) {
     const std::uint32_t declared = descriptor.results[i].type;
-    if (results[i].GetType() == ValueType(declared) || after[i] == before[i]) continue;
+    if (results[i].GetType() == NuvValueType(declared) || after[i] == before[i]) continue;
     return fmt::format("result {} has type code {} and was given a value of type {}", i, declared,
                        results[i].GetType());
   }

@@ -176,7 +176,7 @@ std::string Types(const DescriptorRecord& descriptor) {
     const bool integer = record.type == NUV_PARAM_INTEGER || record.type == NUV_PARAM_CHOICE;
     const bool legal = std::is_same_v<decltype(record), const ConstantRecord&>
                            ? integer || record.type == NUV_PARAM_BOOLEAN
-                           : !integer && ValueType(record.type) != NUV_OBJ_EMPTY;
+                           : !integer && NuvValueType(record.type) != NUV_OBJ_EMPTY;
     return legal ? "" : "has type code " + std::to_string(record.type);
   });
 }
@@ -184,7 +184,7 @@ std::string Types(const DescriptorRecord& descriptor) {
 std::string Defaults(const DescriptorRecord& descriptor) {
   const auto matches = [](const ParameterRecord& input, std::size_t) -> std::string {
     const NUV_OBJ_TYPE held = input.default_value.GetType();
-    if (held == ValueType(input.type)) return "";
+    if (held == NuvValueType(input.type)) return "";
     return fmt::format("has type code {} and a default of value type {}", input.type, held);
   };
   return FirstComplaint("inputs", descriptor.inputs, matches);

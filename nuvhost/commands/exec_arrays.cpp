@@ -80,7 +80,7 @@ std::uint64_t WholeNumber(const Json& json, const char* member, std::uint64_t ot
 
 bool MayStandInFile(std::uint32_t parameter_type) {
   bool may = false;
-  WithLayout(ValueType(parameter_type), [&](auto) { may = true; });
+  WithLayout(NuvValueType(parameter_type), [&](auto) { may = true; });
   return may;
 }
 
@@ -96,7 +96,7 @@ CNuvObject ArrayFromFile(const Json& json, std::uint32_t parameter_type) {
   if (file == nullptr) throw ValueError("cannot read the file \"{}\"", path);
   const std::uint64_t size = std::filesystem::file_size(PathFromUtf8(path));
   CNuvObject value;
-  WithLayout(ValueType(parameter_type), [&](auto layout) {
+  WithLayout(NuvValueType(parameter_type), [&](auto layout) {
     using Layout = decltype(layout);
     using Element = typename Layout::Element;
     if (offset > size || count > (size - offset) / sizeof(Element)) {

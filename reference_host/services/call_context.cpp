@@ -18,24 +18,6 @@ CNuvObject* At(std::vector<CNuvObject>& values, std::int32_t index) {
 
 }  // namespace
 
-NUV_OBJ_TYPE ValueType(std::uint32_t parameter_type) {
-  switch (parameter_type) {
-    case NUV_PARAM_BOOLEAN: return NUV_OBJ_BOOL;
-    case NUV_PARAM_INTEGER:
-    case NUV_PARAM_CHOICE:
-    case NUV_PARAM_NUMBER: return NUV_OBJ_DOUBLE;
-    case NUV_PARAM_STRING: return NUV_OBJ_STRING;
-    case NUV_PARAM_POINT: return NUV_OBJ_POINT;
-    case NUV_PARAM_LINE: return NUV_OBJ_LINE;
-    case NUV_PARAM_BOOLEAN_ARRAY: return NUV_OBJ_BOOL_VECTOR;
-    case NUV_PARAM_NUMBER_ARRAY: return NUV_OBJ_DOUBLE_VECTOR;
-    case NUV_PARAM_STRING_ARRAY: return NUV_OBJ_STRING_VECTOR;
-    case NUV_PARAM_POINT_ARRAY: return NUV_OBJ_POINT_VECTOR;
-    case NUV_PARAM_LINE_ARRAY: return NUV_OBJ_LINE_VECTOR;
-    default: return NUV_OBJ_EMPTY;
-  }
-}
-
 CallContext::CallContext(const DescriptorRecord& descriptor, Services& services)
     : services_(services) {
   constants.reserve(descriptor.constants.Size());
@@ -46,7 +28,7 @@ CallContext::CallContext(const DescriptorRecord& descriptor, Services& services)
   }
   for (const ParameterRecord& input : descriptor.inputs) inputs.push_back(input.default_value);
   for (const ResultRecord& result : descriptor.results) {
-    results.emplace_back(ValueType(result.type));
+    results.emplace_back(NuvValueType(result.type));
   }
 }
 

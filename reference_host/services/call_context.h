@@ -11,9 +11,6 @@
 
 namespace nuvhost {
 
-/// The value type that a parameter type stands for.
-NUV_OBJ_TYPE ValueType(std::uint32_t parameter_type);
-
 /// The values of one call: constants and inputs start with the descriptor's defaults, results
 /// with their type's empty value. Fill them, then Execute.
 class CallContext final : public IXInstrContext {

@@ -68,7 +68,7 @@ void FillCall(Bytes& bytes, const DescriptorRecord& descriptor, CallContext& cal
   for (std::size_t i = 0; i < call.inputs.size(); ++i) {
     const std::uint32_t type = descriptor.inputs[std::min(i, declared - 1)].type;
     const bool any = how % 8 == 2 && bytes.Flag();
-    call.inputs[i] = AnyValue(bytes, any ? AnyType(bytes) : nuvhost::ValueType(type));
+    call.inputs[i] = AnyValue(bytes, any ? AnyType(bytes) : NuvValueType(type));
   }
   if (how % 8 == 3) call.has_services = false;
   if (how % 8 != 4) return;
@@ -154,8 +154,7 @@ class Judge {
     const std::vector<std::uint64_t> before = Fingerprints(call.results);
     const Answer answer = Execute(call);
     for (std::size_t i = 0; i < before.size(); ++i) {
-      const bool declared =
-          call.results[i].GetType() == nuvhost::ValueType(descriptor_.results[i].type);
+      const bool declared = call.results[i].GetType() == NuvValueType(descriptor_.results[i].type);
       Hold(declared || !typed || answer.results[i] == before[i], "a result of another type");
     }
     if (outer_world_) {
@@ -179,7 +178,7 @@ class Judge {
   bool HasDeclaredTypes(const CallContext& call) const {
     for (std::size_t i = 0; i < call.inputs.size(); ++i) {
       const std::size_t declared = std::min(i, descriptor_.inputs.Size() - 1);
-      const NUV_OBJ_TYPE type = nuvhost::ValueType(descriptor_.inputs[declared].type);
+      const NUV_OBJ_TYPE type = NuvValueType(descriptor_.inputs[declared].type);
       if (call.inputs[i].GetType() != type) return false;
     }
     return true;

@@ -29,8 +29,7 @@ void ReadColumns(const nuvhost::DataTable& table, nuvhost::Mistakes& mistakes) {
       if (type == NUV_PARAM_POINT_ARRAY) columns.push_back(table.Columns() - 1);
       nuvhost::Mistakes own;
       const CNuvObject array = table.Array(type, columns, rows, own);
-      Require(!own.Empty() || array.GetType() == nuvhost::ValueType(type),
-              "a column of another type");
+      Require(!own.Empty() || array.GetType() == NuvValueType(type), "a column of another type");
     }
     table.WithoutBlankEnd(rows, {column});
     for (const nuvhost::Json& value : {nuvhost::Json(1), nuvhost::Json("a")}) {

@@ -42,12 +42,12 @@ class Setting {
         descriptor_(*instruction.descriptor),
         reaches_out_(nuvhost::TouchesOuterWorld(descriptor_.identifier)) {
     for (std::size_t i = 0; i < descriptor_.inputs.Size(); ++i) {
-      const NUV_OBJ_TYPE type = nuvhost::ValueType(descriptor_.inputs[i].type);
+      const NUV_OBJ_TYPE type = NuvValueType(descriptor_.inputs[i].type);
       inputs_.push_back(Given(type, seed + static_cast<unsigned>(i)));
     }
     for (int i = 0; descriptor_.repeatable != 0 && i < 4; ++i) inputs_.push_back(inputs_.back());
     for (const ResultRecord& result : descriptor_.results) {
-      const NUV_OBJ_TYPE type = nuvhost::ValueType(result.type);
+      const NUV_OBJ_TYPE type = NuvValueType(result.type);
       before_.push_back(has_results ? Given(type, seed) : CNuvObject());
     }
     CallContext context(descriptor_, services_);
@@ -224,7 +224,7 @@ TEST(Memory, OnlyResultsThatGrowAreAllocated) {
       CallContext context(descriptor, services);
       for (std::size_t i = 0; i < context.inputs.size(); ++i) {
         const auto at = static_cast<unsigned>(i);
-        context.inputs[i] = Given(nuvhost::ValueType(descriptor.inputs[i].type), seed * 37 + at);
+        context.inputs[i] = Given(NuvValueType(descriptor.inputs[i].type), seed * 37 + at);
         // Half of the calls get what most instructions accept: small numbers, numbers as texts.
         const NUV_OBJ_TYPE type = context.inputs[i].GetType();
         if (type == NUV_OBJ_DOUBLE && seed % 2 != 0) context.inputs[i] = 1.0 * (seed / 2 * at % 3);
