@@ -15,19 +15,6 @@ std::span<CNuvObject* const> GivenInputs(IXInstrContext& context, const Definiti
   return {context.InputValues(), std::max(declared, static_cast<std::size_t>(given))};
 }
 
-/// Hands each result that ends inputs to a function, until that says that it is enough.
-template <class Enough>
-void ForResultsThatEndInputs(IXInstrContext& context, const Definition& definition, Enough enough) {
-  CNuvObject** result = context.ResultValues();
-  for (const Parameter& declared : definition.results) {
-    if ((*result)->GetType() != NuvValueType(declared.type)) {
-      const auto inputs = GivenInputs(context, definition);
-      if (std::ranges::find(inputs, *result) != inputs.end() && enough(*result)) return;
-    }
-    ++result;
-  }
-}
-
 /// A call as it is, but for its inputs.
 class ContextWithInputs final : public IXInstrContext {
  public:
@@ -54,9 +41,15 @@ class ContextWithInputs final : public IXInstrContext {
 }  // namespace
 
 bool EndsAnInput(IXInstrContext& context, const Definition& definition) {
-  bool ends = false;
-  ForResultsThatEndInputs(context, definition, [&](CNuvObject*) { return ends = true; });
-  return ends;
+  CNuvObject** result = context.ResultValues();
+  for (const Parameter& declared : definition.results) {
+    if ((*result)->GetType() != NuvValueType(declared.type)) {
+      const auto inputs = GivenInputs(context, definition);
+      if (std::ranges::find(inputs, *result) != inputs.end()) return true;
+    }
+    ++result;
+  }
+  return false;
 }
 
 Status ExecuteOnCopies(IXInstrPlugin& instruction, IXInstrContext& context,
@@ -64,12 +57,14 @@ Status ExecuteOnCopies(IXInstrPlugin& instruction, IXInstrContext& context,
   const auto given = GivenInputs(context, definition);
   std::vector<CNuvObject*> inputs(given.begin(), given.end());
   std::vector<CNuvObject> copies(definition.results.size());
-  auto copy = copies.begin();
-  ForResultsThatEndInputs(context, definition, [&](CNuvObject* result) {
-    *copy = *result;
-    std::ranges::replace(inputs, result, &*copy++);
-    return false;
-  });
+  CNuvObject** result = context.ResultValues();
+  for (CNuvObject& copy : copies) {
+    if (std::ranges::find(given, *result) != given.end()) {
+      copy = **result;
+      std::ranges::replace(inputs, *result, &copy);
+    }
+    ++result;
+  }
   ContextWithInputs copied(context, inputs.data());
   return instruction.Execute(&copied);
 }

@@ -11,7 +11,7 @@ namespace formula {
 /// Whether a result that holds something else than it is declared to is one of the inputs.
 bool EndsAnInput(IXInstrContext& context, const Definition& definition);
 
-/// Executes an instruction with copies of such inputs in their places.
+/// Executes an instruction with copies in the places of all inputs that are results.
 Status ExecuteOnCopies(IXInstrPlugin& instruction, IXInstrContext& context,
                        const Definition& definition);
 
